@@ -1,0 +1,64 @@
+# The front door. Everything here is a thin wrapper around CMake; see CMakePresets.json.
+#
+#   make run [ARGS="--snapshot FILE.png --dump FILE.txt PATH"]   builds and runs the example
+#   make test                                                    builds everything, runs all checks and tests
+#   make bench                                                   builds and runs the benchmarks
+#   make asan | make tsan                                        the tests under sanitizers
+#   make lint | make format                                      checks the style | applies it
+#   make install [PREFIX=/usr/local] [DESTDIR=]                  headers, libraries, CMake and pkg-config files
+#   make help                                                    this text
+
+# Where this file is, seen from the folder in which make runs: ./ as a rule. The example runs in the latter,
+# so relative paths in ARGS mean what they mean to whoever typed them (make -f elsewhere/Makefile run, too).
+ROOT := $(dir $(lastword $(MAKEFILE_LIST)))
+
+ARGS ?=
+PREFIX ?= /usr/local
+DESTDIR ?=
+JOBS ?= $(shell nproc)
+
+.PHONY: help run test bench asan tsan lint format install configure-release configure-asan configure-tsan
+
+help:
+	@sed -n 's/^#   //p' "$(ROOT)Makefile"
+
+run: configure-release
+	@cmake --build "$(ROOT)build/release" -j $(JOBS) --target FolderSizes
+	@"$(ROOT)build/release/bin/FolderSizes" $(ARGS)
+
+# The second target compiles every public header alone.
+test: configure-release
+	@cmake --build "$(ROOT)build/release" -j $(JOBS) --target all all_verify_interface_header_sets
+	@cd "$(ROOT)" && ctest --preset release
+
+bench: configure-release
+	@cmake --build "$(ROOT)build/release" -j $(JOBS) --target Benchmarks
+	@"$(ROOT)build/release/bin/Benchmarks"
+
+asan: configure-asan
+	@cmake --build "$(ROOT)build/asan" -j $(JOBS)
+	@cd "$(ROOT)" && ctest --preset asan
+
+# Without address randomisation (setarch -R): the thread sanitizer of Debian 12's compiler gives up on kernels
+# that scatter mappings more widely than it expects.
+tsan: configure-tsan
+	@setarch -R cmake --build "$(ROOT)build/tsan" -j $(JOBS)
+	@cd "$(ROOT)" && setarch -R ctest --preset tsan
+
+lint: configure-release
+	@"$(ROOT)Scripts/install-dependencies" --lint
+	@"$(ROOT)Scripts/lint"
+
+format:
+	@"$(ROOT)Scripts/install-dependencies" --lint
+	@cd "$(ROOT)" && Scripts/list-sources | xargs clang-format -i
+
+install: configure-release
+	@cmake -S "$(ROOT)" -B "$(ROOT)build/release" -D CMAKE_INSTALL_PREFIX="$(PREFIX)" >/dev/null
+	@cmake --build "$(ROOT)build/release" -j $(JOBS)
+	@DESTDIR="$(DESTDIR)" cmake --install "$(ROOT)build/release"
+
+# Quiet unless it fails; what goes wrong is on standard error.
+configure-release configure-asan configure-tsan: configure-%:
+	@"$(ROOT)Scripts/install-dependencies"
+	@cd "$(ROOT)" && cmake --preset $* >/dev/null
