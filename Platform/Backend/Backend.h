@@ -1,0 +1,78 @@
+#pragma once
+
+#include <CoreGraphics/Canvas.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace RVCore {
+
+class WindowBackend;
+
+// What a window's backend tells the window that it stands for. Sizes are of the content, in points.
+class WindowClient {
+public:
+    virtual ~WindowClient() = default;
+    // The desktop or the user gave the content another size.
+    virtual void contentSizeChanged(CGSize size) = 0;
+    // The user asks to close the window; the client closes it (or does not).
+    virtual void closeRequested() = 0;
+    // Once before the window is painted: the time to bring layout up to date.
+    virtual void prepareFrame() = 0;
+    virtual void paint(Canvas& canvas) = 0;
+};
+
+// One window of the desktop. It ends (and leaves the screen) with this object.
+class WindowBackend {
+public:
+    virtual ~WindowBackend() = default;
+    virtual void setTitle(const std::string& title) = 0;
+    virtual void setContentSize(CGSize size) = 0;
+    // The desktop does not let the user make the content smaller than this.
+    virtual void setMinimumContentSize(CGSize size) = 0;
+    virtual void setVisible(bool visible) = 0;
+    // Asks for one prepareFrame and paint, soon; asking again before that adds nothing.
+    virtual void requestFrame() = 0;
+    // Device pixels per point.
+    virtual CGFloat backingScale() const = 0;
+};
+
+// What a desktop must supply. Exactly one backend serves a program: it registers itself by being linked, and the one
+// of the highest rank is made when it is first asked for.
+class Backend {
+public:
+    virtual ~Backend() = default;
+
+    // The program's backend. Stops the program when none is linked.
+    static Backend& shared();
+
+    using Factory = std::unique_ptr<Backend> (*)();
+    // Called by each backend's registration, before main. The higher rank is preferred.
+    static void registerFactory(int rank, Factory factory);
+    // Replaces the program's backend, or with null goes back to the registered one; for tests.
+    static void install(std::unique_ptr<Backend> backend);
+
+    // Whether windows can be seen by anybody.
+    virtual bool hasDisplay() const = 0;
+
+    // The size of the text when set no wider than `maximumWidth` points (0 or less: without limit); lines break
+    // only if the text wraps. Rounded up to whole points.
+    virtual TextMetrics measureText(const TextDescription& text, CGFloat maximumWidth) = 0;
+
+    virtual std::unique_ptr<WindowBackend> makeWindow(WindowClient& client, CGSize contentSize) = 0;
+
+    // Paints a picture of this many points, `scale` pixels to a point, on a transparent ground, and writes it as a
+    // PNG file. Raises NSInvalidArgumentException when the size is empty or larger than 32,767 pixels on a side, or
+    // when the file cannot be written (the reason says why); a file that was there before stays whole then.
+    virtual void writePicture(const std::string& path, CGSize size, CGFloat scale,
+                              const std::function<void(Canvas&)>& paint) = 0;
+
+    // Serves windows and input until `stop` is called.
+    virtual void run() = 0;
+    virtual void stop() = 0;
+    // Runs the closure on the main thread at the next turn of `run`.
+    virtual void callLater(std::function<void()> closure) = 0;
+};
+
+} // namespace RVCore

@@ -1,0 +1,9 @@
+#pragma once
+
+namespace RVCore {
+
+class Backend;
+class WindowBackend;
+class WindowClient;
+
+} // namespace RVCore

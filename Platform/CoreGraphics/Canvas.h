@@ -1,0 +1,54 @@
+#pragma once
+
+#include <CoreGraphics/CGAffineTransform.h>
+#include <CoreGraphics/CGColor.h>
+#include <CoreGraphics/TextDescription.h>
+
+namespace RVCore {
+
+struct RoundedRect {
+    CGRect rect;
+    CGFloat radius = 0; // of the corners; more than half of a side counts as half
+
+    bool operator==(const RoundedRect&) const = default;
+};
+
+// What drawing is done on: points, the origin at the top left, y downward, edges antialiased. What it stands on (a
+// window, an image, a printed record) is the backend's. Every `save` is matched by a `restore`, most easily with
+// CanvasState.
+class Canvas {
+public:
+    virtual ~Canvas() = default;
+
+    // Keeps and brings back transform and clip.
+    virtual void save() = 0;
+    virtual void restore() = 0;
+    // What is drawn from now on passes through this transform first.
+    virtual void concatenate(const CGAffineTransform& transform) = 0;
+    virtual void clip(const RoundedRect& shape) = 0;
+
+    virtual void fill(const RoundedRect& shape, const CGColor& color) = 0;
+    // A line of this width along the inside of the shape's edge.
+    virtual void strokeInside(const RoundedRect& shape, CGFloat width, const CGColor& color) = 0;
+    // Sets the text in the rectangle from its top, aligned and broken as it says, clipped to it. It stands upright
+    // even where the transform mirrors the vertical axis.
+    virtual void drawText(const TextDescription& text, const CGRect& rect) = 0;
+
+    // What is drawn until the matching end is composed first, then blended in with this opacity as a whole.
+    virtual void beginTransparencyLayer(CGFloat alpha) = 0;
+    virtual void endTransparencyLayer() = 0;
+};
+
+// Saves on construction, restores at the end of the scope.
+class CanvasState {
+public:
+    explicit CanvasState(Canvas& canvas);
+    ~CanvasState();
+    CanvasState(const CanvasState&) = delete;
+    CanvasState& operator=(const CanvasState&) = delete;
+
+private:
+    Canvas& m_canvas;
+};
+
+} // namespace RVCore
