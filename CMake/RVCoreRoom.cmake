@@ -1,0 +1,70 @@
+# One static library per room. DEPENDS names the rooms it links; Scripts/check-includes proves what it may include.
+include(GNUInstallDirs)
+
+# What every target of ours is built with; nothing of it reaches a consumer but the language level.
+function(rvcore_compile_settings target)
+    target_compile_features(${target} PUBLIC cxx_std_20)
+    set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF POSITION_INDEPENDENT_CODE ON)
+    if(PROJECT_IS_TOP_LEVEL)
+        target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+        # GCC 12 sees overlapping copies in every "text" + std::string(…) that it inlines; later ones do not.
+        if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+            target_compile_options(${target} PRIVATE -Wno-restrict)
+        endif()
+    endif()
+endfunction()
+
+# rvcore_room(<name> SOURCES <files…> [DEPENDS <rooms…>] [LINKS <other targets…>] [HEADERS <files…>])
+#
+# Everybody links a room as RVCore::<name>, in this build as well as against an installed tree. HEADERS are the
+# headers that are installed and compiled alone; by default all in the folder.
+function(rvcore_room name)
+    cmake_parse_arguments(ROOM "" "" "SOURCES;DEPENDS;LINKS;HEADERS" ${ARGN})
+    set(target ${RVCORE_TARGET_PREFIX}${name})
+    add_library(${target} STATIC ${ROOM_SOURCES})
+    add_library(RVCore::${name} ALIAS ${target})
+    rvcore_compile_settings(${target})
+
+    # <Room/Header.h> names a platform header, <Folder/Header.h> one of the framework.
+    set(half ${PROJECT_SOURCE_DIR}/Platform)
+    if(name STREQUAL "RVCore")
+        set(half ${PROJECT_SOURCE_DIR}/Sources)
+    endif()
+    if(NOT ROOM_HEADERS)
+        file(GLOB_RECURSE ROOM_HEADERS CONFIGURE_DEPENDS *.h)
+    endif()
+    target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS ${half} FILES ${ROOM_HEADERS})
+    target_include_directories(${target} PUBLIC
+        $<BUILD_INTERFACE:${half}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/RVCore>)
+
+    list(TRANSFORM ROOM_DEPENDS PREPEND RVCore::)
+    target_link_libraries(${target} PUBLIC ${ROOM_DEPENDS} ${ROOM_LINKS})
+
+    # A desktop registers itself before main() from an object file that nothing refers to, so a linker would leave
+    # it in the archive. Naming the C symbol that stands in the same file as undefined pulls it in.
+    if(name MATCHES "^.+Backend$")
+        target_link_options(${target} INTERFACE LINKER:--undefined=rvcoreRegister${name})
+    endif()
+
+    # libRVCoreFoundation.a and so on; the framework itself is libRVCore.a.
+    string(REGEX REPLACE "^RVCore" "" suffix ${name})
+    set_target_properties(${target} PROPERTIES
+        EXPORT_NAME ${name}
+        OUTPUT_NAME RVCore${suffix}
+        VERIFY_INTERFACE_HEADER_SETS ${PROJECT_IS_TOP_LEVEL})
+    set_property(GLOBAL APPEND PROPERTY RVCORE_ROOMS ${name})
+endfunction()
+
+# rvcore_test(<name> SOURCES <files…> DEPENDS <rooms…> [LINKS <other targets…>] [LABELS <label>])
+#
+# A test program; CTest knows its cases one by one.
+function(rvcore_test name)
+    cmake_parse_arguments(TEST "" "LABELS" "SOURCES;DEPENDS;LINKS" ${ARGN})
+    add_executable(${name} ${TEST_SOURCES})
+    rvcore_compile_settings(${name})
+    target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/Tests)
+    list(TRANSFORM TEST_DEPENDS PREPEND RVCore::)
+    target_link_libraries(${name} PRIVATE ${TEST_DEPENDS} ${TEST_LINKS} GTest::gmock GTest::gtest_main)
+    target_precompile_headers(${name} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300 LABELS "${TEST_LABELS}")
+endfunction()
