@@ -1,0 +1,6 @@
+#include "Benchmarks.h"
+
+int main()
+{
+    RVCore::benchmarkMessaging();
+}
