@@ -51,7 +51,7 @@ lint: configure-release
 
 format:
 	@"$(ROOT)Scripts/install-dependencies" --lint
-	@cd "$(ROOT)" && Scripts/list-sources | xargs clang-format -i
+	@cd "$(ROOT)" && Scripts/list-sources | xargs clang-format-16 -i
 
 install: configure-release
 	@cmake -S "$(ROOT)" -B "$(ROOT)build/release" -D CMAKE_INSTALL_PREFIX="$(PREFIX)" >/dev/null

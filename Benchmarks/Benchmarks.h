@@ -9,10 +9,16 @@ namespace RVCore {
 void benchmarkMessaging();
 
 // One line of the result: "message.send_ns 41.7".
-inline void report(const char* name, double value) { std::printf("%s %.3f\n", name, value); }
+inline void report(const char* name, double value)
+{
+    std::printf("%s %.3f\n", name, value);
+}
 
 // Keeps the compiler from leaving out work whose result nobody looks at.
-template <class T> void keep(const T& value) { asm volatile("" : : "g"(&value) : "memory"); }
+template <class T> void keep(const T& value)
+{
+    asm volatile("" : : "g"(&value) : "memory");
+}
 
 // Nanoseconds that one run of `work` takes, the best of `rounds`: everything else that the machine does can only
 // make a round slower.

@@ -21,9 +21,8 @@ private:
 
 Class& Counter::staticClass()
 {
-    static Class& theClass = defineClass<Counter>("Counter", NSObject::staticClass(), [](auto& publish) {
-        publish.method("add:", &Counter::add);
-    });
+    static Class& theClass = defineClass<Counter>("Counter", NSObject::staticClass(),
+                                                  [](auto& publish) { publish.method("add:", &Counter::add); });
     return theClass;
 }
 
