@@ -1,5 +1,4 @@
 #include <Backend/Backend.h>
-
 #include <Foundation/Stop.h>
 
 namespace RVCore {

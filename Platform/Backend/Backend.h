@@ -28,11 +28,14 @@ class WindowBackend {
 public:
     virtual ~WindowBackend() = default;
     virtual void setTitle(const std::string& title) = 0;
+    // Sides are rounded up to whole points and to 1 to 32,767 of them. The client hears of it when the desktop gives
+    // the content another size than the one asked for.
     virtual void setContentSize(CGSize size) = 0;
-    // The desktop does not let the user make the content smaller than this.
+    // The desktop does not let the content be smaller than this; content that is smaller now grows to it.
     virtual void setMinimumContentSize(CGSize size) = 0;
     virtual void setVisible(bool visible) = 0;
-    // Asks for one prepareFrame and paint, soon; asking again before that adds nothing.
+    // Asks for one prepareFrame and paint, soon; asking again before the paint adds nothing. A window that is not
+    // visible gets its frame when it becomes so.
     virtual void requestFrame() = 0;
     // Device pixels per point.
     virtual CGFloat backingScale() const = 0;
@@ -57,7 +60,8 @@ public:
     virtual bool hasDisplay() const = 0;
 
     // The size of the text when set no wider than `maximumWidth` points (0 or less: without limit); lines break
-    // only if the text wraps. Rounded up to whole points.
+    // only if the text wraps. Rounded up to whole points. Empty text is one line high. Raises
+    // NSInvalidArgumentException unless the font's size is finite and above 0.
     virtual TextMetrics measureText(const TextDescription& text, CGFloat maximumWidth) = 0;
 
     virtual std::unique_ptr<WindowBackend> makeWindow(WindowClient& client, CGSize contentSize) = 0;
@@ -68,10 +72,13 @@ public:
     virtual void writePicture(const std::string& path, CGSize size, CGFloat scale,
                               const std::function<void(Canvas&)>& paint) = 0;
 
-    // Serves windows and input until `stop` is called.
+    // Serves windows and input until `stop` is called; may be nested. On the main thread.
     virtual void run() = 0;
+    // Ends the innermost `run`; without effect when none is under way. Closures that still wait are kept for the
+    // next one.
     virtual void stop() = 0;
-    // Runs the closure on the main thread at the next turn of `run`.
+    // Runs the closure on the main thread at the next turn of `run`. Safe from any thread. An exception that leaves
+    // the closure stops the program where a desktop's event loop calls it.
     virtual void callLater(std::function<void()> closure) = 0;
 };
 

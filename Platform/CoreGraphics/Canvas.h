@@ -34,7 +34,8 @@ public:
     // even where the transform mirrors the vertical axis.
     virtual void drawText(const TextDescription& text, const CGRect& rect) = 0;
 
-    // What is drawn until the matching end is composed first, then blended in with this opacity as a whole.
+    // What is drawn until the matching end is composed first, then blended in with this opacity (0 to 1) as a whole.
+    // Nests with save and restore; the end brings back transform and clip, too.
     virtual void beginTransparencyLayer(CGFloat alpha) = 0;
     virtual void endTransparencyLayer() = 0;
 };

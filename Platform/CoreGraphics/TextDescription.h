@@ -50,7 +50,7 @@ struct TextMetrics {
     CGFloat firstBaseline = 0; // from the top
 };
 
-// "<text>" font 13 bold, rgba(…), for dumps.
+// "First\nsecond" system 13 bold rgba(0, 0, 0, 1), for dumps; always one line.
 std::string describe(const TextDescription& text);
 
 } // namespace RVCore

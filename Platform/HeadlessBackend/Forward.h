@@ -1,0 +1,9 @@
+#pragma once
+
+namespace RVCore {
+
+class HeadlessBackend;
+class HeadlessWindow;
+class RecordingCanvas;
+
+} // namespace RVCore
