@@ -1,0 +1,162 @@
+#include "LayoutConflictSearch.h"
+#include "LayoutSolver.h"
+
+#include <bit>
+
+namespace RVCore::LayoutInternal {
+
+void Solver::dropChangedConflicts()
+{
+    std::vector<Index>& changed = m_model.changedConflictMembers();
+    if (changed.empty())
+        return;
+    std::sort(changed.begin(), changed.end());
+    const auto isTouched = [&](const Conflict& conflict) {
+        return std::any_of(conflict.members.begin(), conflict.members.end(),
+                           [&](Index member) { return std::binary_search(changed.begin(), changed.end(), member); });
+    };
+    for (Conflict& conflict : m_conflicts) {
+        if (isTouched(conflict))
+            dropConflict(conflict);
+    }
+    std::erase_if(m_conflicts, [](const Conflict& conflict) { return conflict.members.empty(); });
+    changed.clear();
+    for (const Conflict& conflict : m_conflicts) {
+        for (const Index member : conflict.members)
+            m_model.constraints()[member].isInConflict = true;
+    }
+}
+
+// The constraint that was left out takes part again. A number that stands for another constraint by now is not
+// left out, and noting it does no harm.
+void Solver::dropConflict(Conflict& conflict)
+{
+    for (const Index member : conflict.members)
+        m_model.constraints()[member].isInConflict = false;
+    Constraint& leftOut = m_model.constraints()[conflict.members.back()];
+    if (leftOut.isAlive && leftOut.isLeftOut) {
+        leftOut.isLeftOut = false;
+        m_model.noteChange(conflict.members.back());
+    }
+    conflict.members.clear();
+}
+
+std::vector<Index> Solver::requiredConstraints(Part& part, const std::vector<Index>& rows) const
+{
+    std::vector<Index> result;
+    for (const Index row : rows) {
+        if (part.classOf(row) == none)
+            continue;
+        for (const Index index : m_model.classes()[part.classOf(row)].constraints) {
+            const Constraint& constraint = m_model.constraints()[index];
+            if (constraint.priority == layoutPriorityRequired && !constraint.isLeftOut)
+                result.push_back(index);
+        }
+    }
+    std::sort(result.begin(), result.end(), [&](Index a, Index b) {
+        return m_model.constraints()[a].sequence < m_model.constraints()[b].sequence;
+    });
+    return result;
+}
+
+// As long as the part cannot meet all required constraints, finds out which contradict each other and leaves the
+// newest of each set out. The rows with a price at the required level hold at least one contradiction. Each round
+// leaves out a constraint that is older than those it lets back in, so the rounds end; the bound is for rounding.
+void Solver::settleConflicts(Part& part, Effort& effort)
+{
+    const std::size_t bound = 2 * std::size_t(part.system().rowCount()) + 100;
+    for (std::size_t round = 0; round < bound; ++round) {
+        if (part.simplex().violatedRows(0).empty())
+            break;
+        auto found = findConflicts(m_model, requiredConstraints(part, part.simplex().pricedRows(0)), effort);
+        if (found.empty()) {
+            std::vector<Index> all(part.system().rowCount());
+            for (Index row = 0; row < all.size(); ++row)
+                all[row] = row;
+            found = findConflicts(m_model, requiredConstraints(part, all), effort);
+        }
+        if (found.empty())
+            break; // rounding
+        for (std::vector<Index>& members : found)
+            leaveOut(std::move(members), part);
+        std::erase_if(m_conflicts, [](const Conflict& conflict) { return conflict.members.empty(); });
+        part.run(effort);
+    }
+    part.simplex().forgetSuspects();
+}
+
+void Solver::leaveOut(std::vector<Index> members, Part& part)
+{
+    const Index leftOut = members.back();
+    // What contradicted the one that is now out has to be looked at again.
+    for (Conflict& conflict : m_conflicts) {
+        if (std::find(conflict.members.begin(), conflict.members.end(), leftOut) == conflict.members.end())
+            continue;
+        const Index back = conflict.members.back();
+        for (const Index member : conflict.members)
+            m_model.constraints()[member].isInConflict = false;
+        conflict.members.clear();
+        m_model.constraints()[back].isLeftOut = false;
+        part.update(m_model, m_model.constraints()[back].formClass);
+    }
+    m_model.constraints()[leftOut].isLeftOut = true;
+    part.update(m_model, m_model.constraints()[leftOut].formClass);
+    Conflict& conflict = m_conflicts.emplace_back();
+    conflict.cause = causeOf(members);
+    conflict.members = std::move(members);
+    for (const Conflict& one : m_conflicts) {
+        for (const Index member : one.members)
+            m_model.constraints()[member].isInConflict = true;
+    }
+}
+
+// Forms without variables.
+void Solver::settleConflictsByThemselves()
+{
+    for (const Index index : std::exchange(m_model.conflictsByThemselves(), {})) {
+        Constraint& constraint = m_model.constraints()[index];
+        constraint.isLeftOut = constraint.priority == layoutPriorityRequired && !Model::holdsByItself(constraint);
+        if (!constraint.isLeftOut)
+            continue;
+        constraint.isInConflict = true;
+        Conflict& conflict = m_conflicts.emplace_back();
+        conflict.members = {index};
+        conflict.cause = causeOf(conflict.members);
+    }
+}
+
+std::uint64_t Solver::causeOf(const std::vector<Index>& members) const
+{
+    // What the members say, not which they are: equal ones put back in their place are the same cause.
+    std::uint64_t hash = members.size();
+    const auto mix = [&](std::uint64_t value) {
+        hash = (hash ^ value) * 0x9e3779b97f4a7c15u;
+        hash ^= hash >> 29;
+    };
+    for (const Index member : members) {
+        const Constraint& constraint = m_model.constraints()[member];
+        mix(constraint.formClass == none ? 0 : m_model.classes()[constraint.formClass].hash);
+        mix(std::bit_cast<std::uint64_t>(constraint.scale));
+        mix(std::bit_cast<std::uint64_t>(constraint.constant));
+        mix(std::uint64_t(int(constraint.relation) + 2));
+        mix(constraint.formClass == none ? constraint.owner : 0);
+    }
+    return hash;
+}
+
+void Solver::reportConflicts()
+{
+    std::set<std::uint64_t> causes;
+    for (Conflict& conflict : m_conflicts) {
+        causes.insert(conflict.cause);
+        if (!std::exchange(conflict.isNew, false) || m_knownCauses.contains(conflict.cause))
+            continue;
+        LayoutConflict& report = m_newConflicts.emplace_back();
+        for (const Index member : conflict.members)
+            report.constraints.push_back(m_model.constraints()[member].owner);
+        report.leftOut = report.constraints.back();
+    }
+    m_knownCauses = std::move(causes);
+}
+
+} // namespace RVCore::LayoutInternal

@@ -1,0 +1,209 @@
+#include "LayoutFactor.h"
+
+#include <cmath>
+
+namespace RVCore::LayoutInternal {
+
+namespace {
+
+// Rows have a largest coefficient of 1. A pivot below this fraction of it is taken for rounding.
+constexpr double smallestPivot = 1e-11;
+
+} // namespace
+
+void Factor::factor(const System& system, std::span<const Index> basis, std::vector<Repair>& repairs)
+{
+    m_system = &system;
+    m_size = Index(basis.size());
+    m_rows.assign(basis.begin(), basis.end());
+    repairs.clear();
+    // Each round replaces dependent rows by own rows of the columns left over; a second one nearly always suffices.
+    for (;;) {
+        m_exchanges.clear();
+        m_exchangeTerms.clear();
+        listColumns();
+        m_positionOfStep.assign(m_size, none);
+        m_columnOfStep.assign(m_size, none);
+        m_stepOfPosition.assign(m_size, none);
+        m_stepOfColumn.assign(m_size, none);
+        m_pivot.assign(m_size, 0.0);
+        m_bumpBegin = 0;
+        takeRowSingletons();
+        takeColumnSingletons();
+        if (factorBump(repairs))
+            break;
+        for (const Repair& repair : repairs)
+            m_rows[repair.position] = repair.column;
+    }
+    m_queue.resize(m_size);
+}
+
+void Factor::listColumns()
+{
+    m_columnStart.assign(m_size + 1, 0);
+    for (const Index row : m_rows) {
+        for (const Term& term : m_system->terms(row))
+            ++m_columnStart[term.column + 1];
+    }
+    for (Index column = 0; column < m_size; ++column)
+        m_columnStart[column + 1] += m_columnStart[column];
+    m_columnEntries.resize(m_columnStart[m_size]);
+    m_count.assign(m_columnStart.begin(), m_columnStart.end() - 1);
+    for (Index position = 0; position < m_size; ++position) {
+        for (const Term& term : m_system->terms(m_rows[position]))
+            m_columnEntries[m_count[term.column]++] = {position, term.coefficient};
+    }
+}
+
+void Factor::assign(Index step, Index position, Index column)
+{
+    m_positionOfStep[step] = position;
+    m_columnOfStep[step] = column;
+    m_stepOfPosition[position] = step;
+    m_stepOfColumn[column] = step;
+}
+
+void Factor::takeRowSingletons()
+{
+    m_count.resize(m_size);
+    m_todo.clear();
+    for (Index position = 0; position < m_size; ++position) {
+        m_count[position] = Index(m_system->terms(m_rows[position]).size());
+        if (m_count[position] == 1)
+            m_todo.push_back(position);
+    }
+    for (std::size_t next = 0; next < m_todo.size(); ++next) {
+        const Index position = m_todo[next];
+        if (m_count[position] != 1)
+            continue; // another row has taken its column: dependent, left for the bump to find
+        for (const Term& term : m_system->terms(m_rows[position])) {
+            if (m_stepOfColumn[term.column] != none)
+                continue;
+            if (std::abs(term.coefficient) < smallestPivot)
+                break;
+            m_pivot[m_bumpBegin] = term.coefficient;
+            assign(m_bumpBegin++, position, term.column);
+            for (Index i = m_columnStart[term.column]; i < m_columnStart[term.column + 1]; ++i) {
+                const Index other = m_columnEntries[i].column;
+                if (--m_count[other] == 1)
+                    m_todo.push_back(other);
+            }
+            break;
+        }
+    }
+}
+
+void Factor::takeColumnSingletons()
+{
+    m_count.assign(m_size, 0);
+    m_todo.clear();
+    for (Index column = 0; column < m_size; ++column) {
+        if (m_stepOfColumn[column] != none)
+            continue;
+        for (Index i = m_columnStart[column]; i < m_columnStart[column + 1]; ++i)
+            m_count[column] += m_stepOfPosition[m_columnEntries[i].column] == none ? 1 : 0;
+        if (m_count[column] == 1)
+            m_todo.push_back(column);
+    }
+    m_bumpEnd = m_size;
+    for (std::size_t next = 0; next < m_todo.size(); ++next) {
+        const Index column = m_todo[next];
+        if (m_count[column] != 1)
+            continue;
+        for (Index i = m_columnStart[column]; i < m_columnStart[column + 1]; ++i) {
+            const Term& entry = m_columnEntries[i];
+            if (m_stepOfPosition[entry.column] != none)
+                continue;
+            if (std::abs(entry.coefficient) < smallestPivot)
+                break;
+            // Taken from the end: what is found first is derived last.
+            m_pivot[--m_bumpEnd] = entry.coefficient;
+            assign(m_bumpEnd, entry.column, column);
+            for (const Term& term : m_system->terms(m_rows[entry.column])) {
+                if (m_stepOfColumn[term.column] == none && --m_count[term.column] == 1)
+                    m_todo.push_back(term.column);
+            }
+            break;
+        }
+    }
+}
+
+bool Factor::factorBump(std::vector<Repair>& repairs)
+{
+    const Index size = m_bumpEnd - m_bumpBegin;
+    if (size == 0) {
+        m_bump.clear();
+        return true;
+    }
+    Index step = m_bumpBegin;
+    for (Index position = 0; position < m_size; ++position) {
+        if (m_stepOfPosition[position] == none) {
+            m_stepOfPosition[position] = step;
+            m_positionOfStep[step++] = position;
+        }
+    }
+    step = m_bumpBegin;
+    for (Index column = 0; column < m_size; ++column) {
+        if (m_stepOfColumn[column] == none) {
+            m_stepOfColumn[column] = step;
+            m_columnOfStep[step++] = column;
+        }
+    }
+    m_bump.assign(std::size_t(size) * size, 0.0);
+    for (Index i = 0; i < size; ++i) {
+        for (const Term& term : m_system->terms(m_rows[m_positionOfStep[m_bumpBegin + i]])) {
+            if (isInBump(m_stepOfColumn[term.column]))
+                m_bump[std::size_t(i) * size + (m_stepOfColumn[term.column] - m_bumpBegin)] = term.coefficient;
+        }
+    }
+    // Gauss elimination with row exchanges; columns without a pivot are put aside with the rows left over.
+    m_bumpOrder.resize(size);
+    for (Index i = 0; i < size; ++i)
+        m_bumpOrder[i] = i;
+    std::vector<Index> freeColumns;
+    Index rank = 0;
+    for (Index column = 0; column < size; ++column) {
+        Index best = none;
+        double magnitude = smallestPivot;
+        for (Index i = rank; i < size; ++i) {
+            const double candidate = std::abs(m_bump[std::size_t(m_bumpOrder[i]) * size + column]);
+            if (candidate > magnitude) {
+                magnitude = candidate;
+                best = i;
+            }
+        }
+        if (best == none) {
+            freeColumns.push_back(column);
+            continue;
+        }
+        std::swap(m_bumpOrder[rank], m_bumpOrder[best]);
+        const double* pivotRow = &m_bump[std::size_t(m_bumpOrder[rank]) * size];
+        for (Index i = rank + 1; i < size; ++i) {
+            double* row = &m_bump[std::size_t(m_bumpOrder[i]) * size];
+            if (row[column] == 0.0)
+                continue;
+            const double multiplier = row[column] / pivotRow[column];
+            for (Index j = column + 1; j < size; ++j)
+                row[j] -= multiplier * pivotRow[j];
+            row[column] = multiplier;
+        }
+        ++rank;
+    }
+    for (std::size_t i = 0; i < freeColumns.size(); ++i) {
+        repairs.push_back(
+            {m_positionOfStep[m_bumpBegin + m_bumpOrder[rank + i]], m_columnOfStep[m_bumpBegin + freeColumns[i]]});
+    }
+    return freeColumns.empty();
+}
+
+void Factor::exchange(Index position, const SparseVector& alpha)
+{
+    const std::size_t first = m_exchangeTerms.size();
+    for (const Index index : alpha.indices()) {
+        if (index != position && alpha[index] != 0.0)
+            m_exchangeTerms.push_back({index, alpha[index]});
+    }
+    m_exchanges.push_back({position, alpha[position], first, m_exchangeTerms.size()});
+}
+
+} // namespace RVCore::LayoutInternal

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "LayoutSystem.h"
+
+#include <span>
+#include <vector>
+
+namespace RVCore::LayoutInternal {
+
+// A factored square matrix of rows of a System, one row for each position.
+//
+// factor() orders rows and columns so that the matrix is lower triangular but for one block in the middle
+// (the bump), which is empty for chains and trees and is kept dense. The steps of that order are the order
+// in which values are derived. An exchange of a row is added as one elementary factor until the next factor().
+// Limit: a bump of b rows costs b^2 memory and b^3 time.
+class Factor {
+public:
+    struct Repair {
+        Index position;
+        Index column; // whose own row stands in for the dependent row that was at position
+    };
+
+    // Factors the rows basis[position]. Rows that depend on others are replaced, and what was replaced is listed.
+    void factor(const System&, std::span<const Index> basis, std::vector<Repair>&);
+    // The vectors that are consumed come back empty; results are added to an empty vector.
+    void solve(SparseVector& positions, SparseVector& columns);
+    void solveTransposed(SparseVector& columns, SparseVector& positions);
+    // Appends the exchange of the row at a position; alpha is the new row in terms of the present ones.
+    void exchange(Index position, const SparseVector& alpha);
+    std::size_t exchangeCount() const { return m_exchanges.size(); }
+    bool hasLongExchanges() const { return m_exchangeTerms.size() > 3 * m_columnEntries.size() + 1000; }
+
+    // Derives the values again from the targets of the positions in `affected` onward, and lists each column
+    // whose value is another one than before. Needs a matrix without exchanges. The result has no memory:
+    // it is to the bit what deriving everything gives.
+    void derive(std::span<const double> targets, std::span<const Index> affected, std::vector<double>& values,
+                std::vector<Index>& changed);
+
+    // The place of a position in the order of derivation.
+    Index step(Index position) const { return m_stepOfPosition[position]; }
+
+private:
+    struct Exchange {
+        Index position;
+        double pivot;
+        std::size_t firstTerm, lastTerm;
+    };
+
+    void listColumns();
+    void takeRowSingletons();
+    void takeColumnSingletons();
+    void assign(Index step, Index position, Index column);
+    bool factorBump(std::vector<Repair>&);
+    void solveBump(std::vector<double>&);
+    void solveBumpTransposed(std::vector<double>&);
+    void deriveBump(std::span<const double> targets, std::vector<double>& values, std::vector<Index>& changed);
+    void deriveStep(Index step, std::span<const double> targets, std::vector<double>& values,
+                    std::vector<Index>& changed);
+    void setDerived(Index column, double value, std::vector<double>& values, std::vector<Index>& changed);
+    bool isInBump(Index step) const { return step >= m_bumpBegin && step < m_bumpEnd; }
+
+    const System* m_system = nullptr;
+    Index m_size = 0;
+    std::vector<Index> m_rows; // by position
+    std::vector<Index> m_columnStart;
+    std::vector<Term> m_columnEntries; // by column; `column` of an entry is the position
+    std::vector<Index> m_positionOfStep, m_columnOfStep, m_stepOfPosition, m_stepOfColumn;
+    std::vector<double> m_pivot; // by step, outside the bump
+    Index m_bumpBegin = 0, m_bumpEnd = 0;
+    std::vector<double> m_bump;     // L and U, row by row
+    std::vector<Index> m_bumpOrder; // bump row that was taken as i-th pivot row
+    std::vector<double> m_bumpWork, m_bumpSwap;
+    std::vector<Exchange> m_exchanges;
+    std::vector<Term> m_exchangeTerms;
+    StepQueue m_queue;
+    std::vector<Index> m_count, m_todo;
+};
+
+} // namespace RVCore::LayoutInternal

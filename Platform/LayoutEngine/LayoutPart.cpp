@@ -1,0 +1,136 @@
+#include "LayoutPart.h"
+
+#include "LayoutProfile.h"
+
+#include <functional>
+
+namespace RVCore::LayoutInternal {
+
+namespace {
+
+// What moving a variable away from 0 costs at the lowest level. The weights are scattered over [1, 2), so that
+// no two ways to bring variables towards 0 tie. (The finaliser of SplitMix64; Steele, Lea, Flood, OOPSLA 2014.)
+double weightOf(Index variable)
+{
+    std::uint64_t bits = (variable + 1u) * 0x9e3779b97f4a7c15u;
+    bits = (bits ^ (bits >> 30)) * 0xbf58476d1ce4e5b9u;
+    bits = (bits ^ (bits >> 27)) * 0x94d049bb133111ebu;
+    return 1.0 + double((bits ^ (bits >> 31)) >> 32) * 0x1p-32;
+}
+
+} // namespace
+
+void Part::build(Model& model, Index number, std::vector<Index> variables)
+{
+    m_variables = std::move(variables);
+    const Index columns = Index(m_variables.size());
+    m_classes.assign(columns, none);
+    m_priorities.assign(1, layoutPriorityRequired);
+    // 1. Number the columns and rows.
+    for (Index column = 0; column < columns; ++column) {
+        Variable& variable = model.variables()[m_variables[column]];
+        variable.part = number;
+        variable.column = column;
+        for (const Index index : variable.classes) {
+            FormClass& formClass = model.classes()[index];
+            if (formClass.constraints.empty() || formClass.terms.front().column != m_variables[column])
+                continue;
+            formClass.part = number;
+            if (formClass.terms.size() == 1) {
+                formClass.row = column;
+                m_classes[column] = index;
+            } else {
+                m_classes.push_back(index);
+            }
+            for (const Index constraint : formClass.constraints)
+                m_priorities.push_back(model.constraints()[constraint].priority);
+        }
+    }
+    std::sort(m_classes.begin() + columns, m_classes.end());
+    std::sort(m_priorities.begin(), m_priorities.end(), std::greater<>{});
+    m_priorities.erase(std::unique(m_priorities.begin(), m_priorities.end()), m_priorities.end());
+    // 2. The forms.
+    m_system.clear(columns, Index(m_priorities.size()) + 1);
+    std::vector<Term> form;
+    for (Index column = 0; column < columns; ++column)
+        m_system.addRow({{{column, 1.0}}});
+    for (Index row = columns; row < m_classes.size(); ++row) {
+        FormClass& formClass = model.classes()[m_classes[row]];
+        form.clear();
+        for (const Term& term : formClass.terms)
+            form.push_back({model.variables()[term.column].column, term.coefficient});
+        formClass.row = m_system.addRow(form);
+    }
+    m_system.finish();
+    // 3. The costs.
+    for (Index row = 0; row < m_classes.size(); ++row) {
+        collectCosts(model, row);
+        m_system.setPieces(row, m_costs);
+    }
+    m_simplex.start(m_system);
+    m_needsRun = true;
+}
+
+Index Part::levelOf(float priority) const
+{
+    const auto found = std::lower_bound(m_priorities.begin(), m_priorities.end(), priority, std::greater<>{});
+    return found == m_priorities.end() || *found != priority ? none : Index(found - m_priorities.begin());
+}
+
+bool Part::coversPriorities(const Model& model, Index formClass) const
+{
+    for (const Index constraint : model.classes()[formClass].constraints) {
+        if (levelOf(model.constraints()[constraint].priority) == none)
+            return false;
+    }
+    return true;
+}
+
+void Part::collectCosts(const Model& model, Index row)
+{
+    m_costs.clear();
+    if (m_classes[row] != none) {
+        for (const Index index : model.classes()[m_classes[row]].constraints) {
+            const Constraint& constraint = model.constraints()[index];
+            if (!constraint.isLeftOut)
+                m_costs.push_back(costOf(constraint, levelOf(constraint.priority)));
+        }
+    }
+    if (row < m_variables.size()) {
+        const double weight = weightOf(m_variables[row]);
+        m_costs.push_back({0.0, -weight, weight, 0, Index(m_priorities.size())});
+    }
+    makeProfile(m_costs);
+}
+
+void Part::update(const Model& model, Index formClass)
+{
+    const Index row = model.classes()[formClass].row;
+    m_classes[row] = formClass;
+    updateRow(model, row);
+}
+
+void Part::forgetClass(const Model& model, Index formClass)
+{
+    const Index row = model.classes()[formClass].row;
+    m_classes[row] = none;
+    updateRow(model, row);
+}
+
+void Part::updateRow(const Model& model, Index row)
+{
+    collectCosts(model, row);
+    const std::span<const Piece> present = m_system.pieces(row);
+    if (std::equal(present.begin(), present.end(), m_costs.begin(), m_costs.end()))
+        return;
+    m_simplex.setPieces(row, m_costs);
+    m_needsRun = true;
+}
+
+bool Part::run(Effort& effort)
+{
+    m_needsRun = false;
+    return m_simplex.run(effort);
+}
+
+} // namespace RVCore::LayoutInternal

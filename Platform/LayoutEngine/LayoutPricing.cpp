@@ -1,0 +1,165 @@
+#include "LayoutSimplex.h"
+
+#include <cmath>
+
+namespace RVCore::LayoutInternal {
+
+std::vector<double>& Simplex::pricesOf(Index level)
+{
+    std::vector<double>& prices = m_prices[level];
+    if (prices.empty()) {
+        prices.assign(m_basis.size(), 0.0);
+        m_pricedLevels.push_back(level);
+    }
+    return prices;
+}
+
+void Simplex::resetPrices()
+{
+    for (const Index level : m_pricedLevels)
+        m_prices[level].clear();
+    m_pricedLevels.clear();
+    for (const Index level : m_changedLevels)
+        m_slopeChanges[level].clear();
+    m_changedLevels.clear();
+    m_priceUpdates = 0;
+}
+
+void Simplex::addToPrice(Index level, Index position, double amount)
+{
+    double& price = pricesOf(level)[position];
+    price += amount;
+    m_priceScale[level] = std::max(m_priceScale[level], std::abs(price));
+    m_touchedPositions.insert(position);
+}
+
+// Notes that a row outside the basis charges its slopes of a segment from now on (factor 1) or no longer (-1).
+void Simplex::noteSlopes(Index row, Index segment, double factor)
+{
+    m_system->visitSlopes(row, segment, [&](Index level, double slope) {
+        if (m_slopeChanges[level].empty())
+            m_changedLevels.push_back(level);
+        m_slopeChanges[level].push_back({row, factor * slope});
+        if (level == 0)
+            m_suspects.insert(row);
+    });
+}
+
+void Simplex::applySlopeChanges()
+{
+    if (m_changedLevels.empty())
+        return;
+    ++m_priceUpdates;
+    for (const Index level : m_changedLevels) {
+        for (const Term& change : m_slopeChanges[level]) {
+            for (const Term& term : m_system->terms(change.column))
+                m_byColumn.add(term.column, change.coefficient * term.coefficient);
+        }
+        m_slopeChanges[level].clear();
+        m_factor.solveTransposed(m_byColumn, m_byPosition);
+        for (const Index position : m_byPosition.indices()) {
+            if (m_byPosition[position] != 0.0)
+                addToPrice(level, position, m_byPosition[position]);
+        }
+        m_byPosition.clear();
+    }
+    m_changedLevels.clear();
+}
+
+Index Simplex::firstLevel(const SparseVector& sums) const
+{
+    Index first = none;
+    for (const Index level : sums.indices()) {
+        if (level < first && std::abs(sums[level]) > priceTolerance(level))
+            first = level;
+    }
+    return first;
+}
+
+// Whether the basic row gains by moving up or down. It cannot gain both ways, the cost being convex.
+Simplex::Candidate Simplex::evaluate(Index position)
+{
+    const Index row = m_basis[position];
+    const Index kink = m_spot[row];
+    for (const Piece& piece : m_system->pieces(row)) {
+        m_upSums.add(piece.level, piece.kink <= kink ? piece.right : piece.left);
+        m_downSums.add(piece.level, piece.kink < kink ? piece.right : piece.left);
+    }
+    for (const Index level : m_pricedLevels) {
+        if (const double price = m_prices[level][position]; price != 0.0) {
+            m_upSums.add(level, price);
+            m_downSums.add(level, price);
+        }
+    }
+    Candidate result;
+    if (const Index up = firstLevel(m_upSums); up != none && m_upSums[up] < 0.0)
+        result = {position, 1, up, -m_upSums[up]};
+    else if (const Index down = firstLevel(m_downSums); down != none && m_downSums[down] > 0.0)
+        result = {position, -1, down, m_downSums[down]};
+    m_upSums.clear();
+    m_downSums.clear();
+    return result;
+}
+
+void Simplex::evaluateTouched()
+{
+    for (const Index position : m_touchedPositions.indices()) {
+        m_candidates[position] = evaluate(position);
+        if (m_candidates[position].direction != 0)
+            m_candidatePositions.insert(position);
+    }
+    m_touchedPositions.clear();
+}
+
+// The gain at the highest level, the largest there; under the least-index rule the lowest row.
+const Simplex::Candidate* Simplex::choose() const
+{
+    const Candidate* best = nullptr;
+    for (const Index position : m_candidatePositions.indices()) {
+        const Candidate& candidate = m_candidates[position];
+        if (candidate.direction == 0 || m_banned.contains(position))
+            continue;
+        const auto isBetter = [&] {
+            const Index row = m_basis[position];
+            const Index bestRow = m_basis[best->position];
+            if (m_takesLeastIndex)
+                return row < bestRow;
+            if (candidate.level != best->level)
+                return candidate.level < best->level;
+            if (candidate.gain != best->gain)
+                return candidate.gain > best->gain;
+            return row < bestRow;
+        };
+        if (!best || isBetter())
+            best = &candidate;
+    }
+    return best;
+}
+
+double Simplex::price(Index position, Index level) const
+{
+    return m_prices[level].empty() ? 0.0 : m_prices[level][position];
+}
+
+std::vector<Index> Simplex::pricedRows(Index level) const
+{
+    std::vector<Index> result;
+    for (Index row = 0; row < m_system->rowCount(); ++row) {
+        // Outside the basis both slopes are the one of the segment.
+        double up = 0.0;
+        double down = 0.0;
+        for (const Piece& piece : m_system->pieces(row)) {
+            if (piece.level != level)
+                continue;
+            up += piece.kink < m_spot[row] || (isBasic(row) && piece.kink == m_spot[row]) ? piece.right : piece.left;
+            down += piece.kink < m_spot[row] ? piece.right : piece.left;
+        }
+        const double width = priceTolerance(level);
+        const bool isPriced = isBasic(row) && std::abs(price(m_place[row], level)) > width;
+        if (isPriced || down > width || up < -width)
+            result.push_back(row);
+    }
+    return result;
+}
+
+} // namespace RVCore::LayoutInternal

@@ -1,0 +1,311 @@
+#include "LayoutSimplex.h"
+
+#include <cmath>
+
+namespace RVCore::LayoutInternal {
+
+void Simplex::start(System& system)
+{
+    m_system = &system;
+    const Index columns = system.columnCount();
+    const Index rows = system.rowCount();
+    const Index levels = system.levelCount();
+    m_priceScale.assign(levels, 0.0);
+    for (Index row = 0; row < rows; ++row) {
+        for (const Piece& piece : system.pieces(row))
+            m_priceScale[piece.level] = std::max({m_priceScale[piece.level], piece.right, -piece.left});
+    }
+    m_prices.assign(levels, {});
+    m_pricedLevels.clear();
+    m_slopeChanges.assign(levels, {});
+    m_changedLevels.clear();
+    m_upSums.resize(levels);
+    m_downSums.resize(levels);
+    for (SparseVector* vector : {&m_byPosition, &m_byColumn, &m_direction, &m_alpha})
+        vector->resize(columns);
+    m_rates.resize(rows);
+    m_candidates.assign(columns, {});
+    for (IndexSet* set : {&m_candidatePositions, &m_touchedPositions, &m_banned, &m_moved})
+        set->resize(columns);
+    for (Index column = 0; column < columns; ++column)
+        m_moved.insert(column);
+    m_touchedRows.resize(rows);
+    m_suspects.resize(rows);
+    m_values.assign(columns, 0.0);
+    m_rowValues.assign(rows, 0.0);
+    m_affected.clear();
+    m_scale = 1.0;
+    chooseFirstBasis();
+    m_targets.resize(columns);
+    m_isDirty = true;
+    m_needsFirstBasis = false;
+}
+
+void Simplex::setPieces(Index row, std::span<const Piece> pieces)
+{
+    Index strength = none;
+    const bool wasAtBest = isBasic(row) && m_spot[row] == bestKink(row, strength);
+    if (!m_isDirty && !isBasic(row) && m_spot[row] != none)
+        noteSlopes(row, m_spot[row], -1.0);
+    m_system->setPieces(row, pieces);
+    for (const Piece& piece : pieces)
+        m_priceScale[piece.level] = std::max({m_priceScale[piece.level], piece.right, -piece.left});
+    m_suspects.insert(row);
+    if (!isBasic(row)) {
+        m_spot[row] = none;
+        m_touchedRows.insert(row);
+        return;
+    }
+    const Index position = m_place[row];
+    m_touchedPositions.insert(position);
+    m_affected.push_back(position);
+    if (pieces.empty())
+        m_needsFirstBasis = true; // a row without kinks can be held nowhere
+    else if (wasAtBest || m_spot[row] >= m_system->kinkCount(row))
+        m_spot[row] = bestKink(row, strength);
+}
+
+double Simplex::evaluateRow(Index row) const
+{
+    double sum = 0.0;
+    for (const Term& term : m_system->terms(row))
+        sum += term.coefficient * m_values[term.column];
+    return sum;
+}
+
+double Simplex::rowValue(Index row) const
+{
+    return isBasic(row) ? m_targets[m_place[row]] : m_rowValues[row];
+}
+
+// Of the segments on both sides of a kink the one that charges at the lower level; the left one when equal.
+Index Simplex::quieterSide(Index row, Index kink) const
+{
+    Index sides[2] = {none, none};
+    for (Index side = 0; side < 2; ++side) {
+        m_system->visitSlopes(row, kink + side,
+                              [&](Index level, double) { sides[side] = std::min(sides[side], level); });
+    }
+    return sides[1] > sides[0] ? kink + 1 : kink;
+}
+
+// The segment that a value lies in; the present one as long as the value is not clearly outside.
+Index Simplex::segmentAt(Index row, double value, Index present) const
+{
+    const double width = tolerance();
+    const std::span<const Piece> pieces = m_system->pieces(row);
+    if (present != none) {
+        bool isInside = true;
+        for (const Piece& piece : pieces) {
+            if (piece.kink < present ? value < piece.at - width : value > piece.at + width)
+                isInside = false;
+        }
+        if (isInside)
+            return present;
+    }
+    Index segment = 0;
+    for (const Piece& piece : pieces) {
+        if (std::abs(value - piece.at) <= width)
+            return quieterSide(row, piece.kink);
+        if (value > piece.at)
+            segment = piece.kink + 1;
+    }
+    return segment;
+}
+
+// Pass 1.
+void Simplex::moveBasis()
+{
+    for (const Index position : m_affected)
+        m_targets[position] = m_system->kinkPosition(m_basis[position], m_spot[m_basis[position]]);
+    m_changed.clear();
+    m_factor.derive(m_targets, m_affected, m_values, m_changed);
+    m_affected.clear();
+    for (const Index column : m_changed) {
+        m_moved.insert(column);
+        m_scale = std::max(m_scale, std::abs(m_values[column]));
+    }
+}
+
+// Pass 2.
+void Simplex::touchRowsOf(std::span<const Index> columns)
+{
+    for (const Index column : columns) {
+        for (const Term& entry : m_system->entries(column)) {
+            if (!isBasic(entry.column))
+                m_touchedRows.insert(entry.column);
+        }
+    }
+}
+
+void Simplex::relocate(Index row)
+{
+    m_rowValues[row] = evaluateRow(row);
+    const Index before = m_spot[row];
+    const Index segment = segmentAt(row, m_rowValues[row], before);
+    if (segment == before)
+        return;
+    if (before != none)
+        noteSlopes(row, before, -1.0);
+    m_spot[row] = segment;
+    noteSlopes(row, segment, 1.0);
+}
+
+void Simplex::repair(std::span<const Factor::Repair> repairs)
+{
+    for (const Factor::Repair& one : repairs) {
+        const Index old = m_basis[one.position];
+        Index strength = none;
+        m_place[old] = none;
+        m_spot[old] = none;
+        m_basis[one.position] = one.column;
+        m_place[one.column] = one.position;
+        m_spot[one.column] = bestKink(one.column, strength);
+    }
+}
+
+// Pass 5, and the first steps from a first basis: everything anew from the basis.
+void Simplex::refresh(Effort& effort)
+{
+    std::vector<Factor::Repair> repairs;
+    m_factor.factor(*m_system, m_basis, repairs);
+    repair(repairs);
+    ++effort.factorisations;
+    m_affected.resize(m_basis.size());
+    for (Index position = 0; position < m_affected.size(); ++position)
+        m_affected[position] = position;
+    moveBasis();
+    resetPrices();
+    m_touchedRows.clear();
+    for (Index row = 0; row < m_system->rowCount(); ++row) {
+        if (isBasic(row))
+            continue;
+        m_rowValues[row] = evaluateRow(row);
+        m_spot[row] = segmentAt(row, m_rowValues[row], m_spot[row]);
+        noteSlopes(row, m_spot[row], 1.0);
+    }
+    for (Index position = 0; position < m_basis.size(); ++position) {
+        m_touchedPositions.insert(position);
+        for (const Piece& piece : m_system->pieces(m_basis[position])) {
+            if (piece.level == 0 && piece.kink != m_spot[m_basis[position]])
+                m_suspects.insert(m_basis[position]);
+        }
+    }
+    m_banned.clear();
+    m_isDirty = false;
+}
+
+bool Simplex::run(Effort& effort)
+{
+    constexpr std::size_t longestUpdate = 1000; // beyond this many small updates, rounding in the prices adds up
+    m_banned.clear();
+    if (m_needsFirstBasis) {
+        chooseFirstBasis();
+        m_isDirty = true;
+        m_needsFirstBasis = false;
+    }
+    if (m_isDirty || m_factor.exchangeCount() > 0 || m_priceUpdates > longestUpdate)
+        refresh(effort);
+    moveBasis();
+    touchRowsOf(m_changed);
+    for (const Index row : m_touchedRows.indices()) {
+        if (!isBasic(row))
+            relocate(row);
+    }
+    m_touchedRows.clear();
+    bool isBest = true;
+    // Rounding may leave something to gain after everything was derived anew; more than a few rounds of it would
+    // only move in the last digits.
+    for (int round = 0; round < 5; ++round) {
+        applySlopeChanges();
+        isBest = optimise(effort);
+        if (m_factor.exchangeCount() == 0 || !isBest)
+            break;
+        refresh(effort);
+    }
+    if (m_factor.exchangeCount() > 0)
+        refresh(effort);
+    applySlopeChanges();
+    return isBest;
+}
+
+std::vector<Index> Simplex::violatedRows(Index level) const
+{
+    std::vector<Index> result;
+    const double width = 100.0 * tolerance();
+    for (const Index row : m_suspects.indices()) {
+        const double value = rowValue(row);
+        for (const Piece& piece : m_system->pieces(row)) {
+            const double slope = value < piece.at ? piece.left : piece.right;
+            if (piece.level == level && slope != 0.0 && std::abs(value - piece.at) > width) {
+                result.push_back(row);
+                break;
+            }
+        }
+    }
+    return result;
+}
+
+std::vector<Index> Simplex::holdingRows(Index column)
+{
+    std::vector<Index> positions;
+    m_byColumn.add(column, 1.0);
+    m_factor.solveTransposed(m_byColumn, m_byPosition);
+    for (const Index position : m_byPosition.indices()) {
+        if (std::abs(m_byPosition[position]) > 1e-9)
+            positions.push_back(position);
+    }
+    m_byPosition.clear();
+    std::sort(positions.begin(), positions.end(),
+              [&](Index a, Index b) { return m_factor.step(a) < m_factor.step(b); });
+    for (Index& position : positions)
+        position = m_basis[position];
+    return positions;
+}
+
+std::vector<Index> Simplex::freeColumns()
+{
+    std::vector<Index> result;
+    const Index last = m_system->levelCount() - 1;
+    IndexSet found;
+    found.resize(m_system->columnCount());
+    for (Index position = 0; position < m_basis.size(); ++position) {
+        for (const int direction : {1, -1}) {
+            // The cost of the step, with the rows that stand at a kink and would start to charge.
+            const Index row = m_basis[position];
+            m_system->visitSlopes(row, m_spot[row] + (direction > 0 ? 1 : 0),
+                                  [&](Index level, double slope) { m_upSums.add(level, direction * slope); });
+            for (const Index level : m_pricedLevels)
+                m_upSums.add(level, direction * m_prices[level][position]);
+            bool isFree = firstLevel(m_upSums) >= last;
+            if (isFree) {
+                findRates(position, direction);
+                for (const Index other : m_rates.indices()) {
+                    const double rate = m_rates[other];
+                    if (isBasic(other) || std::abs(rate) <= m_smallestRate)
+                        continue;
+                    for (const Piece& piece : m_system->pieces(other)) {
+                        const bool isPast = rate > 0.0 ? piece.kink >= m_spot[other] : piece.kink < m_spot[other];
+                        if (isPast && std::abs(m_rowValues[other] - piece.at) <= tolerance())
+                            m_upSums.add(piece.level, (piece.right - piece.left) * std::abs(rate));
+                    }
+                }
+                isFree = firstLevel(m_upSums) >= last;
+                if (isFree) {
+                    for (const Index column : m_direction.indices()) {
+                        if (std::abs(m_direction[column]) > 1e-9)
+                            found.insert(column);
+                    }
+                }
+                m_direction.clear();
+                m_rates.clear();
+            }
+            m_upSums.clear();
+        }
+    }
+    result = found.indices();
+    std::sort(result.begin(), result.end());
+    return result;
+}
+
+} // namespace RVCore::LayoutInternal

@@ -1,0 +1,159 @@
+#pragma once
+
+#include "LayoutFactor.h"
+
+#include <span>
+#include <vector>
+
+namespace RVCore::LayoutInternal {
+
+// Counters of one optimisation.
+struct Effort {
+    std::uint64_t pivots = 0;
+    std::uint64_t kinkMoves = 0;
+    std::uint64_t factorisations = 0;
+    std::uint64_t limitsReached = 0;
+};
+
+// Minimises the costs of a System's rows, level after level.
+//
+// A basis is one row for each column, each held at one of its kinks; that gives the values. The price of a
+// basic row at a level is what the rows outside the basis charge there for moving it up by one. A solution is
+// best when no basic row can be moved either way at a gain on the highest level on which it costs anything.
+// Every set of values is admissible, since every cost is finite; so a solution can be improved from wherever
+// a change of the costs left it.
+//
+// Passes of run():
+//  1. derive the values from the kinks that moved;
+//  2. find the segments of the rows that were touched;
+//  3. bring the prices up to date with the slopes that changed;
+//  4. exchange basic rows until none can gain (LayoutPivot.cpp);
+//  5. after exchanges, factor the new basis, derive everything from it once and make sure of 4.
+//
+// Limits: at most iterationLimit() exchanges; the result is then valid but not best, and counted. While steps
+// have no length, single steps under a least-index rule in both choices keep it from cycling.
+// Sources: the simplex method for piecewise-linear costs with long steps (Fourer, Mathematical Programming 33,
+// 1985); least index rule (Bland, Mathematics of Operations Research 2, 1977); lexicographic goals (Ignizio,
+// Goal Programming and Extensions, 1976); product form of the inverse (Dantzig and Orchard-Hays, 1954).
+class Simplex {
+public:
+    // Starts from the greedy basis of the system, which must outlive this.
+    void start(System&);
+    // Exchanges the cost of a row.
+    void setPieces(Index row, std::span<const Piece>);
+    // False when the iteration limit ended it.
+    bool run(Effort&);
+
+    double value(Index column) const { return m_values[column]; }
+    // Columns whose value may have changed since the last forgetMoves().
+    const std::vector<Index>& movedColumns() const { return m_moved.indices(); }
+    void forgetMoves() { m_moved.clear(); }
+
+    // Rows whose cost on a level the last run left above zero by more than rounding, looked for among the rows
+    // that may have come to charge on level 0 since the last forgetSuspects().
+    std::vector<Index> violatedRows(Index level) const;
+    void forgetSuspects() { m_suspects.clear(); }
+    // Rows that take part in the prices of a level, the ones outside the basis that charge included.
+    std::vector<Index> pricedRows(Index level) const;
+    double price(Index position, Index level) const;
+
+    bool isBasic(Index row) const { return m_place[row] != none; }
+    Index positionOf(Index row) const { return m_place[row]; }
+    // The kink that a basic row is held at, the segment of another row.
+    Index spot(Index row) const { return m_spot[row]; }
+    double rowValue(Index row) const;
+    double tolerance() const { return 1e-12 * m_scale + 1e-10; }
+    // Basic rows that a column's value depends on, in order of derivation.
+    std::vector<Index> holdingRows(Index column);
+    // Columns that can be moved without a loss on any level above the last one.
+    std::vector<Index> freeColumns();
+
+private:
+    struct Candidate {
+        Index position = none;
+        int direction = 0;
+        Index level = 0;
+        double gain = 0.0;
+    };
+    struct Event {
+        double distance;
+        double rate;
+        Index row;
+        Index kink;
+    };
+
+    // LayoutFirstBasis.cpp
+    void chooseFirstBasis();
+    Index bestKink(Index row, Index& strength) const;
+
+    // LayoutSimplex.cpp
+    void moveBasis();
+    void touchRowsOf(std::span<const Index> columns);
+    void relocate(Index row);
+    Index segmentAt(Index row, double value, Index present) const;
+    Index quieterSide(Index row, Index kink) const;
+    void refresh(Effort&);
+    void repair(std::span<const Factor::Repair>);
+    double evaluateRow(Index row) const;
+    std::size_t iterationLimit() const { return 200 + 20 * std::size_t(m_system->rowCount()); }
+
+    // LayoutPricing.cpp
+    void noteSlopes(Index row, Index segment, double factor);
+    void applySlopeChanges();
+    void addToPrice(Index level, Index position, double amount);
+    std::vector<double>& pricesOf(Index level);
+    double priceTolerance(Index level) const { return 1e-10 * m_priceScale[level]; }
+    void evaluateTouched();
+    Candidate evaluate(Index position);
+    Index firstLevel(const SparseVector& sums) const;
+    const Candidate* choose() const;
+    void resetPrices();
+
+    // LayoutPivot.cpp
+    bool optimise(Effort&);
+    bool step(const Candidate&, Effort&);
+    void findRates(Index position, int direction);
+    void collectEvents(Index leaving);
+    void pushNextEvent(Index row, Index spot, bool isBasicRow);
+    bool findEntering(const Candidate&, Event& entering);
+    void advance(double distance);
+    void advanceByDeriving();
+    void holdAt(Index position, Index kink);
+    bool exchange(const Candidate&, const Event&, Effort&);
+
+    System* m_system = nullptr;
+    Factor m_factor;
+    std::vector<Index> m_basis;      // row by position
+    std::vector<Index> m_place;      // position by row, none outside the basis
+    std::vector<Index> m_spot;       // by row: kink of a basic row, segment of another
+    std::vector<double> m_targets;   // by position: position of the kink
+    std::vector<double> m_values;    // by column
+    std::vector<double> m_rowValues; // by row outside the basis
+    double m_scale = 1.0;            // largest magnitude of a value so far
+
+    std::vector<std::vector<double>> m_prices; // by level, by position; empty while all are zero
+    std::vector<double> m_priceScale;          // by level
+    std::vector<Index> m_pricedLevels;
+    std::vector<std::vector<Term>> m_slopeChanges; // by level: row and change of its slope
+    std::vector<Index> m_changedLevels;
+    std::size_t m_priceUpdates = 0;
+
+    std::vector<Candidate> m_candidates;   // by position
+    IndexSet m_candidatePositions;         // a superset of the positions that can gain
+    IndexSet m_touchedPositions, m_banned; // banned: their exchange was unsafe in this run
+    std::vector<Index> m_affected;         // positions whose target moved
+    std::vector<Index> m_changed;
+    IndexSet m_moved, m_touchedRows, m_suspects;
+    bool m_isDirty = false;
+    bool m_needsFirstBasis = false;
+
+    SparseVector m_upSums, m_downSums; // by level
+    SparseVector m_byPosition, m_byColumn, m_direction, m_alpha;
+    SparseVector m_rates; // by row
+    double m_smallestRate = 0.0;
+    std::vector<Event> m_events, m_passed;
+    bool m_takesLeastIndex = false;
+    std::size_t m_stalled = 0;
+};
+
+} // namespace RVCore::LayoutInternal

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "LayoutModel.h"
+#include "LayoutPart.h"
+
+#include <memory>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace RVCore::LayoutInternal {
+
+// Keeps the parts in step with the model, settles contradictions, and answers questions about the result.
+//
+// Passes of solve():
+//  1. let go of conflicts of which a member changed (LayoutConflicts.cpp);
+//  2. take apart the parts whose rows appear or go, and build new ones from what hangs together now;
+//  3. hand the changed costs to the other parts;
+//  4. run the parts that have something to do, and settle the contradictions they show;
+//  5. collect the values that changed.
+class Solver {
+public:
+    Model& model() { return m_model; }
+    const Model& model() const { return m_model; }
+
+    bool needsSolve() const { return m_model.hasNotes(); }
+    void solve();
+    const std::vector<LayoutVariable>& changedVariables() const { return m_changedVariables; }
+    std::vector<LayoutConflict> takeConflicts() { return std::exchange(m_newConflicts, {}); }
+
+    const std::vector<Index>& ambiguousVariables();
+    LayoutExplanation explain(Index variable);
+    std::string description(const LayoutNaming&);
+    LayoutConstraintHandle handle(Index constraint) const
+    {
+        return {constraint, m_model.constraints()[constraint].generation};
+    }
+    const LayoutStatistics& statistics() const { return m_statistics; }
+
+private:
+    struct Conflict {
+        std::vector<Index> members; // in order of installation; the last one is left out
+        std::uint64_t cause = 0;    // the same for equal members
+        bool isNew = true;
+    };
+
+    // LayoutSolver.cpp
+    void rebuildParts();
+    bool takesOwnRow(Index formClass);
+    void takeApart(Index part, std::vector<Index>& loose);
+    void buildParts(const std::vector<Index>& loose);
+    void updateCosts();
+    void runParts();
+    void collectChanges(Part&);
+    void countEffort(const Effort&);
+    Index takePart();
+
+    // LayoutConflicts.cpp
+    void dropChangedConflicts();
+    void dropConflict(Conflict&);
+    void settleConflicts(Part&, Effort&);
+    std::vector<Index> requiredConstraints(Part&, const std::vector<Index>& rows) const;
+    void leaveOut(std::vector<Index> members, Part&);
+    void settleConflictsByThemselves();
+    std::uint64_t causeOf(const std::vector<Index>& members) const;
+    void reportConflicts();
+
+    Model m_model;
+    std::vector<std::unique_ptr<Part>> m_parts;
+    std::vector<Index> m_freeParts;
+    std::vector<Index> m_rebuiltParts;
+    std::vector<Index> m_touchedParts; // that lost the constraints of an own row
+    std::vector<Index> m_notedClasses; // taken over from the model for one solve
+    std::vector<Conflict> m_conflicts;
+    std::set<std::uint64_t> m_knownCauses;
+    std::vector<LayoutConflict> m_newConflicts;
+    std::vector<LayoutVariable> m_changedVariables;
+    std::vector<Index> m_ambiguous;
+    bool m_isAmbiguousKnown = false;
+    LayoutStatistics m_statistics;
+};
+
+} // namespace RVCore::LayoutInternal

@@ -1,0 +1,152 @@
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <vector>
+
+namespace RVCore::LayoutInternal {
+
+using Index = std::uint32_t;
+constexpr Index none = std::numeric_limits<Index>::max();
+
+// A vector of mostly zeros: all its elements, and a list of those that may differ from zero.
+class SparseVector {
+public:
+    void resize(std::size_t size)
+    {
+        m_values.assign(size, 0.0);
+        m_marks.assign(size, 0);
+        m_indices.clear();
+    }
+    void add(Index index, double value)
+    {
+        if (!m_marks[index]) {
+            m_marks[index] = 1;
+            m_indices.push_back(index);
+        }
+        m_values[index] += value;
+    }
+    void set(Index index, double value)
+    {
+        add(index, 0.0);
+        m_values[index] = value;
+    }
+    void clear()
+    {
+        for (const Index index : m_indices) {
+            m_values[index] = 0.0;
+            m_marks[index] = 0;
+        }
+        m_indices.clear();
+    }
+    double operator[](Index index) const { return m_values[index]; }
+    const std::vector<Index>& indices() const { return m_indices; }
+    double largest() const
+    {
+        double result = 0.0;
+        for (const Index index : m_indices)
+            result = std::max(result, m_values[index] < 0.0 ? -m_values[index] : m_values[index]);
+        return result;
+    }
+
+private:
+    std::vector<double> m_values;
+    std::vector<std::uint8_t> m_marks;
+    std::vector<Index> m_indices;
+};
+
+// A set of small numbers in order of arrival.
+class IndexSet {
+public:
+    void resize(std::size_t size)
+    {
+        m_marks.assign(size, 0);
+        m_indices.clear();
+    }
+    void insert(Index index)
+    {
+        if (m_marks[index])
+            return;
+        m_marks[index] = 1;
+        m_indices.push_back(index);
+    }
+    void clear()
+    {
+        for (const Index index : m_indices)
+            m_marks[index] = 0;
+        m_indices.clear();
+    }
+    bool contains(Index index) const { return m_marks[index] != 0; }
+    bool isEmpty() const { return m_indices.empty(); }
+    const std::vector<Index>& indices() const { return m_indices; }
+
+private:
+    std::vector<std::uint8_t> m_marks;
+    std::vector<Index> m_indices;
+};
+
+// Hands out steps in ascending order, each once, while later ones are still being added. Few steps live in a
+// heap; when they get many, a sweep over all of them is cheaper.
+class StepQueue {
+public:
+    void resize(Index size)
+    {
+        m_queued.assign(size, 0);
+        m_heap.clear();
+        reset();
+    }
+    void push(Index step)
+    {
+        if (m_queued[step])
+            return;
+        m_queued[step] = 1;
+        if (m_isSweeping)
+            return;
+        m_heap.push_back(step);
+        std::push_heap(m_heap.begin(), m_heap.end(), std::greater<>{});
+        if (m_heap.size() > m_queued.size() / 16 + 16) {
+            m_isSweeping = true;
+            m_heap.clear();
+        }
+    }
+    // The next step, or none; the queue is then empty and ready for use again.
+    Index pop()
+    {
+        if (m_isSweeping) {
+            for (; m_next < m_queued.size(); ++m_next) {
+                if (m_queued[m_next]) {
+                    m_queued[m_next] = 0;
+                    return m_next++;
+                }
+            }
+            reset();
+            return none;
+        }
+        if (m_heap.empty()) {
+            reset();
+            return none;
+        }
+        std::pop_heap(m_heap.begin(), m_heap.end(), std::greater<>{});
+        const Index step = m_heap.back();
+        m_heap.pop_back();
+        m_queued[step] = 0;
+        m_next = step + 1;
+        return step;
+    }
+
+private:
+    void reset()
+    {
+        m_isSweeping = false;
+        m_next = 0;
+    }
+
+    std::vector<std::uint8_t> m_queued;
+    std::vector<Index> m_heap;
+    bool m_isSweeping = false;
+    Index m_next = 0;
+};
+
+} // namespace RVCore::LayoutInternal

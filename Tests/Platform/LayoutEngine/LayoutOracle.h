@@ -1,0 +1,17 @@
+#pragma once
+
+#include "LayoutSystems.h"
+
+namespace RVCore {
+
+// What an independent solver (GLPK) says about a system.
+struct OracleAnswer {
+    std::vector<bool> leftOut;                               // by constraint
+    std::map<float, double, std::greater<float>> violations; // least sum by priority, without the ones left out
+};
+
+// Takes required constraints in order and leaves out each that contradicts the ones before; then one linear
+// program for each priority, downwards, with what was reached above held.
+OracleAnswer askOracle(const TestSystem&);
+
+} // namespace RVCore
