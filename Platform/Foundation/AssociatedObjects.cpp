@@ -7,6 +7,7 @@ namespace RVCore {
 
 struct AssociatedObjectsAccess {
     static void mark(NSObject& object, bool hasAny) { object.m_hasAssociatedObjects = hasAny; }
+    static bool hasAny(const NSObject& object) { return object.m_hasAssociatedObjects; }
 };
 
 namespace {
@@ -38,6 +39,10 @@ void setAssociatedObject(NSObject& owner, const AssociationKey& key, Value conte
             std::swap(content, found->second);
             entry->second.erase(found);
         }
+        if (entry->second.empty()) {
+            table.entries.erase(entry);
+            AssociatedObjectsAccess::mark(owner, false);
+        }
         return;
     }
     AssociatedObjectsAccess::mark(owner, true);
@@ -46,6 +51,8 @@ void setAssociatedObject(NSObject& owner, const AssociationKey& key, Value conte
 
 Value associatedObject(const NSObject& owner, const AssociationKey& key)
 {
+    if (!AssociatedObjectsAccess::hasAny(owner))
+        return Value();
     SideTable& table = sideTable();
     std::lock_guard lock(table.mutex);
     const auto entry = table.entries.find(&owner);

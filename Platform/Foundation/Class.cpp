@@ -3,6 +3,7 @@
 #include <Foundation/Stop.h>
 
 #include <algorithm>
+#include <atomic>
 #include <map>
 #include <mutex>
 #include <shared_mutex>
@@ -12,7 +13,7 @@ namespace RVCore {
 
 namespace {
 
-// Guards every class's tables: publishing is rare, and an uncontended shared lock is cheap beside a call.
+// Guards every class's tables: publishing is rare, and a shared lock costs about as much as the call it leads to.
 std::shared_mutex& runtimeMutex()
 {
     static std::shared_mutex& mutex = *new std::shared_mutex;
@@ -53,8 +54,7 @@ template <class M> struct MethodTable {
 };
 
 // Looks in the class's cache first, then from the class upward; `table` gives a class's table, or null at the end.
-template <class M, class TableOf>
-const M* lookUp(const Class& receiver, Selector selector, const TableOf& tableOf)
+template <class M, class TableOf> const M* lookUp(const Class& receiver, Selector selector, const TableOf& tableOf)
 {
     MethodTable<M>& table = tableOf(receiver);
     {
@@ -79,7 +79,30 @@ const M* lookUp(const Class& receiver, Selector selector, const TableOf& tableOf
     return result;
 }
 
+// Those that may not have been defined yet, the newest first.
+constinit std::atomic<ClassRegistration*> registrations = nullptr;
+
 } // namespace
+
+ClassRegistration::ClassRegistration(Class& (*define)()) : m_define(define), m_next(registrations.load())
+{
+    while (!registrations.compare_exchange_weak(m_next, this)) {
+    }
+}
+
+void ClassRegistration::defineAll()
+{
+    static std::mutex& mutex = *new std::mutex;
+    // The list is emptied after the definitions, so that a thread that finds it empty finds the classes complete.
+    while (registrations.load()) {
+        std::lock_guard lock(mutex);
+        ClassRegistration* newest = registrations.load();
+        for (const ClassRegistration* entry = newest; entry; entry = entry->m_next)
+            entry->m_define();
+        // Fails when a library was loaded meanwhile; defining a class again does nothing.
+        registrations.compare_exchange_strong(newest, nullptr);
+    }
+}
 
 struct Class::Data {
     std::string name;
@@ -89,9 +112,7 @@ struct Class::Data {
     MethodTable<ClassMethod> classMethods;
 };
 
-Class::Class(std::unique_ptr<Data> data) : m_data(std::move(data))
-{
-}
+Class::Class(std::unique_ptr<Data> data) : m_data(std::move(data)) {}
 
 Class::~Class() = default;
 
@@ -109,6 +130,7 @@ Class& Class::define(std::string name, const Class* superclass, Allocator alloca
 
 const Class* Class::named(std::string_view name)
 {
+    ClassRegistration::defineAll();
     std::shared_lock lock(runtimeMutex());
     const auto found = classTable().find(name);
     return found == classTable().end() ? nullptr : found->second;
@@ -116,6 +138,7 @@ const Class* Class::named(std::string_view name)
 
 std::vector<const Class*> Class::all()
 {
+    ClassRegistration::defineAll();
     std::shared_lock lock(runtimeMutex());
     std::vector<const Class*> result;
     for (const auto& [name, entry] : classTable())
@@ -163,14 +186,13 @@ void Class::addClassMethod(ClassMethod method)
 
 const Method* Class::method(Selector selector) const
 {
-    return lookUp<Method>(*this, selector,
-                          [](const Class& c) -> MethodTable<Method>& { return c.m_data->methods; });
+    return lookUp<Method>(*this, selector, [](const Class& c) -> MethodTable<Method>& { return c.m_data->methods; });
 }
 
 const ClassMethod* Class::classMethod(Selector selector) const
 {
-    return lookUp<ClassMethod>(
-        *this, selector, [](const Class& c) -> MethodTable<ClassMethod>& { return c.m_data->classMethods; });
+    return lookUp<ClassMethod>(*this, selector,
+                               [](const Class& c) -> MethodTable<ClassMethod>& { return c.m_data->classMethods; });
 }
 
 std::vector<Selector> Class::selectors() const

@@ -36,9 +36,10 @@ public:
     // Makes the class known under a name, which must be new. `superclass` is null for a root; `allocator` is null
     // for a class that has no instances of its own.
     static Class& define(std::string name, const Class* superclass, Allocator allocator);
-    // The class of that name, if one is defined.
+    // The class of that name, complete with its methods; null when the program has none. Not for use while a class
+    // is being defined.
     static const Class* named(std::string_view name);
-    // Every class defined so far, in the order of their names.
+    // Every class of the program, in the order of their names.
     static std::vector<const Class*> all();
 
     ~Class();
@@ -65,6 +66,20 @@ private:
     struct Data;
     explicit Class(std::unique_ptr<Data> data);
     std::unique_ptr<Data> m_data;
+};
+
+// Makes a class known to Class::named before anything has used it: a static one stands in every class that says
+// RVCORE_CLASS. It only notes the function, so the order in which statics are initialised does not matter.
+class ClassRegistration {
+public:
+    explicit ClassRegistration(Class& (*define)());
+
+private:
+    friend class Class;
+    static void defineAll();
+
+    Class& (*m_define)();
+    ClassRegistration* m_next;
 };
 
 } // namespace RVCore

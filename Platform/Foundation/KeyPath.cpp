@@ -10,12 +10,18 @@ namespace {
                                                  "\" (in the path \"" + std::string(path) + "\")");
 }
 
+// A key names a property; "setAlpha:" and the like are no keys although objects answer them.
+bool isProperty(std::string_view key)
+{
+    return !key.empty() && key.find(':') == std::string_view::npos;
+}
+
 Selector getter(const NSObject& object, std::string_view key, std::string_view path)
 {
-    if (!key.empty()) {
+    if (isProperty(key)) {
         if (const Selector plain(key); object.respondsToSelector(plain))
             return plain;
-        std::string setter = Selector::setterFor(key).name();
+        const std::string setter = Selector::setterFor(key).name();
         const Selector truth("is" + setter.substr(3, setter.size() - 4));
         if (object.respondsToSelector(truth))
             return truth;
@@ -23,23 +29,43 @@ Selector getter(const NSObject& object, std::string_view key, std::string_view p
     raiseUnknownKey(object, key, path);
 }
 
-// The object that holds the last key, and that key.
-std::pair<ObjectRef, std::string_view> lastHolder(NSObject& object, std::string_view path)
+Value elementNamed(const Value::Array& elements, std::string_view name, std::string_view path)
 {
-    ObjectRef holder = object.shared_from_this();
+    const Selector nameSelector("name");
+    for (const Value& element : elements) {
+        if (element.object() && (*element.object())->respondsToSelector(nameSelector) &&
+            send(*element.object(), nameSelector) == Value(name))
+            return element;
+    }
+    throw NSException(NSUnknownKeyException, "no element of the array is named \"" + std::string(name) +
+                                                 "\" (in the path \"" + std::string(path) + "\")");
+}
+
+// One step along the path, from an object or an array.
+Value step(const Value& holder, std::string_view key, std::string_view path)
+{
+    if (holder.array())
+        return elementNamed(*holder.array(), key, path);
+    const ObjectRef& object = *holder.object();
+    return send(object, getter(*object, key, path));
+}
+
+// What holds the last key (an object or an array), and that key.
+std::pair<Value, std::string_view> lastHolder(NSObject& object, std::string_view path)
+{
+    Value holder = object.shared_from_this();
     std::string_view rest = path;
     for (std::size_t dot = rest.find('.'); dot != std::string_view::npos; dot = rest.find('.')) {
         const std::string_view key = rest.substr(0, dot);
-        const Value next = send(holder, getter(*holder, key, path));
-        if (!next.object())
+        Value next = step(holder, key, path);
+        if (!next.object() && !next.array())
             throw NSException(NSUnknownKeyException, "the path \"" + std::string(path) + "\" ends at \"" +
-                                                         std::string(key) + "\" of " +
-                                                         holder->classObject().name() + ", which is " +
+                                                         std::string(key) + "\" of " + holder.kind() + ", which is " +
                                                          next.kind());
-        holder = *next.object();
+        holder = std::move(next);
         rest.remove_prefix(dot + 1);
     }
-    return {holder, rest};
+    return {std::move(holder), rest};
 }
 
 } // namespace
@@ -47,15 +73,19 @@ std::pair<ObjectRef, std::string_view> lastHolder(NSObject& object, std::string_
 Value valueForKeyPath(NSObject& object, std::string_view path)
 {
     const auto [holder, key] = lastHolder(object, path);
-    return send(holder, getter(*holder, key, path));
+    return step(holder, key, path);
 }
 
 void setValueForKeyPath(NSObject& object, std::string_view path, const Value& value)
 {
     const auto [holder, key] = lastHolder(object, path);
-    if (key.empty() || !holder->respondsToSelector(Selector::setterFor(key)))
-        raiseUnknownKey(*holder, key, path);
-    send(holder, Selector::setterFor(key), value);
+    if (holder.array())
+        throw NSException(NSUnknownKeyException, "the path \"" + std::string(path) +
+                                                     "\" ends at an element of an array, which is not a property");
+    const ObjectRef& target = *holder.object();
+    if (!isProperty(key) || !target->respondsToSelector(Selector::setterFor(key)))
+        raiseUnknownKey(*target, key, path);
+    send(target, Selector::setterFor(key), value);
 }
 
 } // namespace RVCore

@@ -5,9 +5,10 @@
 namespace RVCore {
 
 // Reads and writes through published getters and setters: the key "alpha" is answered by "alpha" or "isAlpha",
-// and written with "setAlpha:". In a path, every key but the last must lead to an object. A key that the object
-// does not answer, or a path that ends early, raises NSUnknownKeyException naming the object's class, the key and
-// the path; nothing has been written then.
+// and written with "setAlpha:". In a path, every key but the last must lead to an object, or to an array of which the
+// next key picks the first object whose "name" it is: "filters.blur.inputRadius". A key that the object does not
+// answer, or a path that ends early, raises NSUnknownKeyException naming the object's class, the key and the path;
+// nothing has been written then.
 Value valueForKeyPath(NSObject& object, std::string_view path);
 void setValueForKeyPath(NSObject& object, std::string_view path, const Value& value);
 

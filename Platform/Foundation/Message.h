@@ -32,12 +32,12 @@ template <class... Arguments> Value send(const Class& receiver, Selector selecto
     const std::array<Value, sizeof...(Arguments)> values{toValue(std::forward<Arguments>(arguments))...};
     return sendValues(receiver, selector, values);
 }
-// An absent receiver takes every message and answers nothing.
+// An absent receiver takes every message and answers nothing; one that is there lives until the method returns.
 template <std::derived_from<NSObject> T, class... Arguments>
 Value send(const std::shared_ptr<T>& receiver, Selector selector, Arguments&&... arguments)
 {
-    return receiver ? send(static_cast<NSObject&>(*receiver), selector, std::forward<Arguments>(arguments)...)
-                    : Value();
+    const std::shared_ptr<T> kept = receiver; // the method may let go of the pointer that we were given
+    return kept ? send(static_cast<NSObject&>(*kept), selector, std::forward<Arguments>(arguments)...) : Value();
 }
 
 } // namespace RVCore

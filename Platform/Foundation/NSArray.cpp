@@ -1,13 +1,13 @@
 #include <Foundation/NSArray.h>
+#include <Foundation/NSCoder.h>
 
 namespace RVCore {
 
 Class& NSArray::staticClass()
 {
     static Class& theClass = defineClass<NSArray>("NSArray", NSObject::staticClass(), [](auto& publish) {
-        publish.initializer("initWithArray:", [](NSArray& self, const Value::Array& elements) {
-            self.init(elements);
-        });
+        publish.initializer("initWithArray:",
+                            [](NSArray& self, const Value::Array& elements) { self.init(elements); });
         publish.readOnlyProperty("count", &NSArray::count);
         publish.method("objectAtIndex:", [](NSArray& self, std::size_t index) {
             if (index >= self.count())
@@ -17,6 +17,16 @@ Class& NSArray::staticClass()
         });
     });
     return theClass;
+}
+
+void NSArray::init(NSCoder& coder)
+{
+    m_elements = coder.decode<Value::Array>("elements");
+}
+
+void NSArray::encode(NSCoder& coder) const
+{
+    coder.encode("elements", m_elements);
 }
 
 bool NSArray::isEqual(const NSObject& other) const

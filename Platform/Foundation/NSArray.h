@@ -7,13 +7,15 @@
 namespace RVCore {
 
 // An immutable list as an object, so that operations can be published on lists and reached by name:
-// send(make<NSArray>(toValues(constraints)), "autoInstallConstraints").
+// send(makeArray(constraints), "autoInstallConstraints").
 class NSArray : public NSObject {
     RVCORE_CLASS(NSArray)
 
 public:
     using NSObject::init;
     void init(Value::Array elements) { m_elements = std::move(elements); }
+    void init(NSCoder& coder) override;
+    void encode(NSCoder& coder) const override;
 
     std::size_t count() const { return m_elements.size(); }
     const Value::Array& elements() const { return m_elements; }

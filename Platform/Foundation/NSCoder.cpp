@@ -33,7 +33,7 @@ public:
         if (value.callback())
             raiseInvalidArgument("NSCoder.encode", "a callback cannot be archived");
         if (value.object())
-            return Value::Dictionary{{referenceKey, Value(indexOf(**value.object()))}};
+            return Value::Dictionary{{referenceKey, indexOf(*value.object())}};
         if (value.array()) {
             Value::Array result;
             for (const Value& element : *value.array())
@@ -61,25 +61,27 @@ public:
             return value;
         if (const auto reference = value.dictionary()->find(referenceKey); reference != value.dictionary()->end())
             return objectAt(reference->second.as<std::size_t>());
+        const auto fields = value.dictionary()->find(fieldsKey);
+        if (fields == value.dictionary()->end())
+            raiseMalformed("a dictionary has neither an object nor fields");
         Value::Dictionary result;
-        for (const auto& [key, element] : value.dictionary()->at(fieldsKey).as<Value::Dictionary>())
+        for (const auto& [key, element] : fields->second.as<Value::Dictionary>())
             result[key] = unpacked(element);
         return result;
     }
 
-    std::size_t indexOf(NSObject& object)
+    std::size_t indexOf(const ObjectRef& object)
     {
-        const auto [entry, isNew] = m_indices.try_emplace(&object, m_objects.size());
+        const auto [entry, isNew] = m_indices.try_emplace(object, m_objects.size());
+        const std::size_t index = entry->second; // encoding the object may add others
         if (isNew) {
-            const std::size_t index = entry->second;
             m_objects.emplace_back();
-            auto coder = std::make_shared<NSCoder>();
-            coder->m_archive = this;
-            coder->m_className = object.classObject().name();
-            object.encode(*coder);
-            m_objects[index] = Value::Dictionary{{classKey, coder->m_className}, {fieldsKey, coder->m_fields}};
+            Use use(*this, object->classObject().name());
+            object->encode(*use.coder);
+            m_objects[index] =
+                Value::Dictionary{{classKey, use.coder->m_className}, {fieldsKey, use.coder->m_fields}};
         }
-        return m_indices.at(&object);
+        return index;
     }
 
     ObjectRef objectAt(std::size_t index)
@@ -91,25 +93,42 @@ public:
         if (m_inProgress[index])
             raiseMalformed("object " + std::to_string(index) + " contains itself");
         m_inProgress[index] = true;
-        const auto* entry = m_objects[index].dictionary();
-        if (!entry || !entry->contains(classKey) || !entry->contains(fieldsKey))
-            raiseMalformed("object " + std::to_string(index) + " has no class or no fields");
-        auto coder = std::make_shared<NSCoder>();
-        coder->m_archive = this;
-        coder->m_className = entry->at(classKey).as<std::string>();
-        coder->m_fields = entry->at(fieldsKey).as<Value::Dictionary>();
-        const Class* objectClass = Class::named(coder->m_className);
-        if (!objectClass)
-            raiseMalformed("there is no class " + coder->m_className);
-        ObjectRef object = objectClass->alloc();
-        object->init(*coder);
-        m_decoded[index] = object;
-        return object;
+        return m_decoded[index] = decoded(index);
     }
 
 private:
+    // A coder that is good for one object. Whoever keeps it longer finds that it belongs to no archive any more.
+    struct Use {
+        Use(KeyedArchive& archive, const std::string& className) : coder(make<NSCoder>())
+        {
+            coder->m_archive = &archive;
+            coder->m_className = className;
+        }
+        ~Use() { coder->m_archive = nullptr; }
+        Use(const Use&) = delete;
+        Use& operator=(const Use&) = delete;
+
+        std::shared_ptr<NSCoder> coder;
+    };
+
+    ObjectRef decoded(std::size_t index)
+    {
+        const auto* entry = m_objects[index].dictionary();
+        if (!entry || !entry->contains(classKey) || !entry->contains(fieldsKey))
+            raiseMalformed("object " + std::to_string(index) + " has no class or no fields");
+        Use use(*this, entry->at(classKey).as<std::string>());
+        use.coder->m_fields = entry->at(fieldsKey).as<Value::Dictionary>();
+        const Class* objectClass = Class::named(use.coder->m_className);
+        if (!objectClass)
+            raiseMalformed("there is no class " + use.coder->m_className);
+        ObjectRef object = objectClass->alloc();
+        object->init(*use.coder);
+        return object;
+    }
+
     Value::Array m_objects;
-    std::unordered_map<const NSObject*, std::size_t> m_indices;
+    // Holds the objects: one that is made only to be encoded must not leave its address to another.
+    std::unordered_map<ObjectRef, std::size_t> m_indices;
     std::vector<ObjectRef> m_decoded;
     std::vector<bool> m_inProgress;
 };
@@ -117,12 +136,9 @@ private:
 Class& NSCoder::staticClass()
 {
     static Class& theClass = defineClass<NSCoder>("NSCoder", NSObject::staticClass(), [](auto& publish) {
-        publish.method("encodeObject:forKey:", [](NSCoder& self, const Value& value, const std::string& key) {
-            self.encode(key, value);
-        });
-        publish.method("decodeObjectForKey:", [](NSCoder& self, const std::string& key) {
-            return self.decode(key);
-        });
+        publish.method("encodeObject:forKey:",
+                       [](NSCoder& self, const Value& value, const std::string& key) { self.encode(key, value); });
+        publish.method("decodeObjectForKey:", [](NSCoder& self, const std::string& key) { return self.decode(key); });
         publish.method("containsValueForKey:", &NSCoder::contains);
     });
     return theClass;
@@ -132,7 +148,7 @@ void NSCoder::encode(const std::string& key, const Value& value)
 {
     if (m_fields.contains(key))
         raiseInvalidArgument("NSCoder.encode", "key \"" + key + "\" of " + m_className + " is used twice");
-    m_fields[key] = m_archive->packed(value);
+    m_fields[key] = archive().packed(value);
 }
 
 bool NSCoder::contains(const std::string& key) const
@@ -143,7 +159,14 @@ bool NSCoder::contains(const std::string& key) const
 Value NSCoder::decode(const std::string& key)
 {
     const auto found = m_fields.find(key);
-    return found == m_fields.end() ? Value() : m_archive->unpacked(found->second);
+    return found == m_fields.end() ? Value() : archive().unpacked(found->second);
+}
+
+KeyedArchive& NSCoder::archive() const
+{
+    if (!m_archive)
+        raiseInvalidArgument("NSCoder", "this coder belongs to no archive");
+    return *m_archive;
 }
 
 void NSCoder::raiseMissing(const std::string& key, const std::string& expected) const
@@ -154,7 +177,7 @@ void NSCoder::raiseMissing(const std::string& key, const std::string& expected) 
 Value archivedObject(NSObject& root)
 {
     KeyedArchive archive;
-    archive.indexOf(root);
+    archive.indexOf(shared(root));
     return Value::Dictionary{{objectsKey, archive.objects()}};
 }
 

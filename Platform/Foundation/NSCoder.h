@@ -31,9 +31,11 @@ public:
 
 private:
     friend class KeyedArchive;
+    // Raises NSInvalidArgumentException for a coder that nobody is archiving or unarchiving with.
+    class KeyedArchive& archive() const;
     [[noreturn]] void raiseMissing(const std::string& key, const std::string& expected) const;
 
-    class KeyedArchive* m_archive = nullptr;
+    class KeyedArchive* m_archive = nullptr; // only while an object is being encoded or initialised with it
     std::string m_className;
     Value::Dictionary m_fields;
 };

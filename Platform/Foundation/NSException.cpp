@@ -26,6 +26,8 @@ std::string numberText(double value)
 {
     if (value == 0)
         return "0"; // also for negative zero, which no reader of a dump wants to see
+    if (std::isnan(value))
+        return "nan"; // whatever its sign
     std::array<char, 32> buffer;
     const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
     return std::string(buffer.data(), end);

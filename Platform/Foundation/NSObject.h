@@ -3,16 +3,23 @@
 #include <Foundation/Class.h>
 #include <Foundation/Publisher.h>
 
+#include <atomic>
 #include <memory>
 #include <string>
 
 // Declares what every class of the run time has; the source file defines `staticClass()` with `defineClass`.
-#define RVCORE_CLASS(Type)                                                                                        \
-public:                                                                                                           \
-    static ::RVCore::Class& staticClass();                                                                        \
-    const ::RVCore::Class& classObject() const override { return staticClass(); }                                 \
-                                                                                                                  \
-private:
+// `ClassOwner` tells a class with a declaration of its own from one that inherits it.
+#define RVCORE_CLASS(Type)                                                                                           \
+public:                                                                                                              \
+    using ClassOwner = Type;                                                                                         \
+    static ::RVCore::Class& staticClass();                                                                           \
+    const ::RVCore::Class& classObject() const override                                                              \
+    {                                                                                                                \
+        return staticClass();                                                                                        \
+    }                                                                                                                \
+                                                                                                                     \
+private:                                                                                                             \
+    inline static const ::RVCore::ClassRegistration classRegistration{&staticClass};
 
 namespace RVCore {
 
@@ -21,6 +28,7 @@ namespace RVCore {
 // operations and a subclass's override runs.
 class NSObject : public std::enable_shared_from_this<NSObject> {
 public:
+    using ClassOwner = NSObject;
     static Class& staticClass();
     virtual const Class& classObject() const { return staticClass(); }
 
@@ -45,7 +53,8 @@ public:
 
 private:
     friend struct AssociatedObjectsAccess;
-    bool m_hasAssociatedObjects = false;
+    inline static const ClassRegistration classRegistration{&staticClass};
+    std::atomic<bool> m_hasAssociatedObjects = false; // spares objects without any the look into the side table
 };
 
 // A new T, initialised with the arguments of one of its `init` operations.

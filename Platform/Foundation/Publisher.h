@@ -20,6 +20,12 @@ template <class Parameter> struct ArgumentKeeper {
     static Kept& pass(Kept& kept) { return kept; }
 };
 template <class Parameter>
+    requires std::same_as<std::remove_cvref_t<Parameter>, std::string_view>
+struct ArgumentKeeper<Parameter> {
+    using Kept = std::string;
+    static std::string_view pass(const Kept& kept) { return kept; }
+};
+template <class Parameter>
     requires std::derived_from<std::remove_cvref_t<Parameter>, NSObject>
 struct ArgumentKeeper<Parameter> {
     using Kept = std::shared_ptr<std::remove_cvref_t<Parameter>>;
@@ -27,8 +33,8 @@ struct ArgumentKeeper<Parameter> {
 };
 
 template <class Parameter>
-typename ArgumentKeeper<Parameter>::Kept unwrap(std::string_view className, Selector selector,
-                                                std::size_t position, const Value& value)
+typename ArgumentKeeper<Parameter>::Kept unwrap(std::string_view className, Selector selector, std::size_t position,
+                                                const Value& value)
 {
     using Keeper = ArgumentKeeper<Parameter>;
     auto content = ValueConversion<typename Keeper::Kept>::unwrap(value);
@@ -36,8 +42,7 @@ typename ArgumentKeeper<Parameter>::Kept unwrap(std::string_view className, Sele
     if constexpr (std::derived_from<std::remove_cvref_t<Parameter>, NSObject>)
         present = present && *content; // an operation that takes a reference has no use for nothing
     if (!present)
-        raiseWrongArgument(className, selector, position, ValueConversion<typename Keeper::Kept>::expected(),
-                           value);
+        raiseWrongArgument(className, selector, position, ValueConversion<typename Keeper::Kept>::expected(), value);
     return std::move(*content);
 }
 
@@ -115,6 +120,9 @@ template <class T, class Operation> auto shapeOf()
 // takes the receiver first; its arguments and result travel as Values (ValueConversion.h). A method must take as
 // many arguments as its selector has colons; anything else stops the program.
 template <class T> class Publisher {
+    // Without a class of its own, T's methods would reach objects of its superclass that are no T.
+    static_assert(std::same_as<typename T::ClassOwner, T>, "T must declare RVCORE_CLASS(T)");
+
 public:
     Publisher(Class& target, std::string category) : m_class(target), m_category(std::move(category)) {}
 
@@ -131,11 +139,11 @@ public:
         using S = Messaging::Shape<Operation>;
         checkShape(selector, S::argumentCount);
         auto call = S::wrap(m_class.name(), selector, std::move(operation));
-        m_class.addMethod({selector, m_category,
-                           [call = std::move(call)](auto& receiver, std::span<const Value> values) -> Value {
-                               call(receiver, values);
-                               return Value(receiver.shared_from_this());
-                           }});
+        m_class.addMethod(
+            {selector, m_category, [call = std::move(call)](auto& receiver, std::span<const Value> values) -> Value {
+                 call(receiver, values);
+                 return Value(receiver.shared_from_this());
+             }});
     }
 
     template <class Getter> void readOnlyProperty(std::string_view name, Getter getter)
@@ -162,8 +170,8 @@ private:
     void checkShape(Selector selector, std::size_t argumentCount) const
     {
         if (selector.argumentCount() != argumentCount)
-            fatalError(m_class.name() + " publishes " + selector.name() + " with " +
-                       std::to_string(argumentCount) + " arguments");
+            fatalError(m_class.name() + " publishes " + selector.name() + " with " + std::to_string(argumentCount) +
+                       " arguments");
     }
 
     Class& m_class;

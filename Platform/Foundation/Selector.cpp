@@ -40,9 +40,7 @@ const std::string* intern(std::string_view name)
 
 } // namespace
 
-Selector::Selector(std::string_view name) : m_name(intern(name))
-{
-}
+Selector::Selector(std::string_view name) : m_name(intern(name)) {}
 
 std::size_t Selector::argumentCount() const
 {

@@ -29,8 +29,8 @@ void fatalError(std::string_view message, const std::source_location& place)
 
 void unimplementedInitializer(std::string_view className, std::string_view initializer)
 {
-    printAndAbort("Fatal error: Use of unimplemented initializer '" + std::string(initializer) +
-                  "' for class '" + std::string(className) + "'");
+    printAndAbort("Fatal error: Use of unimplemented initializer '" + std::string(initializer) + "' for class '" +
+                  std::string(className) + "'");
 }
 
 } // namespace RVCore

@@ -2,20 +2,31 @@
 #include <Foundation/NSObject.h>
 #include <Foundation/Value.h>
 
+#include <cmath>
+
 namespace RVCore {
 
 namespace {
 
-std::optional<double> amount(const Value& value)
+// Exactly, not after rounding the integer: otherwise two different integers could equal the same number.
+bool sameAmount(std::int64_t integer, double number)
 {
-    if (value.integer())
-        return static_cast<double>(*value.integer());
-    if (value.floatingPoint())
-        return *value.floatingPoint();
-    return std::nullopt;
+    constexpr double limit = 9223372036854775808.0; // 2 to the 63rd
+    return number >= -limit && number < limit && number == std::floor(number) &&
+           static_cast<std::int64_t>(number) == integer;
 }
 
 } // namespace
+
+void Value::raiseTooLarge(std::uint64_t amount)
+{
+    throw NSException(NSRangeException, "Value: " + std::to_string(amount) + " is beyond the integers it can carry");
+}
+
+std::string integerRangeText(std::int64_t smallest, std::uint64_t largest)
+{
+    return "integer from " + std::to_string(smallest) + " to " + std::to_string(largest);
+}
 
 std::string Value::kind() const
 {
@@ -75,10 +86,10 @@ std::string Value::description() const
 
 bool Value::operator==(const Value& other) const
 {
-    if (integer() && other.integer())
-        return *integer() == *other.integer();
-    if (const auto left = amount(*this), right = amount(other); left && right)
-        return *left == *right;
+    if (integer() && other.floatingPoint())
+        return sameAmount(*integer(), *other.floatingPoint());
+    if (floatingPoint() && other.integer())
+        return sameAmount(*other.integer(), *floatingPoint());
     if (object() && other.object())
         return (*object())->isEqual(**other.object());
     if (box() && other.box())

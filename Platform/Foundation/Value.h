@@ -6,10 +6,12 @@
 #include <concepts>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <map>
 #include <span>
 #include <string>
 #include <typeinfo>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -23,13 +25,18 @@ template <class T> struct ValueBoxTraits;
 
 template <class T>
 concept Boxable = requires(const T& value) {
-    { ValueBoxTraits<T>::describe(value) } -> std::convertible_to<std::string>;
-    { ValueBoxTraits<T>::name } -> std::convertible_to<std::string_view>;
+    {
+        ValueBoxTraits<T>::describe(value)
+    } -> std::convertible_to<std::string>;
+    {
+        ValueBoxTraits<T>::name
+    } -> std::convertible_to<std::string_view>;
 };
 
 // Anything that a message can take or give: nothing, a Boolean, an integer, a floating-point number, text, a
 // selector, a boxed plain value (geometry, insets), an object, a callback, an array or a dictionary. Copies are
-// cheap; arrays, dictionaries and boxes are shared and never change.
+// cheap; arrays, dictionaries and boxes are shared and never change. An absent object, text or callback is nothing;
+// an integer above the largest signed 64-bit one raises NSRangeException.
 class Value {
 public:
     using Array = std::vector<Value>;
@@ -54,6 +61,10 @@ public:
         requires(std::integral<T> && !std::same_as<T, bool>)
     Value(T value) : m_storage(static_cast<std::int64_t>(value))
     {
+        if constexpr (std::unsigned_integral<T> && sizeof(T) >= sizeof(std::int64_t)) {
+            if (value > static_cast<T>(std::numeric_limits<std::int64_t>::max()))
+                raiseTooLarge(value);
+        }
     }
     template <class T>
         requires std::floating_point<T>
@@ -62,17 +73,25 @@ public:
     }
     Value(std::string text) : m_storage(std::move(text)) {}
     Value(std::string_view text) : m_storage(std::string(text)) {}
-    Value(const char* text) : m_storage(std::string(text)) {}
+    Value(const char* text)
+    {
+        if (text)
+            m_storage = std::string(text);
+    }
     Value(Selector selector) : m_storage(selector) {}
     template <class T>
-        requires std::convertible_to<T*, const NSObject*>
+        requires std::convertible_to<T*, NSObject*>
     Value(const std::shared_ptr<T>& object)
     {
         if (object)
             m_storage = ObjectRef(object);
     }
     template <Boxable T> Value(const T& plain) : m_storage(std::make_shared<const TypedBox<T>>(plain)) {}
-    Value(Callback callback) : m_storage(std::make_shared<const Callback>(std::move(callback))) {}
+    Value(Callback callback)
+    {
+        if (callback)
+            m_storage = std::make_shared<const Callback>(std::move(callback));
+    }
     Value(Array array) : m_storage(std::make_shared<const Array>(std::move(array))) {}
     Value(Dictionary dictionary) : m_storage(std::make_shared<const Dictionary>(std::move(dictionary))) {}
 
@@ -92,8 +111,7 @@ public:
     template <Boxable T> const T* boxed() const
     {
         const Box* content = box();
-        return content && content->type() == typeid(T) ? &static_cast<const TypedBox<T>*>(content)->value
-                                                       : nullptr;
+        return content && content->type() == typeid(T) ? &static_cast<const TypedBox<T>*>(content)->value : nullptr;
     }
 
     // The content as a T (see ValueConversion.h); raises NSInvalidArgumentException when it is something else.
@@ -120,6 +138,8 @@ private:
         }
         T value;
     };
+
+    [[noreturn]] static void raiseTooLarge(std::uint64_t amount);
 
     template <class T> const T* shared() const
     {

@@ -4,6 +4,7 @@
 #include <Foundation/Value.h>
 
 #include <array>
+#include <cmath>
 #include <concepts>
 #include <limits>
 #include <memory>
@@ -16,6 +17,9 @@ namespace RVCore {
 // How a C++ type travels as a Value. `unwrap` gives nothing when the value is of another kind or out of range;
 // `expected` says in words what would have been right.
 template <class T> struct ValueConversion;
+
+// "integer from <smallest> to <largest>"
+std::string integerRangeText(std::int64_t smallest, std::uint64_t largest);
 
 template <> struct ValueConversion<Value> {
     static std::string expected() { return "any value"; }
@@ -37,8 +41,7 @@ template <class T>
 struct ValueConversion<T> {
     static std::string expected()
     {
-        return "integer from " + std::to_string(std::numeric_limits<T>::min()) + " to " +
-               std::to_string(std::numeric_limits<T>::max());
+        return integerRangeText(std::numeric_limits<T>::min(), std::numeric_limits<T>::max());
     }
     static Value wrap(T value) { return Value(value); }
     static std::optional<T> unwrap(const Value& value)
@@ -50,17 +53,20 @@ struct ValueConversion<T> {
 };
 
 template <class T>
-    requires std::floating_point<T>
+    requires(std::same_as<T, double> || std::same_as<T, float>)
 struct ValueConversion<T> {
     static std::string expected() { return "number"; }
     static Value wrap(T value) { return Value(value); }
     static std::optional<T> unwrap(const Value& value)
     {
-        if (value.floatingPoint())
-            return static_cast<T>(*value.floatingPoint());
         if (value.integer())
             return static_cast<T>(*value.integer());
-        return std::nullopt;
+        if (!value.floatingPoint())
+            return std::nullopt;
+        const double number = *value.floatingPoint();
+        if (std::isfinite(number) && std::abs(number) > double(std::numeric_limits<T>::max()))
+            return std::nullopt; // a T has no such number
+        return static_cast<T>(number);
     }
 };
 
@@ -127,16 +133,15 @@ private:
 
 template <class T> struct ValueConversion<std::optional<T>> {
     static std::string expected() { return ValueConversion<T>::expected() + " or nothing"; }
-    static Value wrap(const std::optional<T>& value)
-    {
-        return value ? ValueConversion<T>::wrap(*value) : Value();
-    }
+    static Value wrap(const std::optional<T>& value) { return value ? ValueConversion<T>::wrap(*value) : Value(); }
     static std::optional<std::optional<T>> unwrap(const Value& value)
     {
         if (value.isNothing())
             return std::optional<T>();
         auto content = ValueConversion<T>::unwrap(value);
-        return content ? std::optional<std::optional<T>>(std::move(content)) : std::nullopt;
+        if (!content)
+            return std::nullopt;
+        return std::optional<std::optional<T>>(std::in_place, std::move(*content));
     }
 };
 
@@ -246,14 +251,8 @@ template <class T> T Value::as() const
 {
     auto content = ValueConversion<T>::unwrap(*this);
     if (!content)
-        raiseInvalidArgument("Value.as",
-                             "expected " + ValueConversion<T>::expected() + ", got " + kind());
+        raiseInvalidArgument("Value.as", "expected " + ValueConversion<T>::expected() + ", got " + kind());
     return std::move(*content);
-}
-
-template <> inline Value Value::as<Value>() const
-{
-    return *this;
 }
 
 } // namespace RVCore
