@@ -69,13 +69,13 @@ bool isHorizontal(LayoutEdge edge)
 
 } // namespace
 
-std::shared_ptr<NSLayoutConstraint> autoPinEdge(NSView& view, LayoutEdge edge, LayoutEdge otherEdge, NSView& otherView,
-                                                CGFloat offset)
+std::shared_ptr<NSLayoutConstraint> autoPinEdge(NSView& view, LayoutEdge edge, LayoutEdge otherEdge,
+                                                NSView& otherView, CGFloat offset)
 {
     const char* operation = "autoPinEdge";
     const NSLayoutAttribute attribute = attributeOf(operation, edge);
     const NSLayoutAttribute otherAttribute = attributeOf(operation, otherEdge);
-    requireFinite(operation, "offset", offset);
+    requireLayoutNumber(operation, "offset", offset);
     if (isHorizontal(edge) != isHorizontal(otherEdge))
         raiseInvalidArgument(operation, "a left or right edge cannot be pinned to a top or bottom edge");
     return createConstraint(view, {.attribute = attribute,
@@ -90,7 +90,7 @@ std::shared_ptr<NSLayoutConstraint> autoPinEdgeToSuperviewEdge(NSView& view, Lay
 {
     const char* operation = "autoPinEdgeToSuperviewEdge";
     const NSLayoutAttribute attribute = attributeOf(operation, edge);
-    requireFinite(operation, "inset", inset);
+    requireLayoutNumber(operation, "inset", inset);
     requireRelation(operation, relation);
     NSView& superview = superviewOf(operation, view);
     if (edge == LayoutEdge::right || edge == LayoutEdge::bottom) {
@@ -117,7 +117,7 @@ std::shared_ptr<NSLayoutConstraint> autoAlignAxis(NSView& view, LayoutAxis axis,
 {
     const char* operation = "autoAlignAxis";
     const NSLayoutAttribute attribute = attributeOf(operation, axis);
-    requireFinite(operation, "offset", offset);
+    requireLayoutNumber(operation, "offset", offset);
     return createConstraint(view, {.attribute = attribute,
                                    .relation = NSLayoutRelation::equal,
                                    .otherView = &otherView,
@@ -139,7 +139,7 @@ std::shared_ptr<NSLayoutConstraint> autoSetDimension(NSView& view, LayoutDimensi
 {
     const char* operation = "autoSetDimension";
     const NSLayoutAttribute attribute = attributeOf(operation, dimension);
-    requireFinite(operation, "size", size);
+    requireLayoutNumber(operation, "size", size);
     requireRelation(operation, relation);
     return createConstraint(view, {.attribute = attribute,
                                    .relation = relation,
@@ -150,7 +150,8 @@ std::shared_ptr<NSLayoutConstraint> autoSetDimension(NSView& view, LayoutDimensi
 
 LayoutConstraints autoSetDimensionsToSize(NSView& view, CGSize size)
 {
-    requireFinite("autoSetDimensionsToSize", "size", size);
+    requireLayoutNumber("autoSetDimensionsToSize", "size.width", size.width);
+    requireLayoutNumber("autoSetDimensionsToSize", "size.height", size.height);
     LayoutConstraints result;
     result.push_back(autoSetDimension(view, LayoutDimension::width, size.width));
     result.push_back(autoSetDimension(view, LayoutDimension::height, size.height));

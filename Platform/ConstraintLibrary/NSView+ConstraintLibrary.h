@@ -11,13 +11,13 @@ namespace RVCore {
 //
 // Each creates constraints and installs them at once, at priority 1000, unless a block around it says otherwise (see
 // ConstraintBlocks.h), and marks its receiver, and only that, as not translating its autoresizing mask. Bad input
-// raises NSInvalidArgumentException and changes nothing: a number that is not finite, a value that is no edge, axis,
-// dimension or relation, edges of different directions, no superview where one is needed, and, when the constraint
-// is to be installed, views without a common ancestor.
+// raises NSInvalidArgumentException and changes nothing: a number that is not finite or above 1e15, a value that is
+// no edge, axis, dimension or relation, edges of different directions, no superview where one is needed, and, when
+// the constraint is to be installed, views without a common ancestor.
 
 // view.edge = otherView.otherEdge + offset. Offsets grow to the right and downward on every edge.
-std::shared_ptr<NSLayoutConstraint> autoPinEdge(NSView& view, LayoutEdge edge, LayoutEdge otherEdge, NSView& otherView,
-                                                CGFloat offset = 0);
+std::shared_ptr<NSLayoutConstraint> autoPinEdge(NSView& view, LayoutEdge edge, LayoutEdge otherEdge,
+                                                NSView& otherView, CGFloat offset = 0);
 
 // Keeps the edge `inset` points inside the superview's same edge: exactly (equal), at least (greaterThanOrEqual) or
 // at most (lessThanOrEqual). Insets point inward on every edge: for right and bottom, the constraint has the negated
@@ -29,7 +29,8 @@ std::shared_ptr<NSLayoutConstraint> autoPinEdgeToSuperviewEdge(NSView& view, Lay
 LayoutConstraints autoPinEdgesToSuperviewEdges(NSView& view);
 
 // The view's axis lies `offset` points below (horizontal) or to the right of (vertical) the other view's.
-std::shared_ptr<NSLayoutConstraint> autoAlignAxis(NSView& view, LayoutAxis axis, NSView& otherView, CGFloat offset = 0);
+std::shared_ptr<NSLayoutConstraint> autoAlignAxis(NSView& view, LayoutAxis axis, NSView& otherView,
+                                                  CGFloat offset = 0);
 
 // Both axes to the superview's, the horizontal one first.
 LayoutConstraints autoCenterInSuperview(NSView& view);

@@ -1,0 +1,10 @@
+#pragma once
+
+namespace RVCore {
+
+class RVBaseView;
+class RVGroupView;
+class RVIntrinsicView;
+class RVSpacerView;
+
+} // namespace RVCore
