@@ -1,0 +1,9 @@
+#pragma once
+
+namespace RVCore {
+
+class QtBackend;
+class QtCanvas;
+class QtWindow;
+
+} // namespace RVCore

@@ -1,0 +1,135 @@
+#include <Backend/CallQueue.h>
+#include <Foundation/NSException.h>
+
+#include <QEventLoop>
+#include <QGuiApplication>
+#include <QtBackend/QtApplication.h>
+#include <QtBackend/QtBackend.h>
+#include <QtBackend/QtPicture.h>
+#include <QtBackend/QtText.h>
+#include <QtBackend/QtWindow.h>
+
+namespace RVCore {
+
+// Closures reach the main thread as one event per turn, posted by whoever finds the queue empty.
+class QtBackend::EventLoop : public QObject {
+public:
+    void run();
+    void stop();
+    void callLater(std::function<void()> closure);
+
+private:
+    void postTurn();
+    void postTurnIfNeeded();
+    void runTurn();
+
+    CallQueue m_calls;
+    QEventLoop* m_innermost = nullptr;
+    bool m_isStopped = false;
+};
+
+void QtBackend::EventLoop::run()
+{
+    QEventLoop loop;
+    QEventLoop* const outer = std::exchange(m_innermost, &loop);
+    // What a turn around this run has still to call waits for nothing that Qt knows of; nor does what a stop leaves.
+    postTurnIfNeeded();
+    loop.exec();
+    m_innermost = outer;
+    m_isStopped = false;
+    postTurnIfNeeded();
+}
+
+void QtBackend::EventLoop::stop()
+{
+    if (!m_innermost)
+        return;
+    m_isStopped = true;
+    m_innermost->quit();
+}
+
+void QtBackend::EventLoop::callLater(std::function<void()> closure)
+{
+    if (m_calls.add(std::move(closure)))
+        postTurn();
+}
+
+void QtBackend::EventLoop::postTurn()
+{
+    QMetaObject::invokeMethod(
+        this, [this] { callGuarded([this] { runTurn(); }); }, Qt::QueuedConnection);
+}
+
+void QtBackend::EventLoop::postTurnIfNeeded()
+{
+    if (!m_isStopped && !m_calls.isEmpty())
+        postTurn();
+}
+
+void QtBackend::EventLoop::runTurn()
+{
+    m_calls.runTurn(m_isStopped);
+    // Those that the turn added may have found the queue not empty.
+    postTurnIfNeeded();
+}
+
+QtBackend::QtBackend()
+{
+    requireQtApplication();
+    m_loop = std::make_unique<EventLoop>();
+}
+
+QtBackend::~QtBackend() = default;
+
+bool QtBackend::hasDisplay() const
+{
+    const QString platform = QGuiApplication::platformName();
+    return platform != "offscreen" && platform != "minimal";
+}
+
+TextMetrics QtBackend::measureText(const TextDescription& text, CGFloat maximumWidth)
+{
+    return RVCore::measureText(text, maximumWidth);
+}
+
+std::unique_ptr<WindowBackend> QtBackend::makeWindow(WindowClient& client, CGSize contentSize)
+{
+    requireFinite("Backend.makeWindow", "contentSize", contentSize);
+    return std::make_unique<QtWindow>(client, contentSize);
+}
+
+void QtBackend::writePicture(const std::string& path, CGSize size, CGFloat scale,
+                             const std::function<void(Canvas&)>& paint)
+{
+    RVCore::writePicture(path, size, scale, paint);
+}
+
+void QtBackend::run()
+{
+    m_loop->run();
+}
+
+void QtBackend::stop()
+{
+    m_loop->stop();
+}
+
+void QtBackend::callLater(std::function<void()> closure)
+{
+    m_loop->callLater(std::move(closure));
+}
+
+namespace {
+
+// Linking is enough: the symbol below is named on the linker's command line, which brings in this file.
+[[maybe_unused]] const bool isRegistered = (rvcoreRegisterQtBackend(), true);
+
+} // namespace
+
+} // namespace RVCore
+
+extern "C" void rvcoreRegisterQtBackend()
+{
+    RVCore::Backend::registerFactory(
+        10, []() -> std::unique_ptr<RVCore::Backend> { return std::make_unique<RVCore::QtBackend>(); });
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <Backend/Backend.h>
+
+#include <memory>
+
+namespace RVCore {
+
+// The desktop through Qt 6. On screen where there is one; where neither DISPLAY nor WAYLAND_DISPLAY names one, and
+// QT_QPA_PLATFORM does not choose either, off screen, so that text can be measured and pictures written all the same.
+// A QApplication that the program has made already is used, otherwise one is made. An exception that leaves a
+// window's client or a closure while Qt's event loop runs stops the program with its message.
+//
+// Programs that link RVCore::QtBackend use it without naming it: Backend::shared().
+class QtBackend : public Backend {
+public:
+    QtBackend();
+    ~QtBackend() override;
+
+    bool hasDisplay() const override;
+    TextMetrics measureText(const TextDescription& text, CGFloat maximumWidth) override;
+    std::unique_ptr<WindowBackend> makeWindow(WindowClient& client, CGSize contentSize) override;
+    void writePicture(const std::string& path, CGSize size, CGFloat scale,
+                      const std::function<void(Canvas&)>& paint) override;
+    void run() override;
+    void stop() override;
+    void callLater(std::function<void()> closure) override;
+
+private:
+    class EventLoop;
+    std::unique_ptr<EventLoop> m_loop;
+};
+
+} // namespace RVCore
+
+// Enters the backend with rank 10; linking RVCore::QtBackend calls it before main.
+extern "C" void rvcoreRegisterQtBackend();

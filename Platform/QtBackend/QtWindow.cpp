@@ -1,0 +1,194 @@
+#include <Foundation/NSException.h>
+
+#include <QCloseEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QtBackend/QtApplication.h>
+#include <QtBackend/QtCanvas.h>
+#include <QtBackend/QtConversions.h>
+#include <QtBackend/QtWindow.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace RVCore {
+
+QtWindowSurface::QtWindowSurface(WindowClient& client, QSize size)
+    : m_client(&client), m_knownSize(fromQSize(size)), m_store(std::make_unique<QBackingStore>(this))
+{
+    setSurfaceType(QSurface::RasterSurface);
+    resize(size);
+    m_frameTimer.setSingleShot(true);
+    m_frameTimer.setTimerType(Qt::PreciseTimer);
+    m_frameTimer.callOnTimeout(this, [this] { paintFrame(); });
+}
+
+QtWindowSurface::~QtWindowSurface() = default;
+
+void QtWindowSurface::abandon()
+{
+    m_client = nullptr;
+    m_frameTimer.stop();
+    hide();
+    if (m_callDepth > 0)
+        deleteLater();
+    else
+        delete this;
+}
+
+void QtWindowSurface::leaveDesktop()
+{
+    m_frameTimer.stop();
+    m_store.reset();
+    destroy();
+}
+
+// The client may end the window's life in any call.
+void QtWindowSurface::call(const std::function<void(WindowClient&)>& closure)
+{
+    if (!m_client)
+        return;
+    ++m_callDepth;
+    callGuarded([&] { closure(*m_client); });
+    --m_callDepth;
+}
+
+void QtWindowSurface::reportSize(CGSize size)
+{
+    if (size == m_knownSize)
+        return;
+    m_knownSize = size;
+    call([&](WindowClient& client) { client.contentSizeChanged(size); });
+}
+
+void QtWindowSurface::setContentSize(CGSize content)
+{
+    m_knownSize = content;
+    resize(toQWindowSize(content).expandedTo(minimumSize()));
+    // A desktop that wants another size says so later, in a resize event.
+    reportSize(fromQSize(size()));
+}
+
+void QtWindowSurface::requestFrame()
+{
+    m_needsFrame = true;
+    scheduleFrame();
+}
+
+// As soon as the screen can show the next frame, and at once if it has been waiting for one.
+void QtWindowSurface::scheduleFrame()
+{
+    if (!isExposed() || m_frameTimer.isActive())
+        return;
+    const double rate = screen() && screen()->refreshRate() > 0 ? screen()->refreshRate() : 60;
+    const double elapsed = m_sinceFrame.isValid() ? static_cast<double>(m_sinceFrame.elapsed()) : HUGE_VAL;
+    m_frameTimer.start(static_cast<int>(std::max(0.0, std::ceil(1000 / rate - elapsed))));
+}
+
+bool QtWindowSurface::event(QEvent* event)
+{
+    const bool isHandled = QWindow::event(event);
+    // What was asked for while nobody could see the window is due when somebody can.
+    if (event->type() == QEvent::Expose && m_needsFrame)
+        scheduleFrame();
+    return isHandled;
+}
+
+// Something has become visible, for which the desktop remembers nothing.
+void QtWindowSurface::paintEvent(QPaintEvent*)
+{
+    m_needsFrame = true;
+    paintFrame();
+}
+
+void QtWindowSurface::resizeEvent(QResizeEvent*)
+{
+    reportSize(fromQSize(size()));
+    // The desktop asks for the paint of the new size right after this; where it does not, the frame comes on its own.
+    m_needsFrame = true;
+    scheduleFrame();
+}
+
+void QtWindowSurface::closeEvent(QCloseEvent* event)
+{
+    // Whether the window closes is the client's decision.
+    event->ignore();
+    call([](WindowClient& client) { client.closeRequested(); });
+}
+
+void QtWindowSurface::paintFrame()
+{
+    if (!m_needsFrame || !isExposed() || !m_store || m_callDepth > 0)
+        return;
+    call([](WindowClient& client) { client.prepareFrame(); });
+    // What preparing asked for is in this frame; what painting asks for is the next one.
+    m_needsFrame = false;
+    m_frameTimer.stop();
+    m_sinceFrame.start();
+    if (m_client && isExposed())
+        paintContent();
+}
+
+void QtWindowSurface::paintContent()
+{
+    const QRect area(QPoint(0, 0), size());
+    m_store->resize(area.size());
+    m_store->beginPaint(area);
+    {
+        QPainter painter(m_store->paintDevice());
+        if (painter.isActive()) {
+            painter.setCompositionMode(QPainter::CompositionMode_Source);
+            painter.fillRect(area, Qt::white);
+            painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+            QtCanvas canvas(painter);
+            call([&](WindowClient& client) { client.paint(canvas); });
+        }
+    }
+    m_store->endPaint();
+    m_store->flush(area);
+}
+
+QtWindow::QtWindow(WindowClient& client, CGSize contentSize)
+    : m_surface(new QtWindowSurface(client, toQWindowSize(contentSize)))
+{
+}
+
+QtWindow::~QtWindow()
+{
+    m_surface->abandon();
+}
+
+void QtWindow::setTitle(const std::string& title)
+{
+    m_surface->setTitle(toQString(title));
+}
+
+void QtWindow::setContentSize(CGSize size)
+{
+    requireFinite("WindowBackend.setContentSize", "size", size);
+    m_surface->setContentSize(size);
+}
+
+void QtWindow::setMinimumContentSize(CGSize size)
+{
+    requireFinite("WindowBackend.setMinimumContentSize", "size", size);
+    // Enlarges the surface if need be, which reports itself like any other resize.
+    m_surface->setMinimumSize(toQWindowSize(size));
+}
+
+void QtWindow::setVisible(bool visible)
+{
+    m_surface->setVisible(visible);
+}
+
+void QtWindow::requestFrame()
+{
+    m_surface->requestFrame();
+}
+
+CGFloat QtWindow::backingScale() const
+{
+    return m_surface->devicePixelRatio();
+}
+
+} // namespace RVCore

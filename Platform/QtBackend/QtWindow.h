@@ -1,0 +1,71 @@
+#pragma once
+
+#include <Backend/Backend.h>
+
+#include <QBackingStore>
+#include <QElapsedTimer>
+#include <QTimer>
+#include <QWindow>
+
+#include <memory>
+
+namespace RVCore {
+
+// The QWindow of a QtWindow: paints through the client, once per frame, and only when something asked for it.
+class QtWindowSurface : public QWindow {
+public:
+    QtWindowSurface(WindowClient& client, QSize size);
+    ~QtWindowSurface() override;
+
+    void setContentSize(CGSize size);
+    void requestFrame();
+    // No call reaches the client from now on. Ends the surface now, or if it is calling its client just now, as soon
+    // as Qt is done with it.
+    void abandon();
+    // Gives back all that belongs to the desktop; for the end of the program.
+    void leaveDesktop();
+
+protected:
+    bool event(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void call(const std::function<void(WindowClient&)>& closure);
+    void reportSize(CGSize size);
+    void scheduleFrame();
+    void paintFrame();
+    void paintContent();
+
+    WindowClient* m_client;
+    CGSize m_knownSize; // what the client believes the content size to be
+    std::unique_ptr<QBackingStore> m_store;
+    QTimer m_frameTimer;
+    QElapsedTimer m_sinceFrame;
+    bool m_needsFrame = true;
+    int m_callDepth = 0;
+};
+
+// One window of the desktop, as the rooms above see it.
+class QtWindow : public WindowBackend {
+public:
+    QtWindow(WindowClient& client, CGSize contentSize);
+    ~QtWindow() override;
+    QtWindow(const QtWindow&) = delete;
+    QtWindow& operator=(const QtWindow&) = delete;
+
+    void setTitle(const std::string& title) override;
+    void setContentSize(CGSize size) override;
+    void setMinimumContentSize(CGSize size) override;
+    void setVisible(bool visible) override;
+    void requestFrame() override;
+    CGFloat backingScale() const override;
+
+    QWindow& surface() const { return *m_surface; }
+
+private:
+    QtWindowSurface* const m_surface; // ends itself, see abandon
+};
+
+} // namespace RVCore
