@@ -3,4 +3,5 @@
 int main()
 {
     RVCore::benchmarkMessaging();
+    RVCore::benchmarkLayoutEngine();
 }

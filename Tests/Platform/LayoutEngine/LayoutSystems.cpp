@@ -117,6 +117,10 @@ TestSystem makeRandomSystem(unsigned seed)
     case 1:
         result.kind = "contradictory";
         addDense(result, random, 3 + below(random, 15), 10, true);
+        for (TestConstraint& one : result.constraints) {
+            if (below(random, 2))
+                one.priority = 1000.0f;
+        }
         break;
     case 2:
         result.kind = "degenerate";
