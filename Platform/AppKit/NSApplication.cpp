@@ -1,0 +1,55 @@
+#include <AppKit/NSApplication.h>
+#include <AppKit/NSWindow.h>
+#include <Backend/Backend.h>
+
+#include <algorithm>
+
+namespace RVCore {
+
+Class& NSApplication::staticClass()
+{
+    static Class& theClass = defineClass<NSApplication>("NSApplication", NSObject::staticClass(), [](auto& publish) {
+        publish.method("run", &NSApplication::run);
+        publish.method("terminate", &NSApplication::terminate);
+        publish.readOnlyProperty("windows", &NSApplication::windows);
+        publish.classMethod("sharedApplication",
+                            [](const Class&) { return RVCore::shared(NSApplication::shared()); });
+    });
+    return theClass;
+}
+
+NSApplication& NSApplication::shared()
+{
+    static const auto application = make<NSApplication>();
+    return *application;
+}
+
+void NSApplication::run()
+{
+    if (m_windows.empty() || m_isRunning)
+        return;
+    m_isRunning = true;
+    Backend::shared().run();
+    m_isRunning = false;
+}
+
+void NSApplication::terminate()
+{
+    if (m_isRunning)
+        Backend::shared().stop();
+}
+
+void NSApplication::windowShown(const std::shared_ptr<NSWindow>& window)
+{
+    if (std::find(m_windows.begin(), m_windows.end(), window) == m_windows.end())
+        m_windows.push_back(window);
+}
+
+void NSApplication::windowClosed(NSWindow& window)
+{
+    std::erase_if(m_windows, [&](const auto& open) { return open.get() == &window; });
+    if (m_windows.empty())
+        terminate();
+}
+
+} // namespace RVCore

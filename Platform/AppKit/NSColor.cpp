@@ -1,0 +1,43 @@
+#include <AppKit/NSColor.h>
+#include <CoreGraphics/CGGeometry.h>
+#include <Foundation/NSException.h>
+
+namespace RVCore {
+
+Class& NSColor::staticClass()
+{
+    static Class& theClass = defineClass<NSColor>("NSColor", NSObject::staticClass(), [](auto& publish) {
+        publish.readOnlyProperty("CGColor", [](NSColor& self) { return self.cgColor(); });
+        publish.classMethod("colorWithCGColor:",
+                            [](const Class&, const CGColor& color) { return make<NSColor>(color); });
+    });
+    return theClass;
+}
+
+bool NSColor::isEqual(const NSObject& other) const
+{
+    const auto* color = dynamic_cast<const NSColor*>(&other);
+    return color && color->m_color == m_color;
+}
+
+std::size_t NSColor::hash() const
+{
+    const std::hash<double> hash;
+    return ((hash(m_color.red) * 31 + hash(m_color.green)) * 31 + hash(m_color.blue)) * 31 + hash(m_color.alpha);
+}
+
+std::string NSColor::description() const
+{
+    return "<NSColor: " + describe(m_color) + ">";
+}
+
+std::shared_ptr<NSColor> makeColor(double red, double green, double blue, double alpha)
+{
+    for (const double component : {red, green, blue, alpha}) {
+        if (!(component >= 0 && component <= 1))
+            raiseInvalidArgument("makeColor", "components must lie between 0 and 1, got " + numberText(component));
+    }
+    return make<NSColor>(CGColor{red, green, blue, alpha});
+}
+
+} // namespace RVCore

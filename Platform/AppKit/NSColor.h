@@ -1,0 +1,29 @@
+#pragma once
+
+#include <CoreGraphics/CGColor.h>
+#include <Foundation/NSObject.h>
+
+namespace RVCore {
+
+// A colour as an object; immutable.
+class NSColor : public NSObject {
+    RVCORE_CLASS(NSColor)
+
+public:
+    using NSObject::init;
+    void init(const CGColor& color) { m_color = color; }
+
+    const CGColor& cgColor() const { return m_color; }
+
+    bool isEqual(const NSObject& other) const override;
+    std::size_t hash() const override;
+    std::string description() const override; // "<NSColor: rgba(…)>"
+
+private:
+    CGColor m_color;
+};
+
+// Components from 0 to 1; others raise NSInvalidArgumentException.
+std::shared_ptr<NSColor> makeColor(double red, double green, double blue, double alpha = 1);
+
+} // namespace RVCore

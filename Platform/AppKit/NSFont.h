@@ -1,0 +1,32 @@
+#pragma once
+
+#include <CoreGraphics/TextDescription.h>
+#include <Foundation/NSObject.h>
+
+namespace RVCore {
+
+// A font as an object; immutable.
+class NSFont : public NSObject {
+    RVCORE_CLASS(NSFont)
+
+public:
+    using NSObject::init;
+    void init(FontDescription font) { m_font = std::move(font); }
+
+    const FontDescription& fontDescription() const { return m_font; }
+    CGFloat pointSize() const { return m_font.size; }
+
+    bool isEqual(const NSObject& other) const override;
+    std::size_t hash() const override;
+
+private:
+    FontDescription m_font;
+};
+
+// The desktop's user-interface font; sizes in points, greater than 0, others raise NSInvalidArgumentException.
+std::shared_ptr<NSFont> systemFontOfSize(CGFloat size);
+std::shared_ptr<NSFont> boldSystemFontOfSize(CGFloat size);
+// The same with digits of one width, for columns of figures.
+std::shared_ptr<NSFont> monospacedDigitSystemFontOfSize(CGFloat size);
+
+} // namespace RVCore

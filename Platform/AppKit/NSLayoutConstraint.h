@@ -1,0 +1,103 @@
+#pragma once
+
+#include <AppKit/Forward.h>
+#include <Foundation/NSObject.h>
+#include <LayoutEngine/LayoutEngine.h>
+
+namespace RVCore {
+
+// An edge, centre line or extent of a view. Vertical positions grow downward in constraints, whether or not a view
+// is flipped.
+enum class NSLayoutAttribute : std::int8_t {
+    notAnAttribute = 0,
+    left = 1,
+    right = 2,
+    top = 3,
+    bottom = 4,
+    width = 7,
+    height = 8,
+    centerX = 9,
+    centerY = 10,
+};
+
+enum class NSLayoutRelation : std::int8_t { lessThanOrEqual = -1, equal = 0, greaterThanOrEqual = 1 };
+
+// From just above 0 to 1000.
+using NSLayoutPriority = float;
+inline constexpr NSLayoutPriority NSLayoutPriorityRequired = 1000;
+// How strongly a window keeps its size against its content; also that of a detached root view.
+inline constexpr NSLayoutPriority NSLayoutPriorityWindowSizeStayPut = 500;
+// What fittingSize asks for the smallest size with.
+inline constexpr NSLayoutPriority NSLayoutPriorityFittingSizeCompression = 50;
+
+enum class NSLayoutConstraintOrientation : std::int8_t { horizontal = 0, vertical = 1 };
+
+// Raises NSInvalidArgumentException naming the operation unless the priority lies in (0, 1000].
+void requirePriority(std::string_view operation, NSLayoutPriority priority);
+// Raises the same unless the number is finite and of a magnitude of at most 1e15, where points still differ.
+void requireLayoutNumber(std::string_view operation, std::string_view name, double value);
+
+//     firstItem.firstAttribute  relation  multiplier × secondItem.secondAttribute + constant
+// Without a second item, the first attribute is held against the constant alone. Active, it belongs to the nearest
+// common ancestor of its items, which owns it. It does not own its items: when one of them dies, it becomes
+// inactive for good.
+class NSLayoutConstraint final : public NSObject {
+    RVCORE_CLASS(NSLayoutConstraint)
+
+public:
+    ~NSLayoutConstraint() override;
+
+    // Raises NSInvalidArgumentException for values that are not finite, for a first item or attribute that is not
+    // there, for a second attribute without a second item or the other way round, for a position without a second
+    // item, and for attributes of different kinds (a position and an extent, a horizontal and a vertical position).
+    using NSObject::init;
+    void init(NSView& firstItem, NSLayoutAttribute firstAttribute, NSLayoutRelation relation, NSView* secondItem,
+              NSLayoutAttribute secondAttribute, double multiplier, double constant);
+
+    // Null once the view has died.
+    NSView* firstItem() const { return m_items[0]; }
+    NSView* secondItem() const { return m_items[1]; }
+    NSLayoutAttribute firstAttribute() const { return m_attributes[0]; }
+    NSLayoutAttribute secondAttribute() const { return m_attributes[1]; }
+    NSLayoutRelation relation() const { return m_relation; }
+    double multiplier() const { return m_multiplier; }
+
+    double constant() const { return m_constant; }
+    void setConstant(double constant);
+    NSLayoutPriority priority() const { return m_priority; } // default 1000
+    void setPriority(NSLayoutPriority priority);
+    // Names the constraint's role in dumps and reports. Default empty.
+    std::string identifier() const;
+    void setIdentifier(const std::string& identifier);
+
+    // Activating raises NSInvalidArgumentException when the items have no common ancestor or one has died;
+    // activating twice or deactivating twice does nothing.
+    bool isActive() const { return m_holder != nullptr; }
+    void setActive(bool active);
+    // The view that owns the constraint while it is active, else null.
+    NSView* holder() const { return m_holder; }
+
+    // "<NSLayoutConstraint: 0x… NSView.left == NSView.right + 8 @749 'chain'>"
+    std::string description() const override;
+
+private:
+    friend class LayoutContext;
+    friend class ViewLayoutState; // keeps the places below, so that taking a constraint out needs no search
+
+    void rowChanged(); // its constant or priority
+
+    NSView* m_items[2] = {};
+    NSView* m_holder = nullptr;
+    double m_multiplier = 1;
+    double m_constant = 0;
+    std::shared_ptr<const std::string> m_identifier;
+    LayoutConstraintHandle m_handle;
+    std::uint64_t m_activation = 0; // which activation of the program this was: the order of installation
+    std::uint32_t m_placeInItem[2] = {};
+    std::uint32_t m_placeInHolder = 0;
+    NSLayoutPriority m_priority = NSLayoutPriorityRequired;
+    NSLayoutAttribute m_attributes[2] = {};
+    NSLayoutRelation m_relation = NSLayoutRelation::equal;
+};
+
+} // namespace RVCore

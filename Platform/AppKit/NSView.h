@@ -1,0 +1,202 @@
+#pragma once
+
+#include <AppKit/NSLayoutConstraint.h>
+#include <AppKit/NSResponder.h>
+#include <CoreGraphics/CGAffineTransform.h>
+
+#include <QuartzCore/Forward.h>
+
+#include <string>
+#include <vector>
+
+namespace RVCore {
+
+class Canvas;
+class ViewLayoutState;
+
+// Which parts of a view's placement stretch with its superview when its mask is translated into constraints.
+enum class NSAutoresizingMask : std::uint8_t {
+    none = 0,
+    minXMargin = 1,
+    width = 2,
+    maxXMargin = 4,
+    minYMargin = 8,
+    height = 16,
+    maxYMargin = 32,
+};
+constexpr NSAutoresizingMask operator|(NSAutoresizingMask left, NSAutoresizingMask right)
+{
+    return static_cast<NSAutoresizingMask>(static_cast<int>(left) | static_cast<int>(right));
+}
+constexpr bool contains(NSAutoresizingMask mask, NSAutoresizingMask flag)
+{
+    return (static_cast<int>(mask) & static_cast<int>(flag)) != 0;
+}
+
+enum class NSViewLayerContentsRedrawPolicy : int { never = 0, onSetNeedsDisplay = 1, duringViewResize = 2 };
+
+// The value of an absent intrinsic width or height.
+inline constexpr CGFloat NSViewNoIntrinsicMetric = -1.0;
+
+// A rectangle in a tree of rectangles: it has a place in its superview, draws itself, is laid out by constraints.
+//
+//   frame   place and size in the superview's coordinates      A view has its origin at the bottom left, y upward,
+//   bounds  the view's own coordinates: size of the frame,     unless it is flipped: then at the top left, y
+//   downward.
+//           origin (0, 0) unless scrolled
+//
+// A superview holds its subviews; the way back does not own. Layout positions are frames: scrolling a view by its
+// bounds' origin moves what is shown, not where constraints put it. Main thread only. Lengths are in points; values
+// that are not finite, and magnitudes above 1e15, raise NSInvalidArgumentException and change nothing.
+class NSView : public NSResponder {
+    RVCORE_CLASS(NSView)
+
+public:
+    NSView();
+    ~NSView() override;
+
+    // A view with a zero frame, through init(frame).
+    void init() override;
+    virtual void init(const CGRect& frame);
+    void init(NSCoder& coder) override;
+    // Frame, flags, priorities, subviews and the constraints among them.
+    void encode(NSCoder& coder) const override;
+
+    // Geometry.
+    const CGRect& frame() const { return m_frame; }
+    void setFrame(const CGRect& frame);
+    void setFrameOrigin(CGPoint origin) { setFrame({origin, m_frame.size}); }
+    void setFrameSize(CGSize size) { setFrame({m_frame.origin, size}); }
+    CGRect bounds() const { return {m_boundsOrigin, m_frame.size}; }
+    void setBoundsOrigin(CGPoint origin);
+    virtual bool isFlipped() const { return false; }
+    // Between this view's coordinates and another view's; null stands for the root view's frame coordinates. Raises
+    // NSInvalidArgumentException for a view of another tree.
+    CGPoint convertPointTo(CGPoint point, const NSView* view) const;
+    CGPoint convertPointFrom(CGPoint point, const NSView* view) const;
+    CGRect convertRectTo(const CGRect& rect, const NSView* view) const;
+    CGRect convertRectFrom(const CGRect& rect, const NSView* view) const;
+
+    // Tree. Adding a view takes it out of the superview it had; adding it to the one it is in moves it to the end.
+    // Adding a view to itself or to one of its descendants raises NSInvalidArgumentException.
+    NSView* superview() const { return m_superview; }
+    const std::vector<std::shared_ptr<NSView>>& subviews() const { return m_subviews; }
+    void addSubview(const std::shared_ptr<NSView>& view);
+    void insertSubview(const std::shared_ptr<NSView>& view, std::size_t index); // index clipped to the count
+    // Also takes out the constraints of views above that refer to this view or to anything in it.
+    void removeFromSuperview();
+    bool isDescendantOf(const NSView& view) const; // true for the view itself
+    NSView& rootView();
+    NSWindow* window() const;
+    bool isContentView() const { return m_hostWindow != nullptr; } // of a window
+
+    // Appearance.
+    bool isHidden() const { return m_isHidden; } // a hidden view is not drawn; it still takes part in layout
+    void setHidden(bool hidden);
+    CGFloat alphaValue() const { return m_alphaValue; } // from 0 to 1, clipped; default 1
+    void setAlphaValue(CGFloat alpha);
+    bool wantsLayer() const { return m_layer != nullptr; }
+    void setWantsLayer(bool wantsLayer);
+    const std::shared_ptr<CALayer>& layer() const { return m_layer; } // null unless layer-backed
+    NSViewLayerContentsRedrawPolicy layerContentsRedrawPolicy() const { return m_redrawPolicy; }
+    void setLayerContentsRedrawPolicy(NSViewLayerContentsRedrawPolicy policy) { m_redrawPolicy = policy; }
+    void setNeedsDisplay(bool needsDisplay);
+    // Draws the view's own content, in its own coordinates. The default draws nothing.
+    virtual void draw(Canvas& canvas, const CGRect& dirtyRect);
+
+    // Size from content. An absent metric is NSViewNoIntrinsicMetric. Whoever changes what intrinsicContentSize
+    // would return calls invalidateIntrinsicContentSize.
+    virtual CGSize intrinsicContentSize() const;
+    virtual void invalidateIntrinsicContentSize();
+    // Defaults: hugging 250, compression resistance 750. Priorities in (0, 1000].
+    NSLayoutPriority contentHuggingPriority(NSLayoutConstraintOrientation orientation) const;
+    void setContentHuggingPriority(NSLayoutPriority priority, NSLayoutConstraintOrientation orientation);
+    NSLayoutPriority contentCompressionResistancePriority(NSLayoutConstraintOrientation orientation) const;
+    void setContentCompressionResistancePriority(NSLayoutPriority priority,
+                                                 NSLayoutConstraintOrientation orientation);
+    // The smallest size that meets the constraints in this view's subtree stronger than priority 50.
+    CGSize fittingSize();
+    // The same with every constraint at or below `priority` giving way.
+    CGSize fittingSize(NSLayoutPriority priority);
+
+    // Constraints. A view whose mask is translated (the default) holds the frame that it was given.
+    bool translatesAutoresizingMaskIntoConstraints() const { return m_translatesMask; }
+    void setTranslatesAutoresizingMaskIntoConstraints(bool translates);
+    NSAutoresizingMask autoresizingMask() const { return m_autoresizingMask; }
+    void setAutoresizingMask(NSAutoresizingMask mask);
+    // The active constraints that this view owns, in order of installation.
+    std::vector<std::shared_ptr<NSLayoutConstraint>> constraints() const;
+    // The constraints that hold this view where it is along one axis, and those that gave way.
+    std::vector<std::shared_ptr<NSLayoutConstraint>>
+    constraintsAffectingLayout(NSLayoutConstraintOrientation orientation);
+    bool hasAmbiguousLayout();
+
+    // The layout pass. `layout` puts the subviews where the constraints say; overrides call it first. The setter is
+    // called by the platform, too: with true for a view whose size or whose subviews' places changed, with false
+    // before `layout`.
+    virtual bool needsLayout() const { return m_needsLayout; }
+    virtual void setNeedsLayout(bool needsLayout);
+    bool needsUpdateConstraints() const { return m_needsUpdateConstraints; }
+    virtual void setNeedsUpdateConstraints(bool needsUpdate);
+    virtual void layout();
+    virtual void updateConstraints();
+    void updateConstraintsForSubtreeIfNeeded();
+    // Updates constraints from the leaves up, solves, and lays out this subtree from the top down, until nothing is
+    // marked. A tree that never settles is reported once on standard error and left as it is.
+    void layoutSubtreeIfNeeded();
+
+    // A name of the host's own, for dumps and look-ups. Default empty.
+    const std::string& identifier() const;
+    void setIdentifier(const std::string& identifier);
+
+protected:
+    // Makes the layer of a view that becomes layer-backed.
+    virtual std::shared_ptr<CALayer> makeBackingLayer();
+    // After the size changed, by layout or by the host.
+    virtual void frameSizeDidChange() {}
+    virtual void didMoveToSuperview() {}
+
+private:
+    friend class LayoutContext;
+    friend class LayoutPass;
+    friend class NSLayoutConstraint;
+    friend class NSWindow;
+    friend class ViewLayoutState;
+
+    void attach(const std::shared_ptr<NSView>& view, std::size_t index);
+    void detach();
+    void storeFrame(const CGRect& frame);
+    void resizeSubviews(CGSize oldSize);
+    void syncLayerGeometry();
+    void markAncestors(bool NSView::*flag);
+    void requestFrame();
+    void setContentPriority(NSLayoutPriority& field, NSLayoutPriority priority,
+                            NSLayoutConstraintOrientation orientation);
+    void frameRowsChanged();
+    CGPoint pointInSuperview(CGPoint point) const;
+    CGPoint pointFromSuperview(CGPoint point) const;
+    CGPoint convertToRoot(CGPoint point) const;
+    CGPoint convertFromRoot(CGPoint point) const;
+
+    CGRect m_frame;
+    CGPoint m_boundsOrigin;
+    NSView* m_superview = nullptr;
+    NSWindow* m_hostWindow = nullptr; // of a content view
+    std::vector<std::shared_ptr<NSView>> m_subviews;
+    std::shared_ptr<CALayer> m_layer;
+    std::unique_ptr<ViewLayoutState> m_layoutState; // only for views that constraints know
+    std::unique_ptr<std::string> m_identifier;
+    CGFloat m_alphaValue = 1;
+    NSLayoutPriority m_huggingPriorities[2] = {250, 250};
+    NSLayoutPriority m_compressionResistancePriorities[2] = {750, 750};
+    NSViewLayerContentsRedrawPolicy m_redrawPolicy = NSViewLayerContentsRedrawPolicy::duringViewResize;
+    NSAutoresizingMask m_autoresizingMask = NSAutoresizingMask::none;
+    bool m_translatesMask = true;
+    bool m_isHidden = false;
+    bool m_needsLayout = true;
+    bool m_needsUpdateConstraints = true;
+    bool m_descendantNeedsLayout = false;
+    bool m_descendantNeedsUpdateConstraints = false;
+};
+
+} // namespace RVCore

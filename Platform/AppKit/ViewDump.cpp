@@ -1,0 +1,140 @@
+#include <AppKit/NSTextField.h>
+#include <AppKit/NSView.h>
+#include <AppKit/ViewDump.h>
+#include <Foundation/NSException.h>
+
+#include <unordered_map>
+#include <vector>
+
+namespace RVCore {
+
+namespace {
+
+const char* attributeName(NSLayoutAttribute attribute)
+{
+    switch (attribute) {
+    case NSLayoutAttribute::notAnAttribute:
+        break;
+    case NSLayoutAttribute::left:
+        return "left";
+    case NSLayoutAttribute::right:
+        return "right";
+    case NSLayoutAttribute::top:
+        return "top";
+    case NSLayoutAttribute::bottom:
+        return "bottom";
+    case NSLayoutAttribute::width:
+        return "width";
+    case NSLayoutAttribute::height:
+        return "height";
+    case NSLayoutAttribute::centerX:
+        return "centerX";
+    case NSLayoutAttribute::centerY:
+        return "centerY";
+    }
+    return "";
+}
+
+const char* relationName(NSLayoutRelation relation)
+{
+    switch (relation) {
+    case NSLayoutRelation::lessThanOrEqual:
+        return " <= ";
+    case NSLayoutRelation::equal:
+        return " == ";
+    case NSLayoutRelation::greaterThanOrEqual:
+        return " >= ";
+    }
+    return "";
+}
+
+std::string constraintText(const NSLayoutConstraint& constraint, const std::string& firstName,
+                           const std::string& secondName)
+{
+    std::string text = firstName + "." + attributeName(constraint.firstAttribute());
+    text += relationName(constraint.relation());
+    if (constraint.secondAttribute() == NSLayoutAttribute::notAnAttribute) {
+        text += numberText(constraint.constant());
+    } else {
+        if (constraint.multiplier() != 1)
+            text += numberText(constraint.multiplier()) + " × ";
+        text += secondName + "." + attributeName(constraint.secondAttribute());
+        if (constraint.constant() > 0)
+            text += " + " + numberText(constraint.constant());
+        else if (constraint.constant() < 0)
+            text += " - " + numberText(-constraint.constant());
+    }
+    text += " @" + numberText(static_cast<double>(constraint.priority()));
+    if (!constraint.identifier().empty())
+        text += " '" + constraint.identifier() + "'";
+    return text;
+}
+
+std::string nameOf(const NSView* view)
+{
+    if (!view)
+        return "(a view that is gone)";
+    return view->identifier().empty() ? view->description()
+                                      : view->classObject().name() + " \"" + view->identifier() + "\"";
+}
+
+class TreeDump {
+public:
+    explicit TreeDump(NSView& root)
+    {
+        number(root);
+        write(root, 0);
+    }
+
+    std::string text;
+
+private:
+    void number(const NSView& view)
+    {
+        m_numbers.emplace(&view, m_numbers.size() + 1);
+        for (const auto& subview : view.subviews())
+            number(*subview);
+    }
+
+    // A constraint of a view in the tree refers to views in the tree only.
+    std::string numberOf(const NSView* view) const { return "#" + std::to_string(m_numbers.at(view)); }
+
+    void write(NSView& view, std::size_t depth)
+    {
+        const std::string indent(depth * 2, ' ');
+        text += indent + numberOf(&view) + " " + view.classObject().name();
+        if (!view.identifier().empty())
+            text += " \"" + view.identifier() + "\"";
+        text += " " + describe(view.frame());
+        if (view.isHidden())
+            text += " hidden";
+        if (view.alphaValue() != 1)
+            text += " alpha " + numberText(view.alphaValue());
+        if (const auto* field = dynamic_cast<const NSTextField*>(&view))
+            text += " “" + field->stringValue() + "”";
+        text += "\n";
+        for (const auto& constraint : view.constraints())
+            text += indent + "  | " +
+                    constraintText(*constraint, numberOf(constraint->firstItem()),
+                                   constraint->secondItem() ? numberOf(constraint->secondItem()) : "") +
+                    "\n";
+        for (const auto& subview : view.subviews())
+            write(*subview, depth + 1);
+    }
+
+    std::unordered_map<const NSView*, std::size_t> m_numbers;
+};
+
+} // namespace
+
+std::string describeViewTree(NSView& root)
+{
+    return TreeDump(root).text;
+}
+
+std::string describeConstraint(const NSLayoutConstraint& constraint)
+{
+    return constraintText(constraint, nameOf(constraint.firstItem()), nameOf(constraint.secondItem()));
+}
+
+} // namespace RVCore

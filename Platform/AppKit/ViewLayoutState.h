@@ -1,0 +1,81 @@
+#pragma once
+
+#include <AppKit/NSLayoutConstraint.h>
+
+#include <array>
+#include <memory>
+#include <vector>
+
+namespace RVCore {
+
+class LayoutContext;
+
+// A view's place and size as the layout engine knows them. Positions are those of the top left corner from the top
+// left corner of the superview, whichever way the superview's own coordinates run. A root has no position.
+struct ViewVariables {
+    LayoutVariable x;
+    LayoutVariable y;
+    LayoutVariable width;
+    LayoutVariable height;
+};
+
+// What layout keeps for one view: the constraints that it owns, those that refer to it, and, while its tree has an
+// engine, its variables and the rows that come from the view itself.
+class ViewLayoutState {
+public:
+    // The rows of a view's own, in the order in which they are installed.
+    enum OwnRow : std::size_t {
+        widthNotNegative,
+        heightNotNegative,
+        horizontalPosition, // the next four: from the frame of a root, or of a view whose mask is translated
+        horizontalExtent,
+        verticalPosition,
+        verticalExtent,
+        widthHugging,
+        widthResistance,
+        heightHugging,
+        heightResistance,
+        ownRowCount
+    };
+
+    explicit ViewLayoutState(NSView& view);
+    ~ViewLayoutState();
+    // Takes the view out of every constraint, before it dies.
+    void viewWillDie();
+
+    // The state of a view that has one, else null.
+    static ViewLayoutState* of(const NSView& view);
+    static ViewLayoutState& make(NSView& view);
+
+    // Constraints that the view owns while they are active; removing one keeps the order of the others.
+    void hold(NSLayoutConstraint& constraint);
+    void release(NSLayoutConstraint& constraint);
+    // In order of installation.
+    std::vector<std::shared_ptr<NSLayoutConstraint>> heldConstraints() const;
+    template <class Visit> void forEachHeld(const Visit& visit) const
+    {
+        for (const auto& constraint : m_held) {
+            if (constraint)
+                visit(*constraint);
+        }
+    }
+
+    // Constraints, active or not, one of whose items is the view.
+    void addReference(NSLayoutConstraint& constraint, int item);
+    void removeReference(NSLayoutConstraint& constraint, int item);
+    const std::vector<NSLayoutConstraint*>& references() const { return m_references; }
+
+    LayoutContext* context = nullptr; // null while the view is in no engine
+    ViewVariables variables;
+    std::array<LayoutConstraintHandle, ownRowCount> ownRows{};
+    bool intrinsicSizeIsStale = false;           // the context has it on its list
+    std::unique_ptr<LayoutContext> ownedContext; // of a root
+
+private:
+    NSView& m_view;
+    std::vector<std::shared_ptr<NSLayoutConstraint>> m_held; // removed ones leave a gap until half are gaps
+    std::size_t m_heldGaps = 0;
+    std::vector<NSLayoutConstraint*> m_references;
+};
+
+} // namespace RVCore

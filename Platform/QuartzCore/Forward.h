@@ -1,0 +1,7 @@
+#pragma once
+
+namespace RVCore {
+
+class CALayer;
+
+} // namespace RVCore
