@@ -1,5 +1,4 @@
 #include <CoreGraphics/CGColor.h>
-
 #include <Foundation/NSException.h>
 
 namespace RVCore {

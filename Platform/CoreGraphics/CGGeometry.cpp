@@ -1,5 +1,4 @@
 #include <CoreGraphics/CGGeometry.h>
-
 #include <Foundation/NSException.h>
 
 #include <algorithm>

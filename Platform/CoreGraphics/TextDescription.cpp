@@ -1,5 +1,4 @@
 #include <CoreGraphics/TextDescription.h>
-
 #include <Foundation/NSException.h>
 
 namespace RVCore {
