@@ -3,6 +3,7 @@
 #include "LayoutProfile.h"
 
 #include <cmath>
+#include <unordered_map>
 
 namespace RVCore::LayoutInternal {
 

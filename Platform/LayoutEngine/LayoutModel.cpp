@@ -27,11 +27,6 @@ std::uint64_t mixed(std::uint64_t hash, std::uint64_t value)
     return hash ^ (hash >> 31);
 }
 
-void eraseValue(std::vector<Index>& list, Index value)
-{
-    list.erase(std::find(list.begin(), list.end(), value));
-}
-
 } // namespace
 
 Index Model::addVariable(std::uint64_t owner)
@@ -47,8 +42,9 @@ Index Model::addVariable(std::uint64_t owner)
 
 void Model::removeVariable(Index index)
 {
-    for (const Index formClass : m_variables[index].classes)
-        check(m_classes[formClass].constraints.empty(), "a variable was removed that an installed constraint uses");
+    for (const ClassUse& use : m_variables[index].classes)
+        check(m_classes[use.formClass].constraints.empty(),
+              "a variable was removed that an installed constraint uses");
     m_variables[index].isAlive = false;
     // Until the solver has let go of it, the number cannot stand for another variable.
     (m_variables[index].part == none ? m_freeVariables : m_removedVariables).push_back(index);
@@ -99,23 +95,36 @@ Index Model::classOfForm()
     std::uint64_t hash = 0;
     for (const Term& term : m_form)
         hash = mixed(mixed(hash, term.column), std::bit_cast<std::uint64_t>(term.coefficient));
-    const auto found = m_classOfHash.find(hash);
-    for (Index index = found == m_classOfHash.end() ? none : found->second; index != none;
-         index = m_classes[index].nextOfHash) {
-        if (m_classes[index].terms == m_form)
-            return index;
-    }
+    if (const Index found = findClass(hash); found != none)
+        return found;
     const Index index = take(m_freeClasses, m_classes.size());
     if (index == m_classes.size())
         m_classes.emplace_back();
     FormClass& made = m_classes[index];
-    made.terms = m_form;
+    made.terms.assign(m_form);
     made.hash = hash;
-    made.nextOfHash = found == m_classOfHash.end() ? none : found->second;
-    m_classOfHash[hash] = index;
     for (const Term& term : m_form)
-        m_variables[term.column].classes.push_back(index);
+        m_variables[term.column].classes.push_back({index, std::uint32_t(hash)});
     return index;
+}
+
+// Looks where the rarest of the form's variables occurs. Nearly every form has one that occurs a few times only, and
+// that place is about to be needed anyhow, which cannot be said of a table.
+Index Model::findClass(std::uint64_t hash) const
+{
+    const Variable* rarest = &m_variables[m_form.front().column];
+    for (const Term& term : m_form) {
+        if (m_variables[term.column].classes.size() < rarest->classes.size())
+            rarest = &m_variables[term.column];
+    }
+    for (const ClassUse& use : rarest->classes) {
+        if (use.hash != std::uint32_t(hash))
+            continue;
+        const auto& terms = m_classes[use.formClass].terms;
+        if (std::equal(terms.begin(), terms.end(), m_form.begin(), m_form.end()))
+            return use.formClass;
+    }
+    return none;
 }
 
 void Model::removeClasses(std::span<const Index> gone)
@@ -123,23 +132,16 @@ void Model::removeClasses(std::span<const Index> gone)
     std::vector<Index> variables;
     for (const Index index : gone) {
         FormClass& formClass = m_classes[index];
-        const auto head = m_classOfHash.find(formClass.hash);
-        Index* link = &head->second;
-        while (*link != index)
-            link = &m_classes[*link].nextOfHash;
-        *link = formClass.nextOfHash;
-        if (head->second == none)
-            m_classOfHash.erase(head);
         for (const Term& term : formClass.terms)
             variables.push_back(term.column);
         formClass.terms.clear();
-        formClass.nextOfHash = none;
         m_freeClasses.push_back(index);
     }
     std::sort(variables.begin(), variables.end());
     variables.erase(std::unique(variables.begin(), variables.end()), variables.end());
     for (const Index variable : variables)
-        std::erase_if(m_variables[variable].classes, [&](Index index) { return m_classes[index].terms.empty(); });
+        m_variables[variable].classes.eraseIf(
+            [&](const ClassUse& use) { return m_classes[use.formClass].terms.empty(); });
 }
 
 bool Model::holdsByItself(const Constraint& constraint)
@@ -184,7 +186,8 @@ void Model::removeConstraint(Index index)
     Constraint& gone = m_constraints[index];
     gone.isAlive = false;
     if (gone.formClass != none) {
-        eraseValue(m_classes[gone.formClass].constraints, index);
+        auto& installed = m_classes[gone.formClass].constraints;
+        installed.erase(std::find(installed.begin(), installed.end(), index));
         noteClass(gone.formClass);
     } else {
         std::erase(m_conflictsByThemselves, index);

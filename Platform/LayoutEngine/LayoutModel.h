@@ -1,20 +1,26 @@
 #pragma once
 
 #include "LayoutEngine.h"
+#include "LayoutInlineList.h"
 #include "LayoutSystem.h"
 
 #include <span>
-#include <unordered_map>
 #include <vector>
 
 namespace RVCore::LayoutInternal {
+
+// Where a variable occurs.
+struct ClassUse {
+    Index formClass = none;
+    std::uint32_t hash = 0; // a part of the class's
+};
 
 struct Variable {
     std::uint64_t owner = 0;
     double value = 0.0;
     Index part = none;
-    Index column = none;        // within the part
-    std::vector<Index> classes; // in which it occurs
+    Index column = none; // within the part
+    InlineList<ClassUse, 4> classes;
     bool isAlive = false;
 };
 
@@ -35,10 +41,9 @@ struct Constraint {
 // All constraints over the same linear form, up to scale. They share one row of a System. The largest
 // coefficient of the form is 1.
 struct FormClass {
-    std::vector<Term> terms;        // `column` is the variable; in ascending order
-    std::vector<Index> constraints; // in order of installation
+    InlineList<Term, 3> terms;        // `column` is the variable; in ascending order
+    InlineList<Index, 4> constraints; // in order of installation
     std::uint64_t hash = 0;
-    Index nextOfHash = none;
     Index part = none;
     Index row = none; // within the part
     bool isNoted = false;
@@ -83,6 +88,7 @@ public:
 private:
     void normalise(std::span<const LayoutTerm>);
     Index classOfForm();
+    Index findClass(std::uint64_t hash) const;
     void noteClass(Index);
 
     std::vector<Variable> m_variables;
@@ -90,7 +96,6 @@ private:
     std::vector<FormClass> m_classes;
     std::vector<Index> m_freeVariables, m_freeConstraints, m_freeClasses;
     std::vector<Index> m_removedVariables; // still in a part
-    std::unordered_map<std::uint64_t, Index> m_classOfHash;
     std::vector<Index> m_notedClasses;
     std::vector<Index> m_changedConflictMembers;
     std::vector<Index> m_conflictsByThemselves;

@@ -20,9 +20,9 @@ double weightOf(Index variable)
 
 } // namespace
 
-void Part::build(Model& model, Index number, std::vector<Index> variables)
+void Part::build(Model& model, Index number, const std::vector<Index>& variables)
 {
-    m_variables = std::move(variables);
+    m_variables = variables;
     const Index columns = Index(m_variables.size());
     m_classes.assign(columns, none);
     m_priorities.assign(1, layoutPriorityRequired);
@@ -31,24 +31,22 @@ void Part::build(Model& model, Index number, std::vector<Index> variables)
         Variable& variable = model.variables()[m_variables[column]];
         variable.part = number;
         variable.column = column;
-        for (const Index index : variable.classes) {
-            FormClass& formClass = model.classes()[index];
+        for (const ClassUse& use : variable.classes) {
+            FormClass& formClass = model.classes()[use.formClass];
             if (formClass.constraints.empty() || formClass.terms.front().column != m_variables[column])
                 continue;
             formClass.part = number;
             if (formClass.terms.size() == 1) {
                 formClass.row = column;
-                m_classes[column] = index;
+                m_classes[column] = use.formClass;
             } else {
-                m_classes.push_back(index);
+                m_classes.push_back(use.formClass);
             }
             for (const Index constraint : formClass.constraints)
-                m_priorities.push_back(model.constraints()[constraint].priority);
+                addPriority(model.constraints()[constraint].priority);
         }
     }
     std::sort(m_classes.begin() + columns, m_classes.end());
-    std::sort(m_priorities.begin(), m_priorities.end(), std::greater<>{});
-    m_priorities.erase(std::unique(m_priorities.begin(), m_priorities.end()), m_priorities.end());
     // 2. The forms.
     m_system.clear(columns, Index(m_priorities.size()) + 1);
     std::vector<Term> form;
@@ -69,6 +67,14 @@ void Part::build(Model& model, Index number, std::vector<Index> variables)
     }
     m_simplex.start(m_system);
     m_needsRun = true;
+}
+
+// There are few different priorities, however many constraints.
+void Part::addPriority(float priority)
+{
+    const auto place = std::lower_bound(m_priorities.begin(), m_priorities.end(), priority, std::greater<>{});
+    if (place == m_priorities.end() || *place != priority)
+        m_priorities.insert(place, priority);
 }
 
 Index Part::levelOf(float priority) const

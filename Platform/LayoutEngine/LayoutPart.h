@@ -11,7 +11,10 @@ namespace RVCore::LayoutInternal {
 // levels are the priorities that occurred when the part was built, and one below for "goes towards 0".
 class Part {
 public:
-    void build(Model&, Index number, std::vector<Index> variables);
+    void build(Model&, Index number, const std::vector<Index>& variables);
+    // Keeps its memory for the next build().
+    void clear() { m_variables.clear(); }
+    bool isEmpty() const { return m_variables.empty(); }
 
     // Whether the part has a level for every priority in a class; if not, it must be built again.
     bool coversPriorities(const Model&, Index formClass) const;
@@ -29,6 +32,7 @@ public:
     const System& system() const { return m_system; }
 
 private:
+    void addPriority(float);
     Index levelOf(float priority) const;
     void updateRow(const Model&, Index row);
     void collectCosts(const Model&, Index row);

@@ -61,8 +61,8 @@ LayoutExplanation Solver::explain(Index index)
         }
     }
     std::vector<Index> touching;
-    for (const Index formClass : variable.classes) {
-        for (const Index member : m_model.classes()[formClass].constraints) {
+    for (const ClassUse& use : variable.classes) {
+        for (const Index member : m_model.classes()[use.formClass].constraints) {
             if (isViolated(m_model.constraints()[member], m_model.violation(member)))
                 touching.push_back(member);
         }

@@ -82,17 +82,17 @@ void Solver::takeApart(Index part, std::vector<Index>& loose)
     for (const Index variable : m_parts[part]->variables()) {
         loose.push_back(variable);
         m_model.variables()[variable].part = none;
-        for (const Index formClass : m_model.variables()[variable].classes)
-            m_model.classes()[formClass].part = none;
+        for (const ClassUse& use : m_model.variables()[variable].classes)
+            m_model.classes()[use.formClass].part = none;
     }
-    m_parts[part].reset();
+    m_parts[part]->clear();
     m_freeParts.push_back(part);
 }
 
 Index Solver::takePart()
 {
     if (m_freeParts.empty()) {
-        m_parts.emplace_back();
+        m_parts.push_back(std::make_unique<Part>());
         return Index(m_parts.size() - 1);
     }
     const Index part = m_freeParts.back();
@@ -119,8 +119,8 @@ void Solver::buildParts(const std::vector<Index>& loose)
         members.assign(1, first);
         variable.part = reached;
         for (std::size_t next = 0; next < members.size(); ++next) {
-            for (const Index index : m_model.variables()[members[next]].classes) {
-                FormClass& formClass = m_model.classes()[index];
+            for (const ClassUse& use : m_model.variables()[members[next]].classes) {
+                FormClass& formClass = m_model.classes()[use.formClass];
                 if (formClass.part == reached)
                     continue;
                 formClass.part = reached;
@@ -132,7 +132,6 @@ void Solver::buildParts(const std::vector<Index>& loose)
         }
         std::sort(members.begin(), members.end());
         const Index part = takePart();
-        m_parts[part] = std::make_unique<Part>();
         m_parts[part]->build(m_model, part, members);
         m_rebuiltParts.push_back(part);
         ++m_statistics.builds;
@@ -156,7 +155,7 @@ void Solver::runParts()
         parts.push_back(part);
     m_touchedParts.clear();
     for (const Index index : parts) {
-        if (!m_parts[index] || !m_parts[index]->needsRun())
+        if (m_parts[index]->isEmpty() || !m_parts[index]->needsRun())
             continue;
         Part& part = *m_parts[index];
         Effort effort;
@@ -195,7 +194,7 @@ const std::vector<Index>& Solver::ambiguousVariables()
         return m_ambiguous;
     m_ambiguous.clear();
     for (const auto& part : m_parts) {
-        if (!part)
+        if (part->isEmpty())
             continue;
         for (const Index column : part->simplex().freeColumns())
             m_ambiguous.push_back(part->variables()[column]);
