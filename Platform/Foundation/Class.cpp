@@ -45,6 +45,7 @@ template <class M> struct MethodTable {
     std::vector<Selector> selectors() const
     {
         std::vector<Selector> result;
+        result.reserve(own.size());
         for (const auto& [selector, method] : own)
             result.push_back(selector);
         std::sort(result.begin(), result.end(),
@@ -125,7 +126,7 @@ Class& Class::define(std::string name, const Class* superclass, Allocator alloca
     data->name = name;
     data->superclass = superclass;
     data->allocator = allocator;
-    return *(classTable()[name] = new Class(std::move(data)));
+    return *(classTable()[std::move(name)] = new Class(std::move(data)));
 }
 
 const Class* Class::named(std::string_view name)

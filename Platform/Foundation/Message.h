@@ -36,7 +36,8 @@ template <class... Arguments> Value send(const Class& receiver, Selector selecto
 template <std::derived_from<NSObject> T, class... Arguments>
 Value send(const std::shared_ptr<T>& receiver, Selector selector, Arguments&&... arguments)
 {
-    const std::shared_ptr<T> kept = receiver; // the method may let go of the pointer that we were given
+    // The method may let go of the pointer that we were given.
+    const std::shared_ptr<T> kept = receiver; // NOLINT(performance-unnecessary-copy-initialization)
     return kept ? send(static_cast<NSObject&>(*kept), selector, std::forward<Arguments>(arguments)...) : Value();
 }
 
