@@ -19,8 +19,8 @@ enum class NSLineBreakMode : int {
 };
 
 struct FontDescription {
-    std::string family; // empty for the desktop's own user-interface font
-    CGFloat size = 13;  // in points
+    std::string family = {}; // empty for the desktop's own user-interface font
+    CGFloat size = 13;       // in points
     bool bold = false;
     bool monospacedDigits = false;
 
@@ -29,9 +29,9 @@ struct FontDescription {
 
 // Text with everything that decides how it is set. Line feeds start new paragraphs; any script, UTF-8.
 struct TextDescription {
-    std::string text;
-    FontDescription font;
-    CGColor color;
+    std::string text = {};
+    FontDescription font = {};
+    CGColor color = {};
     NSTextAlignment alignment = NSTextAlignment::natural;
     NSLineBreakMode lineBreakMode = NSLineBreakMode::clipping;
     int maximumNumberOfLines = 0; // 0 for as many as there are

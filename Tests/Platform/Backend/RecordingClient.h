@@ -1,0 +1,58 @@
+#pragma once
+
+#include <Backend/Backend.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace RVCore {
+
+// A window's client that writes down what it is told and fills its content with one colour.
+class RecordingClient : public WindowClient {
+public:
+    void contentSizeChanged(CGSize size) override
+    {
+        m_size = size;
+        note("size " + describe(size));
+        if (onSizeChanged)
+            onSizeChanged();
+    }
+    void closeRequested() override
+    {
+        note("close");
+        if (onClose)
+            onClose();
+    }
+    void prepareFrame() override
+    {
+        note("prepare");
+        if (onPrepare)
+            onPrepare();
+    }
+    void paint(Canvas& canvas) override
+    {
+        note("paint");
+        canvas.fill({{{0, 0}, m_size}, 0}, color);
+        if (onPaint)
+            onPaint();
+    }
+
+    // What has been told since the last call.
+    std::vector<std::string> takeCalls() { return std::exchange(m_calls, {}); }
+    CGSize size() const { return m_size; }
+
+    CGColor color{1, 0, 0, 1};
+    std::function<void()> onSizeChanged;
+    std::function<void()> onClose;
+    std::function<void()> onPrepare;
+    std::function<void()> onPaint;
+
+private:
+    void note(std::string call) { m_calls.push_back(std::move(call)); }
+
+    std::vector<std::string> m_calls;
+    CGSize m_size{100, 50};
+};
+
+} // namespace RVCore
