@@ -64,9 +64,15 @@ void Model::recycleVariables()
 void Model::normalise(std::span<const LayoutTerm> terms)
 {
     m_form.clear();
-    for (const LayoutTerm& term : terms)
+    for (const LayoutTerm& term : terms) {
+        // By insertion, since forms are short; long ones are rare enough to be sorted below.
         m_form.push_back({term.variable.index, term.coefficient});
-    std::stable_sort(m_form.begin(), m_form.end(), [](const Term& a, const Term& b) { return a.column < b.column; });
+        for (std::size_t i = m_form.size() - 1; i > 0 && i < 16 && m_form[i].column < m_form[i - 1].column; --i)
+            std::swap(m_form[i], m_form[i - 1]);
+    }
+    if (m_form.size() > 16)
+        std::stable_sort(m_form.begin(), m_form.end(),
+                         [](const Term& a, const Term& b) { return a.column < b.column; });
     std::size_t kept = 0;
     for (std::size_t first = 0; first < m_form.size();) {
         const Index variable = m_form[first].column;

@@ -22,6 +22,7 @@ struct Variable {
     Index column = none; // within the part
     InlineList<ClassUse, 4> classes;
     bool isAlive = false;
+    bool isLoose = false; // waits for a part
 };
 
 struct Constraint {

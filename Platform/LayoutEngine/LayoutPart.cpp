@@ -67,6 +67,7 @@ void Part::build(Model& model, Index number, const std::vector<Index>& variables
     }
     m_simplex.start(m_system);
     m_needsRun = true;
+    m_isNew = true;
 }
 
 // There are few different priorities, however many constraints.
@@ -136,6 +137,7 @@ void Part::updateRow(const Model& model, Index row)
 bool Part::run(Effort& effort)
 {
     m_needsRun = false;
+    m_isNew = false;
     return m_simplex.run(effort);
 }
 

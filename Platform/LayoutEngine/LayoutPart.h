@@ -22,6 +22,8 @@ public:
     void update(const Model&, Index formClass);
     // Empties the own row of a class that is about to go.
     void forgetClass(const Model&, Index formClass);
+    // Built and not yet run: it has all costs already.
+    bool isNew() const { return m_isNew; }
     bool needsRun() const { return m_needsRun; }
     bool run(Effort&);
 
@@ -44,6 +46,7 @@ private:
     std::vector<float> m_priorities; // by level, descending
     std::vector<Piece> m_costs;
     bool m_needsRun = false;
+    bool m_isNew = false;
 };
 
 } // namespace RVCore::LayoutInternal

@@ -40,7 +40,7 @@ void Solver::rebuildParts()
         for (const Term& term : formClass.terms) {
             if (m_model.variables()[term.column].part != none)
                 takeApart(m_model.variables()[term.column].part, loose);
-            else if (isWanted)
+            else if (isWanted && !std::exchange(m_model.variables()[term.column].isLoose, true))
                 loose.push_back(term.column);
         }
     }
@@ -56,7 +56,6 @@ void Solver::rebuildParts()
     m_model.removeClasses(gone);
     std::erase_if(m_notedClasses, [&](Index index) { return m_model.classes()[index].terms.empty(); });
     std::sort(loose.begin(), loose.end());
-    loose.erase(std::unique(loose.begin(), loose.end()), loose.end());
     buildParts(loose);
     m_model.recycleVariables();
 }
@@ -81,6 +80,7 @@ void Solver::takeApart(Index part, std::vector<Index>& loose)
 {
     for (const Index variable : m_parts[part]->variables()) {
         loose.push_back(variable);
+        m_model.variables()[variable].isLoose = true;
         m_model.variables()[variable].part = none;
         for (const ClassUse& use : m_model.variables()[variable].classes)
             m_model.classes()[use.formClass].part = none;
@@ -107,6 +107,7 @@ void Solver::buildParts(const std::vector<Index>& loose)
     std::vector<Index> members;
     for (const Index first : loose) {
         Variable& variable = m_model.variables()[first];
+        variable.isLoose = false;
         if (variable.part != none)
             continue;
         if (variable.classes.empty()) {
@@ -141,8 +142,11 @@ void Solver::buildParts(const std::vector<Index>& loose)
 // Pass 3.
 void Solver::updateCosts()
 {
-    for (const Index index : m_notedClasses)
-        m_parts[m_model.classes()[index].part]->update(m_model, index);
+    for (const Index index : m_notedClasses) {
+        Part& part = *m_parts[m_model.classes()[index].part];
+        if (!part.isNew())
+            part.update(m_model, index);
+    }
 }
 
 // Pass 4. Only parts that were built or that a noted class is in can have something to do.
