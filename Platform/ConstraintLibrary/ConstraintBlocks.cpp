@@ -10,14 +10,14 @@ LayoutConstraints autoCreateAndInstallConstraints(const std::function<void()>& c
 
 LayoutConstraints autoCreateConstraintsWithoutInstalling(const std::function<void()>& closure)
 {
-    return runConstraintBlock("autoCreateConstraintsWithoutInstalling", {.withoutInstalling = true, .priority = {}},
+    return runConstraintBlock("autoCreateConstraintsWithoutInstalling", {.withoutInstalling = true},
                               closure);
 }
 
 void autoSetPriorityForConstraints(NSLayoutPriority priority, const std::function<void()>& closure)
 {
     requirePriority("autoSetPriorityForConstraints", priority);
-    runConstraintBlock("autoSetPriorityForConstraints", {.withoutInstalling = false, .priority = priority}, closure);
+    runConstraintBlock("autoSetPriorityForConstraints", {.priority = priority}, closure);
 }
 
 } // namespace RVCore

@@ -12,7 +12,7 @@ namespace RVCore {
 
 struct ConstraintBlockOptions {
     bool withoutInstalling = false;
-    std::optional<NSLayoutPriority> priority;
+    std::optional<NSLayoutPriority> priority = std::nullopt;
 };
 
 // Runs the closure as a block and returns what was created in it. `operation` is for the message when there is none.

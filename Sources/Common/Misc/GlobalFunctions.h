@@ -24,7 +24,7 @@ inline constexpr CGFloat RVViewNoIntrinsicMetric = -1.0;
 
 struct ConstraintCreation {
     bool installConstraints = true;
-    std::optional<float> priority; // RVLayoutPriorityRequired when absent
+    std::optional<float> priority = std::nullopt; // RVLayoutPriorityRequired when absent
 };
 
 // Runs a closure of constraint-building calls and returns every constraint created while it ran, in order. The blocks
