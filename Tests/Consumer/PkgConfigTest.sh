@@ -15,5 +15,5 @@ trap 'rm -rf "$work"' EXIT
 if [ "$with_qt" = ON ]; then
     "$compiler" -std=c++20 -fPIC -o "$work/desktop" "$project/main.cpp" $(pkg-config --cflags --libs RVCoreQt)
     # The backend is in the program although nothing in it names the backend.
-    nm -C "$work/desktop" | grep -q 'rvcoreRegisterQtBackend'
+    nm -C "$work/desktop" | grep -q ' T rvcoreRegisterQtBackend$'
 fi
