@@ -1,0 +1,189 @@
+#include <FolderSizes/FolderView.h>
+#include <FolderSizes/SizeText.h>
+
+#include <algorithm>
+
+namespace FolderSizes {
+
+using namespace RVCore;
+
+namespace {
+
+constexpr CGFloat margin = 16;
+constexpr CGFloat smallestNameWidth = 160;
+constexpr CGFloat breathingSpace = 4; // between a line and the row below it
+
+std::shared_ptr<NSView> makeLine()
+{
+    auto line = make<RVSpacerView>(CGSize{1, 1});
+    line->setContentHuggingPriority(RVLayoutPriorityDefaultLow, NSLayoutConstraintOrientation::horizontal);
+    setBackgroundColor(*line, makeColor(0.85, 0.86, 0.88));
+    return line;
+}
+
+std::shared_ptr<NSTextField> makeText(const std::string& string, const std::shared_ptr<NSFont>& font,
+                                      const std::shared_ptr<NSColor>& color)
+{
+    auto text = makeTextField(string);
+    text->setFont(font);
+    text->setTextColor(color);
+    return text;
+}
+
+std::string contentsText(const FolderListing& listing)
+{
+    const auto folders =
+        static_cast<std::size_t>(std::count_if(listing.entries.begin(), listing.entries.end(),
+                                               [](const Entry& entry) { return entry.kind == EntryKind::folder; }));
+    std::string text = countText(folders, "folder", "folders") + ", " +
+                       countText(listing.entries.size() - folders, "other entry", "other entries");
+    if (listing.unreadableCount > 0)
+        text += " — " + std::to_string(listing.unreadableCount) + " could not be read";
+    return text;
+}
+
+std::string folderName(const FolderListing& listing)
+{
+    const std::string name = listing.path.filename().string();
+    return displayName(name.empty() ? listing.path.string() : name);
+}
+
+} // namespace
+
+Class& FolderView::staticClass()
+{
+    static Class& theClass =
+        defineClass<FolderView>("FolderSizes.FolderView", RVBaseView::staticClass(), [](auto& publish) {
+            publish.readOnlyProperty("rowCount", &FolderView::rowCount);
+            publish.method("setRow:visible:", &FolderView::setRowVisible);
+        });
+    return theClass;
+}
+
+void FolderView::init(const FolderListing& listing, std::size_t rowLimit)
+{
+    RVBaseView::init();
+    setTranslatesAutoresizingMaskIntoConstraints(false);
+    makeRows(listing.entries.size(), rowLimit);
+
+    RVGroupView::Views members{makeTitle(listing), makeHeadings(), makeLine()};
+    members.insert(members.end(), m_rows.begin(), m_rows.end());
+    members.push_back(makeLine());
+    members.push_back(m_total);
+    m_list = makeGroupView(members, {.orientation = RVGroupView::Orientation::vertical,
+                                     .alignment = RVGroupView::Edge::fillParent(),
+                                     .resizePolicy = RVGroupView::ResizePolicy::trailingEdge});
+    m_list->setContentCompressionResistancePriority(yieldingPriority, NSLayoutConstraintOrientation::horizontal);
+    m_list->offsetViews([&] {
+        RVGroupView::PerView<RVGroupView::Offset> offsets{{m_total, {.x = 0, .y = breathingSpace}}};
+        if (!m_rows.empty())
+            offsets[m_rows.front()] = {.x = 0, .y = breathingSpace};
+        return offsets;
+    });
+    addSubview(m_list);
+    for (const LayoutEdge edge : {LayoutEdge::top, LayoutEdge::left, LayoutEdge::right})
+        autoPinEdgeToSuperviewEdge(*m_list, edge, margin);
+    // There may be room below the list, but not above it.
+    autoPinEdgeToSuperviewEdge(*m_list, LayoutEdge::bottom, margin, NSLayoutRelation::greaterThanOrEqual);
+
+    for (const auto& row : m_rows)
+        row->alignWith(m_headings);
+    m_total->alignWith(m_headings);
+    show(listing);
+}
+
+std::shared_ptr<NSView> FolderView::makeTitle(const FolderListing& listing) const
+{
+    auto name = makeText(folderName(listing), boldSystemFontOfSize(20), makeColor(0.11, 0.11, 0.12));
+    name->setLineBreakMode(NSLineBreakMode::truncatingMiddle);
+    auto contents = makeText(contentsText(listing), systemFontOfSize(12), makeColor(0.40, 0.42, 0.46));
+    contents->setLineBreakMode(NSLineBreakMode::truncatingTail);
+    auto size = makeText(sizeText(listing.totalSize), boldSystemFontOfSize(20), makeColor(0.11, 0.11, 0.12));
+    auto texts = makeGroupView({name, contents}, {.orientation = RVGroupView::Orientation::vertical,
+                                                  .spacing = 2,
+                                                  .alignment = RVGroupView::Edge::fillParent(),
+                                                  .resizePolicy = RVGroupView::ResizePolicy::trailingEdge});
+    auto title =
+        makeGroupView({texts, size}, {.spacing = 16, .resizePolicy = RVGroupView::ResizePolicy::leadingView});
+    for (const std::shared_ptr<NSView>& yielding : RVGroupView::Views{name, contents, texts, title})
+        yielding->setContentCompressionResistancePriority(yieldingPriority,
+                                                          NSLayoutConstraintOrientation::horizontal);
+    title->setPadding({.top = 4, .left = 12, .bottom = 14, .right = 12});
+    title->setAlignment(title->alignment());
+    return title;
+}
+
+std::shared_ptr<RVGroupView> FolderView::makeHeadings()
+{
+    struct Column {
+        const char* title;
+        NSTextAlignment alignment;
+        CGFloat width;
+        bool stretches;
+    };
+    constexpr std::array<Column, columnCount> columns{{{"Name", NSTextAlignment::left, smallestNameWidth, true},
+                                                       {"Kind", NSTextAlignment::left, 124, false},
+                                                       {"Size", NSTextAlignment::right, 76, false},
+                                                       {"Share", NSTextAlignment::left, 120, false},
+                                                       {"", NSTextAlignment::right, 44, false}}};
+    for (std::size_t i = 0; i < columnCount; ++i) {
+        auto heading = makeText(columns[i].title, boldSystemFontOfSize(11), makeColor(0.40, 0.42, 0.46));
+        heading->setAlignment(columns[i].alignment);
+        autoSetDimension(*heading, LayoutDimension::width, columns[i].width,
+                         columns[i].stretches ? NSLayoutRelation::greaterThanOrEqual : NSLayoutRelation::equal);
+        m_headings[i] = heading;
+    }
+    auto group = makeGroupView({m_headings.begin(), m_headings.end()},
+                               {.spacing = 16, .resizePolicy = RVGroupView::ResizePolicy::leadingView});
+    group->setPadding({.top = 0, .left = 12, .bottom = 6, .right = 12});
+    group->setAlignment(group->alignment());
+    return group;
+}
+
+void FolderView::makeRows(std::size_t entryCount, std::size_t rowLimit)
+{
+    m_entryRowCount = std::min(rowLimit, entryCount);
+    const std::size_t rowCount = m_entryRowCount + (m_entryRowCount < entryCount ? 1 : 0);
+    for (std::size_t i = 0; i < rowCount; ++i) {
+        auto row = make<EntryRow>();
+        if (i % 2 == 0) {
+            setBackgroundColor(*row, makeColor(0.96, 0.97, 0.98));
+            row->layer()->setCornerRadius(6);
+        }
+        m_rows.push_back(row);
+    }
+    m_total = make<EntryRow>();
+    m_total->emphasise();
+}
+
+void FolderView::show(const FolderListing& listing)
+{
+    std::uint64_t rest = listing.totalSize;
+    for (std::size_t i = 0; i < m_entryRowCount; ++i) {
+        m_rows[i]->show(listing.entries[i], listing.totalSize);
+        rest -= listing.entries[i].size;
+    }
+    if (m_entryRowCount < m_rows.size())
+        m_rows.back()->showSummary(
+            countText(listing.entries.size() - m_entryRowCount, "smaller entry", "smaller entries"), "", rest,
+            listing.totalSize);
+    m_total->showSummary("Total", countText(listing.entries.size(), "entry", "entries"), listing.totalSize,
+                         listing.totalSize);
+}
+
+void FolderView::setRowVisible(std::size_t row, bool visible)
+{
+    m_list->setVisibility(m_rows.at(row), visible);
+}
+
+// A name may be as wide as its column; the column's width is known only after layout, and names settle in one more
+// round.
+void FolderView::layout()
+{
+    RVBaseView::layout();
+    const CGFloat nameWidth = std::max(smallestNameWidth, width(*m_headings[0]));
+    for (const auto& row : m_rows)
+        row->setNameWidth(nameWidth);
+}
+
+} // namespace FolderSizes

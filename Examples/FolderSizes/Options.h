@@ -1,0 +1,32 @@
+#pragma once
+
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace FolderSizes {
+
+struct Options {
+    std::string path = ".";
+    std::string snapshot; // PNG file to write; empty for none
+    std::string dump;     // text file to write; empty for none
+    std::size_t rows = 20;
+    double width = 760;                   // points
+    double scale = 2;                     // pixels to a point, of the picture
+    std::optional<std::size_t> hiddenRow; // counted from 1
+    bool showsHiddenRowAgain = false;
+    bool wantsHelp = false;
+};
+
+// A command line that makes no sense; the text says what was wrong.
+class UsageError : public std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+// Reads the arguments after the program's name. Throws UsageError.
+Options parseOptions(const std::vector<std::string>& arguments);
+
+std::string usageText();
+
+} // namespace FolderSizes

@@ -1,0 +1,146 @@
+#include <Backend/Backend.h>
+#include <FolderSizes/FolderListing.h>
+#include <FolderSizes/FolderView.h>
+#include <FolderSizes/Options.h>
+#include <FolderSizes/SizeText.h>
+#include <RVCore.h>
+
+#include <chrono>
+#include <cstdio>
+#include <fstream>
+#include <unistd.h>
+
+namespace {
+
+using namespace FolderSizes;
+using namespace RVCore;
+
+constexpr int statusUsage = 2;
+constexpr int statusFailure = 1;
+constexpr CGColor white{1, 1, 1, 1};
+
+int fail(int status, const std::string& problem)
+{
+    std::fprintf(stderr, "FolderSizes: %s\n", problem.c_str());
+    return status;
+}
+
+// A line on the terminal that keeps the user informed while a large folder is read.
+class ProgressLine {
+public:
+    ~ProgressLine()
+    {
+        if (m_isShown)
+            std::fputs("\r\033[K", stderr);
+    }
+
+    void update(std::size_t fileCount)
+    {
+        const auto now = std::chrono::steady_clock::now();
+        if (!isatty(STDERR_FILENO) || now - m_lastTime < std::chrono::milliseconds(200))
+            return;
+        m_lastTime = now;
+        m_isShown = true;
+        std::fprintf(stderr, "\rReading, %zu files so far", fileCount);
+    }
+
+private:
+    std::chrono::steady_clock::time_point m_lastTime = std::chrono::steady_clock::now();
+    bool m_isShown = false;
+};
+
+FolderListing readFolder(const std::string& path)
+{
+    ProgressLine line;
+    return listFolder(path, [&](std::size_t fileCount) { line.update(fileCount); });
+}
+
+void writeText(const std::string& path, const std::string& text)
+{
+    std::ofstream file(path, std::ios::binary);
+    file << text;
+    file.close();
+    if (!file)
+        throw std::runtime_error("cannot write " + path);
+}
+
+void applyVisibility(FolderView& view, const Options& options)
+{
+    if (!options.hiddenRow)
+        return;
+    if (*options.hiddenRow > view.rowCount())
+        throw UsageError("there is no row " + std::to_string(*options.hiddenRow) + ", only " +
+                         std::to_string(view.rowCount()));
+    view.setRowVisible(*options.hiddenRow - 1, false);
+    if (options.showsHiddenRowAgain) {
+        view.layoutSubtreeIfNeeded();
+        view.setRowVisible(*options.hiddenRow - 1, true);
+    }
+}
+
+void writeFiles(FolderView& view, const Options& options)
+{
+    if (!options.snapshot.empty()) {
+        writeViewPicture(view, options.snapshot, options.scale, white);
+        std::printf("Wrote the picture to %s\n", options.snapshot.c_str());
+    }
+    if (!options.dump.empty()) {
+        writeText(options.dump, describeViewTree(view));
+        std::printf("Wrote the views as text to %s\n", options.dump.c_str());
+    }
+}
+
+void runWindow(const std::shared_ptr<FolderView>& view, const FolderListing& listing)
+{
+    auto window = make<NSWindow>(view->frame().size);
+    window->setTitle(displayName(listing.path.string()) + " – FolderSizes");
+    window->setContentView(view);
+    setBackgroundColor(*view, makeColor(1, 1, 1));
+    window->makeKeyAndOrderFront();
+    NSApplication::shared().run();
+}
+
+int run(Options options)
+{
+    std::error_code error;
+    if (!std::filesystem::is_directory(options.path, error))
+        return fail(statusUsage, "\"" + options.path + "\" is not a folder" + (error ? ": " + error.message() : ""));
+    const FolderListing listing = readFolder(options.path);
+    const auto view = make<FolderView>(listing, options.rows);
+    view->setFrameSize({options.width, 1}); // as high as its content
+    applyVisibility(*view, options);
+    view->layoutSubtreeIfNeeded();
+
+    const bool writesFiles = !options.snapshot.empty() || !options.dump.empty();
+    if (!writesFiles && Backend::shared().hasDisplay()) {
+        runWindow(view, listing);
+        return 0;
+    }
+    if (!writesFiles) {
+        std::printf("There is no display to open a window on.\n");
+        options.snapshot = "foldersizes.png";
+        options.dump = "foldersizes.txt";
+    }
+    writeFiles(*view, options);
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        const Options options = parseOptions({argv + 1, argv + argc});
+        if (options.wantsHelp) {
+            std::fputs(usageText().c_str(), stdout);
+            return 0;
+        }
+        return run(options);
+    } catch (const UsageError& error) {
+        return fail(statusUsage, std::string(error.what()) + "\n" + usageText());
+    } catch (const std::filesystem::filesystem_error& error) {
+        return fail(statusUsage, "cannot read \"" + error.path1().string() + "\": " + error.code().message());
+    } catch (const std::exception& error) {
+        return fail(statusFailure, error.what());
+    }
+}
