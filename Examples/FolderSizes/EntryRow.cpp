@@ -87,9 +87,4 @@ void EntryRow::alignWith(const std::array<std::shared_ptr<NSView>, columnCount>&
         static_cast<RVGroupView&>(*views()[column]).setAlignment(Edge::fill(headings[column]));
 }
 
-void EntryRow::setNameWidth(CGFloat width)
-{
-    m_name->setPreferredMaxLayoutWidth(width);
-}
-
 } // namespace FolderSizes

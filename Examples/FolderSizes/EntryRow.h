@@ -25,8 +25,6 @@ public:
 
     // Aligns every cell with the heading of its column; all of them must be in one view tree by now.
     void alignWith(const std::array<std::shared_ptr<RVCore::NSView>, columnCount>& headings);
-    // How wide a name may become before it wraps.
-    void setNameWidth(RVCore::CGFloat width);
 
 private:
     std::shared_ptr<RVCore::NSTextField> m_name, m_kind, m_size, m_share;

@@ -10,7 +10,7 @@ using namespace RVCore;
 namespace {
 
 constexpr CGFloat margin = 16;
-constexpr CGFloat smallestNameWidth = 160;
+constexpr CGFloat smallestNameWidth = 156;
 constexpr CGFloat breathingSpace = 4; // between a line and the row below it
 
 std::shared_ptr<NSView> makeLine()
@@ -174,16 +174,6 @@ void FolderView::show(const FolderListing& listing)
 void FolderView::setRowVisible(std::size_t row, bool visible)
 {
     m_list->setVisibility(m_rows.at(row), visible);
-}
-
-// A name may be as wide as its column; the column's width is known only after layout, and names settle in one more
-// round.
-void FolderView::layout()
-{
-    RVBaseView::layout();
-    const CGFloat nameWidth = std::max(smallestNameWidth, width(*m_headings[0]));
-    for (const auto& row : m_rows)
-        row->setNameWidth(nameWidth);
 }
 
 } // namespace FolderSizes

@@ -25,8 +25,6 @@ public:
     // Rows count from 0.
     void setRowVisible(std::size_t row, bool visible);
 
-    void layout() override;
-
 private:
     std::shared_ptr<RVCore::NSView> makeTitle(const FolderListing& listing) const;
     std::shared_ptr<RVCore::RVGroupView> makeHeadings();

@@ -55,7 +55,7 @@ Options parseOptions(const std::vector<std::string>& arguments)
         } else if (argument == "--rows") {
             options.rows = row();
         } else if (argument == "--width") {
-            options.width = parseNumber<double>(argument, value(), 560, 4000);
+            options.width = parseNumber<double>(argument, value(), 640, 4000);
         } else if (argument == "--scale") {
             options.scale = parseNumber<double>(argument, value(), 1, 4);
         } else if (argument == "--hide" || argument == "--hide-and-show") {
