@@ -16,8 +16,12 @@ public:
 
 private:
     void setCosts(Index row);
+    bool isViolated(Index level) const;
     Index firstViolated() const;
-    std::vector<Index> contradicted(Index level) const;
+    std::vector<Index> contradicted(Index level, Effort&);
+    std::vector<Index> chargingUpTo(Index level) const;
+    std::vector<Index> reduced(std::vector<Index> levels, Effort&);
+    void setOut(Index level, bool isOut);
     Index blocker(Index row, bool isUpward, Index level) const;
 
     const Model& m_model;
@@ -76,15 +80,27 @@ void Search::setCosts(Index row)
     makeProfile(m_costs);
 }
 
-Index Search::firstViolated() const
+void Search::setOut(Index level, bool isOut)
+{
+    if (bool(m_isOut[level]) == isOut)
+        return;
+    m_isOut[level] = isOut;
+    setCosts(m_rowOf[level]);
+    m_simplex.setPieces(m_rowOf[level], m_costs);
+}
+
+bool Search::isViolated(Index level) const
 {
     const double width = 100.0 * m_simplex.tolerance();
+    const Piece cost = costOf(m_model.constraints()[m_constraints[level]], level);
+    const double distance = m_simplex.rowValue(m_rowOf[level]) - cost.at;
+    return !m_isOut[level] && ((distance > width && cost.right > 0.0) || (distance < -width && cost.left < 0.0));
+}
+
+Index Search::firstViolated() const
+{
     for (Index level = 0; level < m_constraints.size(); ++level) {
-        if (m_isOut[level])
-            continue;
-        const Piece cost = costOf(m_model.constraints()[m_constraints[level]], level);
-        const double distance = m_simplex.rowValue(m_rowOf[level]) - cost.at;
-        if ((distance > width && cost.right > 0.0) || (distance < -width && cost.left < 0.0))
+        if (isViolated(level))
             return level;
     }
     return none;
@@ -100,9 +116,10 @@ Index Search::blocker(Index row, bool isUpward, Index level) const
     return none;
 }
 
-std::vector<Index> Search::contradicted(Index level) const
+std::vector<Index> Search::contradicted(Index level, Effort& effort)
 {
     std::vector<Index> result;
+    bool isComplete = true;
     const double scale = std::abs(m_model.constraints()[m_constraints[level]].scale);
     for (Index row = 0; row < m_system.rowCount(); ++row) {
         if (!m_simplex.isBasic(row))
@@ -113,12 +130,70 @@ std::vector<Index> Search::contradicted(Index level) const
                                  [&](Index its, double slope) { price += its == level ? slope : 0.0; });
         if (std::abs(price) <= 1e-9 * scale)
             continue;
-        if (const Index found = blocker(row, price < 0.0, level); found != none)
+        const Index found = blocker(row, price < 0.0, level);
+        if (found == none)
+            isComplete = false;
+        else
             result.push_back(found);
     }
     result.push_back(level);
+    if (!isComplete)
+        result = reduced(chargingUpTo(level), effort);
     std::sort(result.begin(), result.end());
     return result;
+}
+
+// Where rows outside the basis stand at a kink, one of them may be what keeps a basic row in its place. Those that
+// charge or have a price at any level hold the contradiction then, with others.
+std::vector<Index> Search::chargingUpTo(Index level) const
+{
+    std::vector<Index> result;
+    for (Index row = 0; row < m_system.rowCount(); ++row) {
+        bool isCharging = false;
+        for (Index higher = 0; higher <= level && !isCharging && m_simplex.isBasic(row); ++higher)
+            isCharging = m_simplex.price(m_simplex.positionOf(row), higher) != 0.0;
+        m_system.visitSlopes(row, m_simplex.spot(row), [&](Index its, double) { isCharging |= its <= level; });
+        for (const Index its : m_levelsOf[row]) {
+            if (isCharging && its < level && !m_isOut[its])
+                result.push_back(its);
+        }
+    }
+    result.push_back(level);
+    return result;
+}
+
+// Takes out one constraint after the other that the last one is violated without.
+std::vector<Index> Search::reduced(std::vector<Index> levels, Effort& effort)
+{
+    const std::vector<std::uint8_t> before = m_isOut;
+    const Index last = levels.back();
+    for (Index level = 0; level < m_constraints.size(); ++level)
+        setOut(level, before[level] || std::find(levels.begin(), levels.end(), level) == levels.end());
+    m_simplex.run(effort);
+    if (!isViolated(last)) {
+        // They were too few after all; start from everything that is older.
+        levels.clear();
+        for (Index level = 0; level <= last; ++level) {
+            setOut(level, before[level]);
+            if (!before[level])
+                levels.push_back(level);
+        }
+    }
+    std::vector<Index> kept;
+    for (const Index level : levels) {
+        if (level != last) {
+            setOut(level, true);
+            m_simplex.run(effort);
+        }
+        if (level == last || !isViolated(last)) {
+            setOut(level, false);
+            kept.push_back(level);
+        }
+    }
+    for (Index level = 0; level < m_constraints.size(); ++level)
+        setOut(level, before[level]);
+    m_simplex.run(effort);
+    return kept;
 }
 
 std::vector<std::vector<Index>> Search::run(Effort& effort)
@@ -131,11 +206,9 @@ std::vector<std::vector<Index>> Search::run(Effort& effort)
         if (level == none)
             return result;
         std::vector<Index>& members = result.emplace_back();
-        for (const Index member : contradicted(level))
+        for (const Index member : contradicted(level, effort))
             members.push_back(m_constraints[member]);
-        m_isOut[level] = 1;
-        setCosts(m_rowOf[level]);
-        m_simplex.setPieces(m_rowOf[level], m_costs);
+        setOut(level, true);
     }
 }
 

@@ -97,9 +97,9 @@ bool Simplex::findEntering(const Candidate& candidate, Event& entering)
     const Index leaving = m_basis[candidate.position];
     const int direction = candidate.direction;
     m_system->visitSlopes(leaving, m_spot[leaving] + (direction > 0 ? 1 : 0),
-                          [&](Index level, double slope) { m_upSums.add(level, direction * slope); });
+                          [&](Index level, double slope) { m_upSums.addCost(level, direction * slope); });
     for (const Index level : m_pricedLevels)
-        m_upSums.add(level, direction * m_prices[level][candidate.position]);
+        m_upSums.addCost(level, direction * m_prices[level][candidate.position]);
     m_passed.clear();
     bool isFound = false;
     while (!m_events.empty() && !isFound) {
@@ -108,7 +108,7 @@ bool Simplex::findEntering(const Candidate& candidate, Event& entering)
         const Event event = m_events.back();
         m_events.pop_back();
         for (const Piece& piece : m_system->piecesOfKink(event.row, event.kink))
-            m_upSums.add(piece.level, (piece.right - piece.left) * std::abs(event.rate));
+            m_upSums.addCost(piece.level, (piece.right - piece.left) * std::abs(event.rate));
         const Index level = firstLevel(m_upSums);
         isFound = m_takesLeastIndex || level == none || m_upSums[level] > 0.0;
         if (isFound) {

@@ -23,12 +23,13 @@ void Simplex::resetPrices()
         m_slopeChanges[level].clear();
     m_changedLevels.clear();
     m_priceUpdates = 0;
+    m_priceScale = m_slopeScale;
 }
 
 void Simplex::addToPrice(Index level, Index position, double amount)
 {
     double& price = pricesOf(level)[position];
-    price += amount;
+    price = sum(price, amount, 1e-14);
     m_priceScale[level] = std::max(m_priceScale[level], std::abs(price));
     m_touchedPositions.insert(position);
 }
@@ -82,13 +83,13 @@ Simplex::Candidate Simplex::evaluate(Index position)
     const Index row = m_basis[position];
     const Index kink = m_spot[row];
     for (const Piece& piece : m_system->pieces(row)) {
-        m_upSums.add(piece.level, piece.kink <= kink ? piece.right : piece.left);
-        m_downSums.add(piece.level, piece.kink < kink ? piece.right : piece.left);
+        m_upSums.addCost(piece.level, piece.kink <= kink ? piece.right : piece.left);
+        m_downSums.addCost(piece.level, piece.kink < kink ? piece.right : piece.left);
     }
     for (const Index level : m_pricedLevels) {
         if (const double price = m_prices[level][position]; price != 0.0) {
-            m_upSums.add(level, price);
-            m_downSums.add(level, price);
+            m_upSums.addCost(level, price);
+            m_downSums.addCost(level, price);
         }
     }
     Candidate result;

@@ -10,10 +10,10 @@ void Simplex::start(System& system)
     const Index columns = system.columnCount();
     const Index rows = system.rowCount();
     const Index levels = system.levelCount();
-    m_priceScale.assign(levels, 0.0);
+    m_slopeScale.assign(levels, 0.0);
     for (Index row = 0; row < rows; ++row) {
         for (const Piece& piece : system.pieces(row))
-            m_priceScale[piece.level] = std::max({m_priceScale[piece.level], piece.right, -piece.left});
+            m_slopeScale[piece.level] = std::max({m_slopeScale[piece.level], piece.right, -piece.left});
     }
     m_prices.assign(levels, {});
     m_pricedLevels.clear();
@@ -35,6 +35,7 @@ void Simplex::start(System& system)
     m_rowValues.assign(rows, 0.0);
     m_affected.clear();
     m_scale = 1.0;
+    m_priceScale = m_slopeScale;
     chooseFirstBasis();
     m_targets.resize(columns);
     m_isDirty = true;
@@ -49,7 +50,7 @@ void Simplex::setPieces(Index row, std::span<const Piece> pieces)
         noteSlopes(row, m_spot[row], -1.0);
     m_system->setPieces(row, pieces);
     for (const Piece& piece : pieces)
-        m_priceScale[piece.level] = std::max({m_priceScale[piece.level], piece.right, -piece.left});
+        m_slopeScale[piece.level] = std::max({m_slopeScale[piece.level], piece.right, -piece.left});
     m_suspects.insert(row);
     if (!isBasic(row)) {
         m_spot[row] = none;
@@ -274,9 +275,9 @@ std::vector<Index> Simplex::freeColumns()
             // The cost of the step, with the rows that stand at a kink and would start to charge.
             const Index row = m_basis[position];
             m_system->visitSlopes(row, m_spot[row] + (direction > 0 ? 1 : 0),
-                                  [&](Index level, double slope) { m_upSums.add(level, direction * slope); });
+                                  [&](Index level, double slope) { m_upSums.addCost(level, direction * slope); });
             for (const Index level : m_pricedLevels)
-                m_upSums.add(level, direction * m_prices[level][position]);
+                m_upSums.addCost(level, direction * m_prices[level][position]);
             bool isFree = firstLevel(m_upSums) >= last;
             if (isFree) {
                 findRates(position, direction);
@@ -287,7 +288,7 @@ std::vector<Index> Simplex::freeColumns()
                     for (const Piece& piece : m_system->pieces(other)) {
                         const bool isPast = rate > 0.0 ? piece.kink >= m_spot[other] : piece.kink < m_spot[other];
                         if (isPast && std::abs(m_rowValues[other] - piece.at) <= tolerance())
-                            m_upSums.add(piece.level, (piece.right - piece.left) * std::abs(rate));
+                            m_upSums.addCost(piece.level, (piece.right - piece.left) * std::abs(rate));
                     }
                 }
                 isFree = firstLevel(m_upSums) >= last;

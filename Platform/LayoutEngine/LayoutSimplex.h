@@ -102,7 +102,7 @@ private:
     void applySlopeChanges();
     void addToPrice(Index level, Index position, double amount);
     std::vector<double>& pricesOf(Index level);
-    double priceTolerance(Index level) const { return 1e-10 * m_priceScale[level]; }
+    double priceTolerance(Index level) const { return 1e-13 * std::max(m_priceScale[level], m_slopeScale[level]); }
     void evaluateTouched();
     Candidate evaluate(Index position);
     Index firstLevel(const SparseVector& sums) const;
@@ -132,7 +132,8 @@ private:
     double m_scale = 1.0;            // largest magnitude of a value so far
 
     std::vector<std::vector<double>> m_prices; // by level, by position; empty while all are zero
-    std::vector<double> m_priceScale;          // by level
+    std::vector<double> m_slopeScale;          // largest slope by level
+    std::vector<double> m_priceScale;          // largest price or slope by level, since the last refresh()
     std::vector<Index> m_pricedLevels;
     std::vector<std::vector<Term>> m_slopeChanges; // by level: row and change of its slope
     std::vector<Index> m_changedLevels;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <functional>
 #include <limits>
@@ -10,6 +11,14 @@ namespace RVCore::LayoutInternal {
 
 using Index = std::uint32_t;
 constexpr Index none = std::numeric_limits<Index>::max();
+
+// A sum that is exactly zero where the summands cancel but for rounding. What is left of a cancellation would be
+// taken for a small amount later, and small amounts count.
+inline double sum(double a, double b, double rounding)
+{
+    const double result = a + b;
+    return std::abs(result) <= rounding * std::abs(b) ? 0.0 : result;
+}
 
 // A vector of mostly zeros: all its elements, and a list of those that may differ from zero.
 class SparseVector {
@@ -26,7 +35,13 @@ public:
             m_marks[index] = 1;
             m_indices.push_back(index);
         }
-        m_values[index] += value;
+        m_values[index] = sum(m_values[index], value, 1e-14);
+    }
+    // With a wider notion of what is rounding.
+    void addCost(Index index, double value)
+    {
+        add(index, 0.0);
+        m_values[index] = sum(m_values[index], value, 1e-11);
     }
     void set(Index index, double value)
     {

@@ -29,6 +29,23 @@ TEST(LayoutConflict, theNewestIsLeftOutAndTheOthersHold)
     EXPECT_EQ(test.value(2), 1.0);
 }
 
+TEST(LayoutConflict, theSetIsWholeAndMinimalWhereBoundsCoincide)
+{
+    // x0 <= -9 and x1 >= 0 meet in one point of the third one, so only one of them is needed to hold it there.
+    TestEngine test({"",
+                     2,
+                     {{{{1, 1}}, atLeast, 0, 1000},
+                      {{{0, 1}}, atMost, -9, 1000},
+                      {{{0, 1}, {1, -0.5}}, equal, -9, 1000},
+                      {{{1, 0.5}}, equal, 9, 1000}}});
+    const std::vector<LayoutConflict> conflicts = test.engine.takeConflicts();
+    ASSERT_EQ(conflicts.size(), 1u);
+    EXPECT_EQ(conflicts[0].constraints, (Tags{1, 2, 3}));
+    test.engine.removeConstraint(test.handles[1]);
+    EXPECT_FALSE(test.engine.isLeftOut(test.handles[3]));
+    EXPECT_EQ(test.value(1), 18.0);
+}
+
 TEST(LayoutConflict, eachCauseIsReportedOnce)
 {
     TestEngine test({"", 2, {{{{0, 1}}, equal, 1, 1000}, {{{0, 1}}, equal, 2, 1000}}});

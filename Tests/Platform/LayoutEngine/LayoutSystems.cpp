@@ -109,7 +109,7 @@ TestSystem makeRandomSystem(unsigned seed)
     std::mt19937 random(seed);
     TestSystem result;
     result.variables = 1 + below(random, 8);
-    switch (seed % 8) {
+    switch (seed % 9) {
     case 0:
         result.kind = "small";
         addDense(result, random, 1 + below(random, 12), 10, false);
@@ -151,6 +151,17 @@ TestSystem makeRandomSystem(unsigned seed)
     case 6:
         result.kind = "cycle";
         addCycle(result, random, 2 + below(random, 8));
+        break;
+    case 7:
+        result.kind = "scaled";
+        addDense(result, random, 2 + below(random, 16), 1000000, false);
+        for (TestConstraint& one : result.constraints) {
+            constexpr double multipliers[] = {0.001, 0.01, 0.1, 1, 10, 100, 1000};
+            const double whole = multipliers[below(random, 7)];
+            one.constant *= below(random, 2) ? whole : 1;
+            for (auto& [variable, coefficient] : one.terms)
+                coefficient *= below(random, 3) ? whole : whole * multipliers[2 + below(random, 3)];
+        }
         break;
     default:
         result.kind = "larger";
