@@ -8,6 +8,7 @@ namespace RVCore {
 // Each measures one part and prints its results as lines of a name and a number.
 void benchmarkMessaging();
 void benchmarkLayoutEngine();
+void benchmarkGroupLayout();
 
 // One line of the result: "message.send_ns 41.7".
 inline void report(const char* name, double value)

@@ -4,4 +4,5 @@ int main()
 {
     RVCore::benchmarkMessaging();
     RVCore::benchmarkLayoutEngine();
+    RVCore::benchmarkGroupLayout();
 }
