@@ -14,11 +14,11 @@ constexpr auto equal = LayoutRelation::equal;
 constexpr auto atLeast = LayoutRelation::greaterThanOrEqual;
 constexpr auto atMost = LayoutRelation::lessThanOrEqual;
 
-// The constraints of a horizontal group of members of 50 x 20 with spacers of 8 around them, the last member
+// The constraints of a horizontal group of members of 50 x 20 with spacers of 8 around them, one member
 // stretching, as the group view makes them: all of them anew for every change.
 class GroupOfMembers {
 public:
-    explicit GroupOfMembers(int members) : m_elements(std::size_t(2 * members + 1))
+    GroupOfMembers(int members, int stretching) : m_elements(std::size_t(2 * members + 1))
     {
         m_width = m_engine.addVariable(0);
         m_height = m_engine.addVariable(0);
@@ -29,13 +29,13 @@ public:
             for (LayoutVariable* variable : {&element.x, &element.y, &element.width, &element.height})
                 *variable = m_engine.addVariable(i);
             const bool isMember = i % 2 == 1;
-            const bool isLast = i + 2 == m_elements.size();
+            const bool isStretching = i == std::size_t(2 * stretching + 1);
             for (const auto& [size, hint] : {std::pair{element.width, isMember ? 50.0 : 8.0},
                                              std::pair{element.height, isMember ? 20.0 : 0.0}}) {
                 add({{{size, 1}}}, atLeast, 0, 1000);
                 add({{{size, 1}}}, atLeast, hint, 750);
                 add({{{size, 1}}}, atLeast, hint, 700);
-                add({{{size, 1}}}, atMost, hint, isLast ? 250.0f : 251.0f);
+                add({{{size, 1}}}, atMost, hint, isStretching ? 250.0f : 251.0f);
             }
         }
         install(m_elements.size());
@@ -98,7 +98,7 @@ void measure(int members)
         report((prefix + what + "_ms").c_str(), nanosecondsTaken / 1e6);
     };
     std::vector<GroupOfMembers> made;
-    print("install", nanoseconds(rounds, [&] { made.emplace_back(members); }));
+    print("install", nanoseconds(rounds, [&] { made.emplace_back(members, members - 1); }));
     std::size_t next = 0;
     print("first_solve", nanoseconds(rounds, [&] { made[next++].engine().solve(); }));
     GroupOfMembers& group = made.front();
@@ -130,7 +130,16 @@ void measure(int members)
           }));
     report((prefix + "pivots").c_str(), double(group.engine().statistics().pivots));
     report((prefix + "builds").c_str(), double(group.engine().statistics().builds));
-    keep(group.end());
+
+    width = 100.0 * members;
+    GroupOfMembers moving(members, 0);
+    moving.engine().solve();
+    print("resize_all_move", nanoseconds(10 * rounds, [&] {
+              moving.resize(width += 1);
+              moving.engine().solve();
+          }));
+    report((prefix + "resize_all_move_changed").c_str(), double(moving.engine().changedVariables().size()));
+    keep(group.end() + moving.end());
 }
 
 } // namespace

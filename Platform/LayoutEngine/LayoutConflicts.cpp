@@ -138,7 +138,7 @@ std::uint64_t Solver::causeOf(const std::vector<Index>& members) const
         mix(constraint.formClass == none ? 0 : m_model.classes()[constraint.formClass].hash);
         mix(std::bit_cast<std::uint64_t>(constraint.scale));
         mix(std::bit_cast<std::uint64_t>(constraint.constant));
-        mix(std::uint64_t(int(constraint.relation) + 2));
+        mix(std::bit_cast<std::uint8_t>(constraint.relation));
         mix(constraint.formClass == none ? constraint.owner : 0);
     }
     return hash;

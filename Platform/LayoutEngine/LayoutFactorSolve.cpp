@@ -1,15 +1,17 @@
 #include "LayoutFactor.h"
 
+#include <ranges>
+
 namespace RVCore::LayoutInternal {
 
 void Factor::solve(SparseVector& positions, SparseVector& columns)
 {
-    for (auto exchange = m_exchanges.rbegin(); exchange != m_exchanges.rend(); ++exchange) {
-        double sum = positions[exchange->position];
-        for (std::size_t i = exchange->firstTerm; i < exchange->lastTerm; ++i)
-            sum -= m_exchangeTerms[i].coefficient * positions[m_exchangeTerms[i].column];
-        if (sum != 0.0 || positions[exchange->position] != 0.0)
-            positions.set(exchange->position, sum / exchange->pivot);
+    for (const Exchange& exchange : std::views::reverse(m_exchanges)) {
+        double rest = positions[exchange.position];
+        for (std::size_t i = exchange.firstTerm; i < exchange.lastTerm; ++i)
+            rest -= m_exchangeTerms[i].coefficient * positions[m_exchangeTerms[i].column];
+        if (rest != 0.0 || positions[exchange.position] != 0.0)
+            positions.set(exchange.position, rest / exchange.pivot);
     }
     for (const Index position : positions.indices())
         m_queue.push(m_stepOfPosition[position]);

@@ -34,7 +34,7 @@ public:
     bool empty() const { return m_size == 0; }
     const T& front() const { return *begin(); }
 
-    void push_back(const T& value)
+    void append(const T& value)
     {
         const T copy = value;
         if (m_size == m_capacity)
@@ -45,7 +45,7 @@ public:
     {
         clear();
         for (const T& value : range)
-            push_back(value);
+            append(value);
     }
     void erase(T* element)
     {

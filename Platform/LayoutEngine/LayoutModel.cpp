@@ -110,7 +110,7 @@ Index Model::classOfForm()
     made.terms.assign(m_form);
     made.hash = hash;
     for (const Term& term : m_form)
-        m_variables[term.column].classes.push_back({index, std::uint32_t(hash)});
+        m_variables[term.column].classes.append({index, std::uint32_t(hash)});
     return index;
 }
 
@@ -182,7 +182,7 @@ Index Model::addConstraint(std::span<const LayoutTerm> terms, LayoutRelation rel
     made.scale = m_form.empty() ? 1.0 : m_formScale;
     made.formClass = m_form.empty() ? none : classOfForm();
     if (made.formClass != none)
-        m_classes[made.formClass].constraints.push_back(index);
+        m_classes[made.formClass].constraints.append(index);
     noteChange(index);
     return index;
 }

@@ -23,9 +23,11 @@ double weightOf(Index variable)
 void Part::build(Model& model, Index number, const std::vector<Index>& variables)
 {
     m_variables = variables;
-    const Index columns = Index(m_variables.size());
+    const auto columns = Index(m_variables.size());
     m_classes.assign(columns, none);
     m_priorities.assign(1, layoutPriorityRequired);
+    std::size_t terms = 0;
+    std::size_t constraints = 0;
     // 1. Number the columns and rows.
     for (Index column = 0; column < columns; ++column) {
         Variable& variable = model.variables()[m_variables[column]];
@@ -36,6 +38,8 @@ void Part::build(Model& model, Index number, const std::vector<Index>& variables
             if (formClass.constraints.empty() || formClass.terms.front().column != m_variables[column])
                 continue;
             formClass.part = number;
+            terms += formClass.terms.size();
+            constraints += formClass.constraints.size();
             if (formClass.terms.size() == 1) {
                 formClass.row = column;
                 m_classes[column] = use.formClass;
@@ -49,6 +53,7 @@ void Part::build(Model& model, Index number, const std::vector<Index>& variables
     std::sort(m_classes.begin() + columns, m_classes.end());
     // 2. The forms.
     m_system.clear(columns, Index(m_priorities.size()) + 1);
+    m_system.reserve(m_classes.size(), columns + terms, columns + constraints);
     std::vector<Term> form;
     for (Index column = 0; column < columns; ++column)
         m_system.addRow({{{column, 1.0}}});

@@ -235,8 +235,7 @@ bool Simplex::exchange(const Candidate& candidate, const Event& entering, Effort
     //    charges no longer.
     m_system->visitSlopes(leaving, ownSegment,
                           [&](Index level, double slope) { addToPrice(level, position, slope); });
-    for (std::size_t i = 0; i < m_pricedLevels.size(); ++i) {
-        const Index level = m_pricedLevels[i];
+    for (const Index level : m_pricedLevels) {
         const double quotient = m_prices[level][position] / m_alpha[position];
         if (quotient == 0.0)
             continue;

@@ -13,6 +13,13 @@ void System::clear(Index columns, Index levels)
     m_unusedPieces = 0;
 }
 
+void System::reserve(std::size_t rows, std::size_t terms, std::size_t pieces)
+{
+    m_rows.reserve(rows);
+    m_terms.reserve(terms);
+    m_pieces.reserve(pieces);
+}
+
 Index System::addRow(std::span<const Term> terms)
 {
     m_rows.push_back({Index(m_terms.size()), Index(terms.size()), 0, 0, 0, 0});

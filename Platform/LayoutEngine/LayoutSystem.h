@@ -34,6 +34,7 @@ struct Term {
 class System {
 public:
     void clear(Index columns, Index levels);
+    void reserve(std::size_t rows, std::size_t terms, std::size_t pieces);
     Index addRow(std::span<const Term>); // the own rows first
     void finish();
 

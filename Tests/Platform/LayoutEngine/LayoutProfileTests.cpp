@@ -43,14 +43,14 @@ TEST(LayoutInlineList, growsOutOfItselfAndMoves)
 {
     InlineList<int, 2> list;
     for (int i = 0; i < 10; ++i)
-        list.push_back(i);
+        list.append(i);
     InlineList<int, 2> moved = std::move(list);
     EXPECT_EQ(std::vector<int>(moved.begin(), moved.end()), (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9}));
     moved.erase(moved.begin() + 3);
     moved.eraseIf([](int value) { return value % 2 == 0; });
     EXPECT_EQ(std::vector<int>(moved.begin(), moved.end()), (std::vector<int>{1, 5, 7, 9}));
     InlineList<int, 2> small;
-    small.push_back(4);
+    small.append(4);
     moved = std::move(small);
     EXPECT_EQ(std::vector<int>(moved.begin(), moved.end()), std::vector<int>{4});
 }
