@@ -6,35 +6,53 @@
 #include <algorithm>
 #include <cstdio>
 #include <unordered_map>
+#include <unordered_set>
 
 namespace RVCore {
 
 namespace {
 
-// What a tag of the engine stands for. Objects are aligned to 8 bytes at least, which leaves three bits; rows of a
-// view's own are told apart by their form, so one bit says whose row it is.
-enum class TagKind : std::uint64_t { constraint = 0, view = 1 };
+// What a tag of the engine stands for: a constraint or a view, whose addresses leave three bits, and in these for a
+// row of a view's own 1 + its kind. The kinds that are never required, and so never in a conflict, share the last
+// one.
+constexpr std::uint64_t tagKindMask = 7;
+static_assert(alignof(NSView) > tagKindMask && alignof(NSLayoutConstraint) > tagKindMask);
+static_assert(ViewLayoutState::verticalExtent + 1 < tagKindMask);
 
 std::uint64_t tagOf(const NSLayoutConstraint& constraint)
 {
-    return reinterpret_cast<std::uintptr_t>(&constraint) | static_cast<std::uint64_t>(TagKind::constraint);
+    return reinterpret_cast<std::uintptr_t>(&constraint);
 }
 
+std::uint64_t tagOf(const NSView& view, ViewLayoutState::OwnRow kind)
+{
+    return reinterpret_cast<std::uintptr_t>(&view) | std::min<std::uint64_t>(kind + 1, tagKindMask);
+}
+
+// Of a variable.
 std::uint64_t tagOf(const NSView& view)
 {
-    return reinterpret_cast<std::uintptr_t>(&view) | static_cast<std::uint64_t>(TagKind::view);
+    return reinterpret_cast<std::uintptr_t>(&view);
 }
 
 NSLayoutConstraint* constraintOf(std::uint64_t tag)
 {
-    if ((tag & 1) != static_cast<std::uint64_t>(TagKind::constraint))
+    if ((tag & tagKindMask) != 0)
         return nullptr;
     return reinterpret_cast<NSLayoutConstraint*>(static_cast<std::uintptr_t>(tag));
 }
 
 NSView* viewOf(std::uint64_t tag)
 {
-    return reinterpret_cast<NSView*>(static_cast<std::uintptr_t>(tag & ~std::uint64_t{1}));
+    return reinterpret_cast<NSView*>(static_cast<std::uintptr_t>(tag & ~tagKindMask));
+}
+
+std::string describeTag(std::uint64_t tag)
+{
+    if (const NSLayoutConstraint* constraint = constraintOf(tag))
+        return constraint->description();
+    const auto kind = static_cast<ViewLayoutState::OwnRow>((tag & tagKindMask) - 1);
+    return std::string(ownRowName(kind)) + " of " + nameOfView(viewOf(tag));
 }
 
 template <class Visit> void forEachInTree(NSView& root, const Visit& visit)
@@ -69,25 +87,35 @@ const ViewVariables& liveVariables(const NSView& view)
     return ViewLayoutState::of(view)->variables;
 }
 
+// Enters the view whose `layout` gives this one its place, unless it was the last one entered.
+void addPlacing(NSView& view, std::vector<std::shared_ptr<NSView>>& placing)
+{
+    NSView& superview = view.superview() ? *view.superview() : view;
+    if (placing.empty() || placing.back().get() != &superview)
+        placing.push_back(shared(superview));
+}
+
 } // namespace
 
 LayoutContext::LayoutContext(NSView& root) : m_root(root)
 {
-    m_pendingSubtrees.push_back(&root);
+    m_pendingSubtrees.add(root);
 }
 
-LayoutContext::~LayoutContext()
+void LayoutContext::retire()
 {
-    forEachInTree(m_root, [](NSView& view) {
+    forEachInTree(m_root, [this](NSView& view) {
+        m_pendingSubtrees.remove(view);
+        m_staleIntrinsicSizes.remove(view);
         ViewLayoutState* state = ViewLayoutState::of(view);
         if (!state)
             return;
         state->context = nullptr;
         state->variables = {};
         state->ownRows.fill({});
-        state->intrinsicSizeIsStale = false;
-        state->forEachHeld([](NSLayoutConstraint& constraint) { constraint.m_handle = {}; });
+        state->forEachHeld([](NSLayoutConstraint& constraint) { constraint.bookkeeping({}).handle = {}; });
     });
+    m_engine = {};
 }
 
 LayoutContext* LayoutContext::of(const NSView& view)
@@ -101,14 +129,14 @@ LayoutContext& LayoutContext::ofTree(NSView& view)
     NSView& root = view.rootView();
     ViewLayoutState& state = ViewLayoutState::make(root);
     if (!state.ownedContext)
-        state.ownedContext = std::make_unique<LayoutContext>(root);
+        state.ownedContext = std::make_shared<LayoutContext>(root);
     state.ownedContext->takeInPending();
     return *state.ownedContext;
 }
 
 void LayoutContext::subtreeAdded(NSView& subtree)
 {
-    m_pendingSubtrees.push_back(&subtree);
+    m_pendingSubtrees.add(subtree);
     ++m_revision;
 }
 
@@ -116,31 +144,29 @@ void LayoutContext::subtreeWillBeRemoved(NSView& subtree)
 {
     ++m_revision;
     if (!of(subtree)) {
-        const auto pending = std::find(m_pendingSubtrees.rbegin(), m_pendingSubtrees.rend(), &subtree);
-        if (pending != m_pendingSubtrees.rend())
-            m_pendingSubtrees.erase(std::next(pending).base());
+        m_pendingSubtrees.remove(subtree);
         return;
     }
-    // A subtree inside this one may still be waiting.
-    if (!m_pendingSubtrees.empty())
-        std::erase_if(m_pendingSubtrees, [&](NSView* pending) { return pending->isDescendantOf(subtree); });
     // All rows go before the variables that they are over.
     forEachInTree(subtree, [&](NSView& view) {
+        m_pendingSubtrees.remove(view); // a subtree inside this one
         ViewLayoutState* state = ViewLayoutState::of(view);
-        if (!state || !state->context)
-            return;
-        state->forEachHeld([&](NSLayoutConstraint& constraint) {
-            if (constraint.m_handle.isValid())
-                m_engine.removeConstraint(constraint.m_handle);
-            constraint.m_handle = {};
-        });
-        for (LayoutConstraintHandle& handle : state->ownRows) {
-            if (handle.isValid())
-                m_engine.removeConstraint(handle);
-            handle = {};
-        }
+        if (state && state->context)
+            removeRows(*state);
     });
     forEachInTree(subtree, [&](NSView& view) { letGo(view); });
+}
+
+void LayoutContext::removeRows(ViewLayoutState& state)
+{
+    const auto remove = [&](LayoutConstraintHandle& handle) {
+        if (handle.isValid())
+            m_engine.removeConstraint(handle);
+        handle = {};
+    };
+    state.forEachHeld([&](NSLayoutConstraint& constraint) { remove(constraint.bookkeeping({}).handle); });
+    for (LayoutConstraintHandle& handle : state.ownRows)
+        remove(handle);
 }
 
 void LayoutContext::letGo(NSView& view)
@@ -154,19 +180,16 @@ void LayoutContext::letGo(NSView& view)
             m_engine.removeVariable(variable);
     }
     state->variables = {};
-    if (state->intrinsicSizeIsStale)
-        std::erase(m_staleIntrinsicSizes, &view);
-    state->intrinsicSizeIsStale = false;
+    m_staleIntrinsicSizes.remove(view);
     state->context = nullptr;
 }
 
 void LayoutContext::takeInPending()
 {
-    // Taking a view in asks it for its intrinsic size, which may add further subtrees.
-    while (!m_pendingSubtrees.empty()) {
-        NSView& subtree = *m_pendingSubtrees.front();
-        m_pendingSubtrees.erase(m_pendingSubtrees.begin());
-        takeIn(subtree);
+    // Taking one in marks views, whose overrides may add others.
+    while (NSView* subtree = m_pendingSubtrees.front()) {
+        m_pendingSubtrees.remove(*subtree);
+        takeIn(*subtree);
     }
 }
 
@@ -189,8 +212,7 @@ void LayoutContext::takeIn(NSView& subtree)
         state.variables.width = m_engine.addVariable(tag);
         state.variables.height = m_engine.addVariable(tag);
         state.forEachHeld([&](NSLayoutConstraint& constraint) { constraints.push_back(&constraint); });
-        state.intrinsicSizeIsStale = true;
-        m_staleIntrinsicSizes.push_back(view);
+        m_staleIntrinsicSizes.add(*view);
     }
     for (NSView* view : views) {
         installOwnRow(*view, ViewLayoutState::widthNotNegative, {});
@@ -199,21 +221,33 @@ void LayoutContext::takeIn(NSView& subtree)
             installOwnRow(*view, kind, {});
     }
     // The order of installation decides which of contradicting constraints is left out.
-    std::sort(constraints.begin(), constraints.end(),
-              [](const auto* left, const auto* right) { return left->m_activation < right->m_activation; });
+    std::sort(constraints.begin(), constraints.end(), &LayoutContext::wasActivatedBefore);
     for (NSLayoutConstraint* constraint : constraints)
         install(*constraint);
-    for (NSView* view : views) {
-        NSView* superview = view->superview();
-        if (superview && !superview->m_needsLayout)
-            superview->setNeedsLayout(true);
+    Views placing;
+    for (NSView* view : views)
+        addPlacing(*view, placing);
+    markForLayout(placing);
+}
+
+bool LayoutContext::wasActivatedBefore(NSLayoutConstraint* left, NSLayoutConstraint* right)
+{
+    return left->bookkeeping({}).activation < right->bookkeeping({}).activation;
+}
+
+// Calls overrides, which may change the tree: that is why the views were collected first.
+void LayoutContext::markForLayout(const Views& views)
+{
+    for (const auto& view : views) {
+        if (!view->layoutMarks({}).layout)
+            view->setNeedsLayout(true);
     }
 }
 
 void LayoutContext::install(NSLayoutConstraint& constraint)
 {
     makeConstraintRow(constraint, *constraint.holder(), liveVariables, m_row);
-    constraint.m_handle =
+    constraint.bookkeeping({}).handle =
         m_engine.addConstraint(m_row.terms, m_row.relation, m_row.constant, m_row.priority, tagOf(constraint));
 }
 
@@ -221,25 +255,26 @@ void LayoutContext::constraintActivated(NSLayoutConstraint& constraint)
 {
     takeInPending();
     ++m_revision;
-    if (!constraint.m_handle.isValid()) // else it came in with a pending subtree
+    // It may have come in with a pending subtree, or have been taken out by an override meanwhile.
+    if (constraint.isActive() && !constraint.bookkeeping({}).handle.isValid())
         install(constraint);
 }
 
 void LayoutContext::constraintWillBeDeactivated(NSLayoutConstraint& constraint)
 {
     ++m_revision;
-    if (constraint.m_handle.isValid())
-        m_engine.removeConstraint(constraint.m_handle);
-    constraint.m_handle = {};
+    LayoutConstraintHandle& handle = constraint.bookkeeping({}).handle;
+    if (handle.isValid())
+        m_engine.removeConstraint(handle);
+    handle = {};
 }
 
 void LayoutContext::constraintChanged(NSLayoutConstraint& constraint)
 {
     ++m_revision;
-    if (!constraint.m_handle.isValid())
-        return; // waiting with its subtree
-    m_engine.setConstant(constraint.m_handle, constraint.constant());
-    m_engine.setPriority(constraint.m_handle, constraint.priority());
+    const LayoutConstraintHandle handle = constraint.bookkeeping({}).handle;
+    m_engine.setConstant(handle, constraint.constant());
+    m_engine.setPriority(handle, constraint.priority());
 }
 
 void LayoutContext::installOwnRow(NSView& view, ViewLayoutState::OwnRow kind, CGSize intrinsicSize)
@@ -247,7 +282,7 @@ void LayoutContext::installOwnRow(NSView& view, ViewLayoutState::OwnRow kind, CG
     const auto row = makeOwnRow(view, kind, intrinsicSize, &view == &m_root, liveVariables);
     if (row)
         ViewLayoutState::of(view)->ownRows[kind] =
-            m_engine.addConstraint(row->terms, row->relation, row->constant, row->priority, tagOf(view));
+            m_engine.addConstraint(row->terms, row->relation, row->constant, row->priority, tagOf(view, kind));
 }
 
 void LayoutContext::updateOwnRow(NSView& view, ViewLayoutState::OwnRow kind, CGSize intrinsicSize)
@@ -265,17 +300,13 @@ void LayoutContext::updateOwnRow(NSView& view, ViewLayoutState::OwnRow kind, CGS
         m_engine.removeConstraint(handle);
     handle = {};
     if (row)
-        handle = m_engine.addConstraint(row->terms, row->relation, row->constant, row->priority, tagOf(view));
+        handle = m_engine.addConstraint(row->terms, row->relation, row->constant, row->priority, tagOf(view, kind));
 }
 
 void LayoutContext::intrinsicSizeInvalidated(NSView& view)
 {
-    ViewLayoutState& state = *ViewLayoutState::of(view);
-    if (state.intrinsicSizeIsStale)
-        return;
     ++m_revision;
-    state.intrinsicSizeIsStale = true;
-    m_staleIntrinsicSizes.push_back(&view);
+    m_staleIntrinsicSizes.add(view);
 }
 
 void LayoutContext::contentPriorityChanged(NSView& view, NSLayoutConstraintOrientation orientation)
@@ -295,71 +326,65 @@ void LayoutContext::contentPriorityChanged(NSView& view, NSLayoutConstraintOrien
 
 void LayoutContext::frameGiven(NSView& view)
 {
+    if (&view != &m_root) // whose frame is not what its content needs
+        ++m_revision;
     for (const auto kind : frameRows)
         updateOwnRow(view, kind, {});
 }
 
 void LayoutContext::updateIntrinsicSizes()
 {
-    // Asking a view for its size may make others stale, so the list may grow while it is worked off. One that
-    // raises stays on the list, so that the next pass raises again rather than laying out nonsense.
-    const auto dropDone = [&](std::size_t count) {
-        m_staleIntrinsicSizes.erase(m_staleIntrinsicSizes.begin(),
-                                    m_staleIntrinsicSizes.begin() + static_cast<std::ptrdiff_t>(count));
-    };
-    std::size_t done = 0;
-    try {
-        for (; done < m_staleIntrinsicSizes.size(); ++done) {
-            NSView& view = *m_staleIntrinsicSizes[done];
-            const CGSize size = checkedIntrinsicSize(view);
-            ViewLayoutState::of(view)->intrinsicSizeIsStale = false;
-            for (const auto kind : contentRows)
-                updateOwnRow(view, kind, size);
-        }
-    } catch (...) {
-        dropDone(done);
-        throw;
+    for (std::size_t left = m_staleIntrinsicSizes.count(); left > 0 && m_staleIntrinsicSizes.front(); --left) {
+        const auto view = shared(*m_staleIntrinsicSizes.front());
+        // One that raises stays first in the queue, so that the next pass raises again rather than lay out nonsense.
+        const CGSize size = checkedIntrinsicSize(*view);
+        if (of(*view) != this)
+            continue; // it has left the tree meanwhile
+        m_staleIntrinsicSizes.remove(*view);
+        for (const auto kind : contentRows)
+            updateOwnRow(*view, kind, size);
     }
-    dropDone(done);
 }
 
 bool LayoutContext::needsSolve() const
 {
-    return !m_pendingSubtrees.empty() || !m_staleIntrinsicSizes.empty() || m_engine.needsSolve();
+    return m_pendingSubtrees.count() > 0 || m_staleIntrinsicSizes.count() > 0 || m_engine.needsSolve();
 }
 
 void LayoutContext::solve()
 {
-    while (!m_pendingSubtrees.empty() || !m_staleIntrinsicSizes.empty()) {
+    if (!needsSolve())
+        return;
+    const auto alive = shared_from_this();
+    // Asking a view for its size may make others stale. Views that do so to each other without end must not keep us
+    // here; they have their turn again in the next round of the pass.
+    constexpr int maximumSweeps = 4;
+    for (int sweep = 0; sweep < maximumSweeps && m_pendingSubtrees.count() + m_staleIntrinsicSizes.count() > 0;
+         ++sweep) {
         takeInPending();
         updateIntrinsicSizes();
     }
     if (!m_engine.needsSolve())
         return;
     m_engine.solve();
-    markChangedPlaces();
-    reportConflicts();
+    const auto toMark = viewsWithMovedSubviews();
+    reportConflicts(); // before overrides run, which may end a constraint
+    markForLayout(toMark);
 }
 
-void LayoutContext::markChangedPlaces()
+LayoutContext::Views LayoutContext::viewsWithMovedSubviews() const
 {
-    // Collected first: marking calls overrides, which may note further changes.
-    std::vector<std::shared_ptr<NSView>> toMark;
-    for (const LayoutVariable variable : m_engine.changedVariables()) {
-        NSView* view = viewOf(m_engine.owner(variable));
-        NSView* placing = view == &m_root ? view : view->superview();
-        if (toMark.empty() || toMark.back().get() != placing)
-            toMark.push_back(shared(*placing));
-    }
-    for (const auto& view : toMark) {
-        if (!view->m_needsLayout)
-            view->setNeedsLayout(true);
-    }
+    Views result;
+    for (const LayoutVariable variable : m_engine.changedVariables())
+        addPlacing(*viewOf(m_engine.owner(variable)), result);
+    return result;
 }
 
 CGRect LayoutContext::solvedFrame(const NSView& view)
 {
     solve(); // whatever moves meanwhile is marked, not just moved
+    if (of(view) != this)
+        return view.frame(); // an override took it out of the tree
     const ViewVariables& variables = liveVariables(view);
     const CGSize size{m_engine.value(variables.width), m_engine.value(variables.height)};
     if (&view == &m_root)
@@ -374,6 +399,8 @@ CGRect LayoutContext::solvedFrame(const NSView& view)
 bool LayoutContext::isAmbiguous(const NSView& view)
 {
     solve();
+    if (of(view) != this)
+        return false;
     const ViewVariables& variables = liveVariables(view);
     for (const LayoutVariable variable : {variables.x, variables.y, variables.width, variables.height}) {
         if (variable.isValid() && m_engine.isAmbiguous(variable))
@@ -385,11 +412,14 @@ bool LayoutContext::isAmbiguous(const NSView& view)
 std::vector<NSLayoutConstraint*> LayoutContext::constraintsAffecting(const NSView& view, bool isVertical)
 {
     solve();
+    if (of(view) != this)
+        return {};
     const ViewVariables& variables = liveVariables(view);
     std::vector<NSLayoutConstraint*> result;
+    std::unordered_set<NSLayoutConstraint*> known;
     const auto add = [&](std::uint64_t tag) {
         NSLayoutConstraint* constraint = constraintOf(tag);
-        if (constraint && std::find(result.begin(), result.end(), constraint) == result.end())
+        if (constraint && known.insert(constraint).second)
             result.push_back(constraint);
     };
     const LayoutVariable position = isVertical ? variables.y : variables.x;
@@ -408,13 +438,6 @@ std::vector<NSLayoutConstraint*> LayoutContext::constraintsAffecting(const NSVie
             add(violation.constraint);
     }
     return result;
-}
-
-std::string LayoutContext::describeTag(std::uint64_t tag) const
-{
-    if (const NSLayoutConstraint* constraint = constraintOf(tag))
-        return constraint->description();
-    return "the frame of " + viewOf(tag)->description(); // of a view's own rows only these and ≥ 0 are required
 }
 
 void LayoutContext::reportConflicts()
@@ -438,8 +461,10 @@ CGSize LayoutContext::fittingSize(NSView& view, NSLayoutPriority priority)
                            engine.addVariable(0)};
     });
     LayoutRow row;
+    // Whatever is no stronger gives way, so it may as well not be there.
     const auto install = [&](const LayoutRow& installed) {
-        engine.addConstraint(installed.terms, installed.relation, installed.constant, installed.priority, 0);
+        if (installed.priority > priority)
+            engine.addConstraint(installed.terms, installed.relation, installed.constant, installed.priority, 0);
     };
     std::vector<NSLayoutConstraint*> constraints;
     forEachInTree(view, [&](NSView& current) {
@@ -456,15 +481,14 @@ CGSize LayoutContext::fittingSize(NSView& view, NSLayoutPriority priority)
         if (const ViewLayoutState* state = ViewLayoutState::of(current))
             state->forEachHeld([&](NSLayoutConstraint& constraint) { constraints.push_back(&constraint); });
     });
-    std::sort(constraints.begin(), constraints.end(),
-              [](const auto* left, const auto* right) { return left->m_activation < right->m_activation; });
+    std::sort(constraints.begin(), constraints.end(), &LayoutContext::wasActivatedBefore);
     for (const NSLayoutConstraint* constraint : constraints) {
         makeConstraintRow(*constraint, *constraint->holder(), variables, row);
         install(row);
     }
     const ViewVariables& asked = table.at(&view);
     for (const LayoutVariable extent : {asked.width, asked.height})
-        install({{{extent, 1}}, LayoutRelation::lessThanOrEqual, 0, priority});
+        engine.addConstraint(std::array{LayoutTerm{extent, 1}}, LayoutRelation::lessThanOrEqual, 0, priority, 0);
     return {engine.value(asked.width), engine.value(asked.height)};
 }
 

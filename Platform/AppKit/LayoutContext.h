@@ -2,6 +2,7 @@
 
 #include <AppKit/LayoutRows.h>
 #include <AppKit/ViewLayoutState.h>
+#include <AppKit/ViewQueue.h>
 #include <CoreGraphics/CGGeometry.h>
 
 #include <string>
@@ -14,10 +15,13 @@ class NSView;
 // The layout engine of one view tree, and what keeps the two in step: every view of the tree has variables and rows
 // in the engine, every active constraint a row. Made when the root is first laid out; from then on views and
 // constraints tell it what changes. Changes are noted, and the engine catches up in `solve`.
-class LayoutContext {
+//
+// Overrides of views run in the middle of a solve or a pass and may do anything: move views to other trees, end their
+// lives, put the root itself into another tree. So whoever holds a context over a call of an override asks again
+// afterwards whether a view is still its own.
+class LayoutContext : public std::enable_shared_from_this<LayoutContext> {
 public:
     explicit LayoutContext(NSView& root);
-    ~LayoutContext();
     LayoutContext(const LayoutContext&) = delete;
     LayoutContext& operator=(const LayoutContext&) = delete;
 
@@ -25,6 +29,10 @@ public:
     static LayoutContext* of(const NSView& view);
     // The context of the view's tree, made if need be, with every view taken in.
     static LayoutContext& ofTree(NSView& view);
+
+    // Lets every view go, for the root dies or is a root no longer. What a pass that is under way still does with
+    // the context has no effect.
+    void retire();
 
     // The tree changed. A new subtree is taken in before the next solve, or when a constraint needs it.
     void subtreeAdded(NSView& subtree);
@@ -38,7 +46,8 @@ public:
     void frameGiven(NSView& view); // its frame, mask or mask translation was set by the host
 
     // Brings the engine up to date and marks every view whose subviews' places changed as needing layout.
-    // Contradictions are reported on standard error, each once.
+    // Contradictions are reported on standard error, each once. Raises NSInvalidArgumentException when a view has an
+    // intrinsic size that is no number; that view's turn comes again in the next solve.
     void solve();
     bool needsSolve() const;
 
@@ -46,7 +55,7 @@ public:
     // origin that it has.
     CGRect solvedFrame(const NSView& view);
 
-    // Advances with every change that could change the size that the content needs.
+    // Above 0; advances with every change that could change the size that the content needs.
     std::uint64_t revision() const { return m_revision; }
 
     bool isAmbiguous(const NSView& view);
@@ -57,28 +66,30 @@ public:
     // count, and no context is disturbed.
     static CGSize fittingSize(NSView& view, NSLayoutPriority priority);
 
-    // How deep layout passes of this tree are nested, and whether one was already reported as never settling.
-    int passDepth = 0;
-    bool unsettledWasReported = false;
+    int passDepth = 0; // how deep layout passes of this tree are nested
 
 private:
+    using Views = std::vector<std::shared_ptr<NSView>>;
+
+    static bool wasActivatedBefore(NSLayoutConstraint* left, NSLayoutConstraint* right);
+    static void markForLayout(const Views& views);
     void takeInPending();
     void takeIn(NSView& subtree);
     void install(NSLayoutConstraint& constraint);
     void installOwnRow(NSView& view, ViewLayoutState::OwnRow kind, CGSize intrinsicSize);
     void updateOwnRow(NSView& view, ViewLayoutState::OwnRow kind, CGSize intrinsicSize);
     void updateIntrinsicSizes();
+    void removeRows(ViewLayoutState& state);
     void letGo(NSView& view);
-    void markChangedPlaces();
+    Views viewsWithMovedSubviews() const;
     void reportConflicts();
-    std::string describeTag(std::uint64_t tag) const;
 
     NSView& m_root;
     LayoutEngine m_engine;
     LayoutRow m_row; // kept for its memory
-    std::vector<NSView*> m_pendingSubtrees;
-    std::vector<NSView*> m_staleIntrinsicSizes;
-    std::uint64_t m_revision = 0;
+    ViewQueue m_pendingSubtrees{&ViewLayoutState::placeAmongPending};
+    ViewQueue m_staleIntrinsicSizes{&ViewLayoutState::placeAmongStale};
+    std::uint64_t m_revision = 1;
 };
 
 } // namespace RVCore

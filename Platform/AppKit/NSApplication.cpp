@@ -28,9 +28,12 @@ void NSApplication::run()
 {
     if (m_windows.empty() || m_isRunning)
         return;
-    m_isRunning = true;
+    struct Running { // also when an exception ends it
+        bool& flag;
+        explicit Running(bool& isRunning) : flag(isRunning) { flag = true; }
+        ~Running() { flag = false; }
+    } running(m_isRunning);
     Backend::shared().run();
-    m_isRunning = false;
 }
 
 void NSApplication::terminate()
@@ -39,13 +42,13 @@ void NSApplication::terminate()
         Backend::shared().stop();
 }
 
-void NSApplication::windowShown(const std::shared_ptr<NSWindow>& window)
+void NSApplication::windowShown(const std::shared_ptr<NSWindow>& window, AppKitKey)
 {
     if (std::find(m_windows.begin(), m_windows.end(), window) == m_windows.end())
         m_windows.push_back(window);
 }
 
-void NSApplication::windowClosed(NSWindow& window)
+void NSApplication::windowClosed(NSWindow& window, AppKitKey)
 {
     std::erase_if(m_windows, [&](const auto& open) { return open.get() == &window; });
     if (m_windows.empty())

@@ -1,12 +1,11 @@
 #pragma once
 
+#include <AppKit/AppKitKey.h>
 #include <Foundation/NSObject.h>
 
 #include <vector>
 
 namespace RVCore {
-
-class NSWindow;
 
 // The program as the desktop sees it: its windows and its run loop.
 class NSApplication : public NSObject {
@@ -23,11 +22,11 @@ public:
     // The windows that are open, in the order in which they were shown.
     const std::vector<std::shared_ptr<NSWindow>>& windows() const { return m_windows; }
 
-private:
-    friend class NSWindow;
-    void windowShown(const std::shared_ptr<NSWindow>& window);
-    void windowClosed(NSWindow& window);
+    // For AppKit's own classes.
+    void windowShown(const std::shared_ptr<NSWindow>& window, AppKitKey);
+    void windowClosed(NSWindow& window, AppKitKey);
 
+private:
     std::vector<std::shared_ptr<NSWindow>> m_windows;
     bool m_isRunning = false;
 };

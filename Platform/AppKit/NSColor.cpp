@@ -14,6 +14,15 @@ Class& NSColor::staticClass()
     return theClass;
 }
 
+void NSColor::init(const CGColor& color)
+{
+    for (const double component : {color.red, color.green, color.blue, color.alpha}) {
+        if (!(component >= 0 && component <= 1))
+            raiseInvalidArgument("NSColor.init", "components must lie between 0 and 1, got " + numberText(component));
+    }
+    m_color = color;
+}
+
 bool NSColor::isEqual(const NSObject& other) const
 {
     const auto* color = dynamic_cast<const NSColor*>(&other);
@@ -33,10 +42,6 @@ std::string NSColor::description() const
 
 std::shared_ptr<NSColor> makeColor(double red, double green, double blue, double alpha)
 {
-    for (const double component : {red, green, blue, alpha}) {
-        if (!(component >= 0 && component <= 1))
-            raiseInvalidArgument("makeColor", "components must lie between 0 and 1, got " + numberText(component));
-    }
     return make<NSColor>(CGColor{red, green, blue, alpha});
 }
 

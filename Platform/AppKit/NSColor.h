@@ -11,7 +11,8 @@ class NSColor : public NSObject {
 
 public:
     using NSObject::init;
-    void init(const CGColor& color) { m_color = color; }
+    // Components from 0 to 1; others raise NSInvalidArgumentException.
+    void init(const CGColor& color);
 
     const CGColor& cgColor() const { return m_color; }
 

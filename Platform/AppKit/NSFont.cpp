@@ -5,11 +5,16 @@ namespace RVCore {
 
 namespace {
 
-std::shared_ptr<NSFont> makeSystemFont(std::string_view operation, CGFloat size, bool bold, bool monospacedDigits)
+void requireFontSize(std::string_view operation, CGFloat size)
 {
     requireFinite(operation, "size", size);
     if (size <= 0)
         raiseInvalidArgument(operation, "size must be above 0, got " + numberText(size));
+}
+
+std::shared_ptr<NSFont> makeSystemFont(std::string_view operation, CGFloat size, bool bold, bool monospacedDigits)
+{
+    requireFontSize(operation, size);
     return make<NSFont>(FontDescription{{}, size, bold, monospacedDigits});
 }
 
@@ -22,8 +27,16 @@ Class& NSFont::staticClass()
         publish.classMethod("systemFontOfSize:", [](const Class&, CGFloat size) { return systemFontOfSize(size); });
         publish.classMethod("boldSystemFontOfSize:",
                             [](const Class&, CGFloat size) { return boldSystemFontOfSize(size); });
+        publish.classMethod("monospacedDigitSystemFontOfSize:",
+                            [](const Class&, CGFloat size) { return monospacedDigitSystemFontOfSize(size); });
     });
     return theClass;
+}
+
+void NSFont::init(const FontDescription& font)
+{
+    requireFontSize("NSFont.init", font.size);
+    m_font = font;
 }
 
 bool NSFont::isEqual(const NSObject& other) const

@@ -11,7 +11,8 @@ class NSFont : public NSObject {
 
 public:
     using NSObject::init;
-    void init(FontDescription font) { m_font = std::move(font); }
+    // Raises NSInvalidArgumentException unless the size is finite and above 0.
+    void init(const FontDescription& font);
 
     const FontDescription& fontDescription() const { return m_font; }
     CGFloat pointSize() const { return m_font.size; }

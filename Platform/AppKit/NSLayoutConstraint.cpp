@@ -119,7 +119,7 @@ NSLayoutConstraint::~NSLayoutConstraint()
 {
     for (int item = 0; item < 2; ++item) {
         if (m_items[item])
-            ViewLayoutState::make(*m_items[item]).removeReference(*this, item);
+            ViewLayoutState::of(*m_items[item])->removeReference(*this, item);
         m_items[item] = nullptr;
     }
 }
@@ -129,6 +129,8 @@ void NSLayoutConstraint::init(NSView& firstItem, NSLayoutAttribute firstAttribut
                               double constant)
 {
     constexpr std::string_view operation = "NSLayoutConstraint.init";
+    if (m_attributes[0] != NSLayoutAttribute::notAnAttribute)
+        raiseInvalidArgument(operation, description() + " has been initialised before");
     const AttributeKind firstKind = kindOf(firstAttribute), secondKind = kindOf(secondAttribute);
     if (firstKind == AttributeKind::unknown || secondKind == AttributeKind::unknown)
         raiseInvalidArgument(operation,
@@ -184,11 +186,11 @@ void NSLayoutConstraint::setPriority(NSLayoutPriority priority)
 
 void NSLayoutConstraint::rowChanged()
 {
-    if (!m_holder)
+    if (!isActive())
         return;
-    if (LayoutContext* context = LayoutContext::of(*m_holder))
+    if (LayoutContext* context = LayoutContext::of(*holder()))
         context->constraintChanged(*this);
-    m_holder->requestFrame();
+    holder()->setNeedsDisplay(true);
 }
 
 std::string NSLayoutConstraint::identifier() const
@@ -207,26 +209,26 @@ void NSLayoutConstraint::setActive(bool active)
         return;
     if (!active) {
         const auto alive = shared(*this); // the holder may have the last reference
-        NSView& holder = *m_holder;
-        if (LayoutContext* context = LayoutContext::of(holder))
+        NSView& oldHolder = *holder();
+        if (LayoutContext* context = LayoutContext::of(oldHolder))
             context->constraintWillBeDeactivated(*this);
-        ViewLayoutState::of(holder)->release(*this);
-        holder.requestFrame();
+        ViewLayoutState::of(oldHolder)->release(*this);
+        oldHolder.setNeedsDisplay(true);
         return;
     }
     const bool hasSecondItem = m_attributes[1] != NSLayoutAttribute::notAnAttribute;
     if (!m_items[0] || (hasSecondItem && !m_items[1]))
         raiseInvalidArgument("NSLayoutConstraint.setActive:", "a view of the constraint no longer exists");
-    NSView* holder = hasSecondItem ? commonAncestor(*m_items[0], *m_items[1]) : m_items[0];
-    if (!holder)
+    NSView* newHolder = hasSecondItem ? commonAncestor(*m_items[0], *m_items[1]) : m_items[0];
+    if (!newHolder)
         raiseInvalidArgument("NSLayoutConstraint.setActive:", m_items[0]->description() + " and " +
                                                                   m_items[1]->description() +
                                                                   " have no common ancestor");
-    m_activation = nextActivation();
-    ViewLayoutState::make(*holder).hold(*this);
-    if (LayoutContext* context = LayoutContext::of(*holder))
+    m_bookkeeping.activation = nextActivation();
+    ViewLayoutState::make(*newHolder).hold(*this);
+    if (LayoutContext* context = LayoutContext::of(*newHolder))
         context->constraintActivated(*this);
-    holder->requestFrame();
+    newHolder->setNeedsDisplay(true);
 }
 
 std::string NSLayoutConstraint::description() const

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <AppKit/Forward.h>
+#include <AppKit/AppKitKey.h>
 #include <Foundation/NSObject.h>
 #include <LayoutEngine/LayoutEngine.h>
 
@@ -39,17 +39,18 @@ void requireLayoutNumber(std::string_view operation, std::string_view name, doub
 
 //     firstItem.firstAttribute  relation  multiplier × secondItem.secondAttribute + constant
 // Without a second item, the first attribute is held against the constant alone. Active, it belongs to the nearest
-// common ancestor of its items, which owns it. It does not own its items: when one of them dies, it becomes
-// inactive for good.
+// common ancestor of its items, which owns it; positions count from that view's top left corner. It does not own its
+// items: when one of them dies, it becomes inactive for good.
 class NSLayoutConstraint final : public NSObject {
     RVCORE_CLASS(NSLayoutConstraint)
 
 public:
     ~NSLayoutConstraint() override;
 
-    // Raises NSInvalidArgumentException for values that are not finite, for a first item or attribute that is not
-    // there, for a second attribute without a second item or the other way round, for a position without a second
-    // item, and for attributes of different kinds (a position and an extent, a horizontal and a vertical position).
+    // Once per object. Raises NSInvalidArgumentException for values that are not finite, for a first item or
+    // attribute that is not there, for a second attribute without a second item or the other way round, for a
+    // position without a second item, and for attributes of different kinds (a position and an extent, a horizontal
+    // and a vertical position).
     using NSObject::init;
     void init(NSView& firstItem, NSLayoutAttribute firstAttribute, NSLayoutRelation relation, NSView* secondItem,
               NSLayoutAttribute secondAttribute, double multiplier, double constant);
@@ -72,29 +73,33 @@ public:
 
     // Activating raises NSInvalidArgumentException when the items have no common ancestor or one has died;
     // activating twice or deactivating twice does nothing.
-    bool isActive() const { return m_holder != nullptr; }
+    bool isActive() const { return m_bookkeeping.holder != nullptr; }
     void setActive(bool active);
     // The view that owns the constraint while it is active, else null.
-    NSView* holder() const { return m_holder; }
+    NSView* holder() const { return m_bookkeeping.holder; }
 
     // "<NSLayoutConstraint: 0x… NSView.left == NSView.right + 8 @749 'chain'>"
     std::string description() const override;
 
-private:
-    friend class LayoutContext;
-    friend class ViewLayoutState; // keeps the places below, so that taking a constraint out needs no search
+    // For AppKit's own classes: where the constraint is entered, so that taking it out needs no search.
+    struct Bookkeeping {
+        NSView* holder = nullptr;
+        std::uint64_t activation = 0; // which activation of the program this was: the order of installation
+        LayoutConstraintHandle handle;
+        std::uint32_t placeInHolder = 0;
+        std::uint32_t placeInItem[2] = {};
+    };
+    Bookkeeping& bookkeeping(AppKitKey) { return m_bookkeeping; }
+    void forgetItem(int item, AppKitKey) { m_items[item] = nullptr; } // it dies
 
+private:
     void rowChanged(); // its constant or priority
 
     NSView* m_items[2] = {};
-    NSView* m_holder = nullptr;
+    Bookkeeping m_bookkeeping;
     double m_multiplier = 1;
     double m_constant = 0;
     std::shared_ptr<const std::string> m_identifier;
-    LayoutConstraintHandle m_handle;
-    std::uint64_t m_activation = 0; // which activation of the program this was: the order of installation
-    std::uint32_t m_placeInItem[2] = {};
-    std::uint32_t m_placeInHolder = 0;
     NSLayoutPriority m_priority = NSLayoutPriorityRequired;
     NSLayoutAttribute m_attributes[2] = {};
     NSLayoutRelation m_relation = NSLayoutRelation::equal;

@@ -3,6 +3,7 @@
 #include <AppKit/NSTextField.h>
 #include <Backend/Backend.h>
 #include <CoreGraphics/Canvas.h>
+#include <Foundation/NSCoder.h>
 #include <Foundation/NSException.h>
 
 namespace RVCore {
@@ -33,6 +34,35 @@ void NSTextField::init(const CGRect& frame)
 {
     NSView::init(frame);
     m_text.color = defaultTextColor;
+}
+
+void NSTextField::encode(NSCoder& coder) const
+{
+    NSView::encode(coder);
+    coder.encode("text", m_text.text);
+    coder.encode("fontFamily", m_text.font.family);
+    coder.encode("fontSize", m_text.font.size);
+    coder.encode("bold", m_text.font.bold);
+    coder.encode("monospacedDigits", m_text.font.monospacedDigits);
+    coder.encode("textColor", m_text.color);
+    coder.encode("alignment", static_cast<int>(m_text.alignment));
+    coder.encode("lineBreakMode", static_cast<int>(m_text.lineBreakMode));
+    coder.encode("maximumNumberOfLines", m_text.maximumNumberOfLines);
+    coder.encode("preferredMaxLayoutWidth", m_preferredMaxLayoutWidth);
+}
+
+void NSTextField::init(NSCoder& coder)
+{
+    NSView::init(coder);
+    setStringValue(coder.decode<std::string>("text"));
+    const FontDescription font{coder.decode<std::string>("fontFamily"), coder.decode<CGFloat>("fontSize"),
+                               coder.decode<bool>("bold"), coder.decode<bool>("monospacedDigits")};
+    setFont(make<NSFont>(font));
+    setTextColor(make<NSColor>(coder.decode<CGColor>("textColor")));
+    setAlignment(coder.decode<NSTextAlignment>("alignment"));
+    setLineBreakMode(coder.decode<NSLineBreakMode>("lineBreakMode"));
+    setMaximumNumberOfLines(coder.decode<int>("maximumNumberOfLines"));
+    setPreferredMaxLayoutWidth(coder.decode<CGFloat>("preferredMaxLayoutWidth"));
 }
 
 void NSTextField::setStringValue(const std::string& text)
@@ -102,7 +132,10 @@ void NSTextField::setMaximumNumberOfLines(int count)
 
 void NSTextField::setPreferredMaxLayoutWidth(CGFloat width)
 {
-    requireFinite("NSTextField.setPreferredMaxLayoutWidth:", "width", width);
+    constexpr std::string_view operation = "NSTextField.setPreferredMaxLayoutWidth:";
+    requireLayoutNumber(operation, "width", width);
+    if (width < 0)
+        raiseInvalidArgument(operation, "the width must not be negative, got " + numberText(width));
     if (m_preferredMaxLayoutWidth == width)
         return;
     m_preferredMaxLayoutWidth = width;
@@ -111,30 +144,28 @@ void NSTextField::setPreferredMaxLayoutWidth(CGFloat width)
 
 void NSTextField::textChanged()
 {
-    m_measuredSize.reset();
+    m_measured.reset();
     invalidateIntrinsicContentSize();
     setNeedsDisplay(true);
 }
 
 CGSize NSTextField::intrinsicContentSize() const
 {
-    if (m_measuredSize)
-        return *m_measuredSize;
+    if (m_measured)
+        return m_measured->size;
     Backend& backend = Backend::shared();
-    const bool followsLayout = m_text.wraps() && m_preferredMaxLayoutWidth == 0;
+    const CGFloat width = frame().size.width;
     CGSize size = backend.measureText(m_text, m_text.wraps() ? m_preferredMaxLayoutWidth : 0).size;
-    if (followsLayout && frame().size.width > 0 && frame().size.width < size.width)
-        size.height = backend.measureText(m_text, frame().size.width).size.height;
-    m_measuredSize = size;
+    if (followsLayout() && width > 0 && width < size.width)
+        size.height = backend.measureText(m_text, width).size.height;
+    m_measured = {size, width};
     return size;
 }
 
 void NSTextField::frameSizeDidChange()
 {
-    if (m_text.wraps() && m_preferredMaxLayoutWidth == 0 && frame().size.width != m_laidOutWidth) {
-        m_laidOutWidth = frame().size.width;
+    if (followsLayout() && !(m_measured && m_measured->layoutWidth == frame().size.width))
         textChanged(); // the height follows
-    }
 }
 
 void NSTextField::draw(Canvas& canvas, const CGRect&)

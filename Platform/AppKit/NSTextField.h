@@ -12,13 +12,15 @@ class NSFont;
 
 // Text in a view: one line, or as many as it takes when it wraps. Its intrinsic size comes from the desktop's text
 // metrics. Wrapping text is set at `preferredMaxLayoutWidth`; while that is 0, the intrinsic width is that of the
-// longest unbroken line, and the height follows the width that layout gives.
+// longest unbroken line, and the height follows the width that layout gives. The text and how it is set are archived.
 class NSTextField : public NSView {
     RVCORE_CLASS(NSTextField)
 
 public:
     using NSView::init;
     void init(const CGRect& frame) override;
+    void init(NSCoder& coder) override;
+    void encode(NSCoder& coder) const override;
 
     const std::string& stringValue() const { return m_text.text; }
     void setStringValue(const std::string& text);
@@ -33,7 +35,7 @@ public:
     int maximumNumberOfLines() const { return m_text.maximumNumberOfLines; }      // default 0: no limit
     void setMaximumNumberOfLines(int count);                                      // at least 0
     CGFloat preferredMaxLayoutWidth() const { return m_preferredMaxLayoutWidth; } // default 0
-    void setPreferredMaxLayoutWidth(CGFloat width);
+    void setPreferredMaxLayoutWidth(CGFloat width);                               // at least 0
 
     CGSize intrinsicContentSize() const override;
     bool isFlipped() const override { return true; }
@@ -43,12 +45,17 @@ protected:
     void frameSizeDidChange() override;
 
 private:
+    struct Measured {
+        CGSize size;
+        CGFloat layoutWidth; // that the view had then
+    };
+
+    bool followsLayout() const { return m_text.wraps() && m_preferredMaxLayoutWidth == 0; }
     void textChanged();
 
     TextDescription m_text;
     CGFloat m_preferredMaxLayoutWidth = 0;
-    mutable std::optional<CGSize> m_measuredSize; // of the present text at the present wrapping width
-    CGFloat m_laidOutWidth = 0;                   // that the height of wrapping text was asked for
+    mutable std::optional<Measured> m_measured; // of the present text
 };
 
 // A label: text that is shown, not edited, on no background.

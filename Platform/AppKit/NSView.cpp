@@ -40,6 +40,21 @@ Class& NSView::staticClass()
         publish.readOnlyProperty("bounds", &NSView::bounds);
         publish.method("setBoundsOrigin:", &NSView::setBoundsOrigin);
         publish.readOnlyProperty("isFlipped", &NSView::isFlipped);
+        publish.method("convertPoint:toView:", [](NSView& self, CGPoint point, const std::shared_ptr<NSView>& view) {
+            return self.convertPointTo(point, view.get());
+        });
+        publish.method("convertPoint:fromView:",
+                       [](NSView& self, CGPoint point, const std::shared_ptr<NSView>& view) {
+                           return self.convertPointFrom(point, view.get());
+                       });
+        publish.method("convertRect:toView:",
+                       [](NSView& self, const CGRect& rect, const std::shared_ptr<NSView>& view) {
+                           return self.convertRectTo(rect, view.get());
+                       });
+        publish.method("convertRect:fromView:",
+                       [](NSView& self, const CGRect& rect, const std::shared_ptr<NSView>& view) {
+                           return self.convertRectFrom(rect, view.get());
+                       });
         publish.readOnlyProperty("superview",
                                  [](NSView& self) { return self.superview() ? shared(*self.superview()) : nullptr; });
         publish.readOnlyProperty("subviews", &NSView::subviews);
@@ -112,42 +127,55 @@ void NSView::init(const CGRect& frame)
 void NSView::setFrame(const CGRect& frame)
 {
     requireLayoutRect("NSView.setFrame:", frame);
-    const CGSize oldSize = m_frame.size;
-    storeFrame(frame);
-    if (oldSize != frame.size)
-        resizeSubviews(oldSize);
-    if (LayoutContext* context = LayoutContext::of(*this))
-        context->frameGiven(*this);
+    const CGRect oldFrame = m_frame;
+    m_frame = frame;
+    // Of a root also when the frame is equal: its content may have made that of a smaller one that it was given.
+    if (oldFrame != frame || !m_superview)
+        frameRowsChanged();
+    if (oldFrame == frame)
+        return;
+    if (oldFrame.size != frame.size)
+        resizeSubviews(oldFrame.size);
+    frameChanged(oldFrame);
 }
 
 void NSView::storeFrame(const CGRect& frame)
 {
-    if (m_frame == frame)
-        return;
-    const bool isResized = m_frame.size != frame.size;
+    const CGRect oldFrame = m_frame;
     m_frame = frame;
+    if (oldFrame != frame)
+        frameChanged(oldFrame);
+}
+
+void NSView::frameChanged(const CGRect& oldFrame)
+{
     syncLayerGeometry();
     requestFrame();
-    if (isResized) {
+    if (oldFrame.size != m_frame.size) {
         setNeedsLayout(true);
         frameSizeDidChange();
     }
 }
 
-// Outside a layout pass, subviews whose masks stretch follow at once; constraints see to it within one.
+// Outside a layout pass, subviews whose masks stretch follow at once; constraints see to it within one. The rows that
+// say how they follow stay as they are.
 void NSView::resizeSubviews(CGSize oldSize)
 {
-    for (std::size_t i = 0; i < m_subviews.size(); ++i) {
-        const auto subview = m_subviews[i];
+    const auto subviews = m_subviews; // overrides may change the list
+    for (const auto& subview : subviews) {
         if (!subview->m_translatesMask || subview->m_autoresizingMask == NSAutoresizingMask::none)
             continue;
-        subview->setFrame(frameAfterAutoresizing(*subview, oldSize, m_frame.size));
+        const CGSize oldSubviewSize = subview->m_frame.size;
+        subview->storeFrame(frameAfterAutoresizing(*subview, oldSize, m_frame.size));
+        if (subview->m_frame.size != oldSubviewSize)
+            subview->resizeSubviews(oldSubviewSize);
     }
 }
 
 void NSView::setBoundsOrigin(CGPoint origin)
 {
-    requireFinite("NSView.setBoundsOrigin:", "origin", origin);
+    requireLayoutNumber("NSView.setBoundsOrigin:", "origin.x", origin.x);
+    requireLayoutNumber("NSView.setBoundsOrigin:", "origin.y", origin.y);
     if (m_boundsOrigin == origin)
         return;
     m_boundsOrigin = origin;
@@ -160,16 +188,16 @@ CGPoint NSView::pointInSuperview(CGPoint point) const
     CGPoint fromTop{point.x - m_boundsOrigin.x, point.y - m_boundsOrigin.y};
     if (!isFlipped())
         fromTop = mirrored(fromTop, m_frame.size.height);
-    if (m_superview && !m_superview->isFlipped())
-        return {m_frame.minX() + fromTop.x, m_frame.maxY() - fromTop.y};
-    return {m_frame.minX() + fromTop.x, m_frame.minY() + fromTop.y};
+    if (m_superview && m_superview->isFlipped())
+        return {m_frame.minX() + fromTop.x, m_frame.minY() + fromTop.y};
+    return {m_frame.minX() + fromTop.x, m_frame.maxY() - fromTop.y};
 }
 
 CGPoint NSView::pointFromSuperview(CGPoint point) const
 {
-    CGPoint fromTop{point.x - m_frame.minX(), point.y - m_frame.minY()};
-    if (m_superview && !m_superview->isFlipped())
-        fromTop.y = m_frame.maxY() - point.y;
+    CGPoint fromTop{point.x - m_frame.minX(), m_frame.maxY() - point.y};
+    if (m_superview && m_superview->isFlipped())
+        fromTop.y = point.y - m_frame.minY();
     if (!isFlipped())
         fromTop = mirrored(fromTop, m_frame.size.height);
     return {fromTop.x + m_boundsOrigin.x, fromTop.y + m_boundsOrigin.y};
@@ -240,6 +268,8 @@ void NSView::insertSubview(const std::shared_ptr<NSView>& view, std::size_t inde
         raiseInvalidArgument("NSView.addSubview:",
                              view->description() + " cannot be put into " +
                                  (view.get() == this ? "itself" : "its own descendant " + description()));
+    if (view->m_hostWindow)
+        raiseInvalidArgument("NSView.addSubview:", view->description() + " is a window's content view");
     const auto kept = view; // the argument may be an element of the list that it is taken out of
     if (kept->m_superview == this) {
         const auto place = std::find(m_subviews.begin(), m_subviews.end(), kept);
@@ -248,22 +278,22 @@ void NSView::insertSubview(const std::shared_ptr<NSView>& view, std::size_t inde
         requestFrame();
         return;
     }
-    kept->removeFromSuperview();
+    kept->leaveSuperview();
     attach(kept, std::min(index, m_subviews.size()));
 }
 
 void NSView::attach(const std::shared_ptr<NSView>& view, std::size_t index)
 {
     if (view->m_layoutState)
-        view->m_layoutState->ownedContext.reset(); // it was laid out as a root of its own
+        view->m_layoutState->dropContext(); // it was laid out as a root of its own
     view->m_superview = this;
     m_subviews.insert(m_subviews.begin() + static_cast<std::ptrdiff_t>(index), view);
     if (LayoutContext* context = LayoutContext::of(*this))
         context->subtreeAdded(*view);
-    if (view->m_needsLayout || view->m_descendantNeedsLayout)
-        view->markAncestors(&NSView::m_descendantNeedsLayout);
-    if (view->m_needsUpdateConstraints || view->m_descendantNeedsUpdateConstraints)
-        view->markAncestors(&NSView::m_descendantNeedsUpdateConstraints);
+    if (view->m_marks.layout || view->m_marks.descendantLayout)
+        view->markAncestors(&LayoutMarks::descendantLayout);
+    if (view->m_marks.updateConstraints || view->m_marks.descendantUpdateConstraints)
+        view->markAncestors(&LayoutMarks::descendantUpdateConstraints);
     requestFrame();
     view->didMoveToSuperview();
 }
@@ -273,39 +303,47 @@ void NSView::removeFromSuperview()
     if (!m_superview)
         return;
     const auto alive = shared(*this);
-    NSView& superview = *m_superview;
-    if (NSWindow* host = window())
-        host->contentViewWillDetach(*this);
-    detach();
-    const auto place = std::find(superview.m_subviews.begin(), superview.m_subviews.end(), alive);
-    superview.m_subviews.erase(place);
-    superview.requestFrame();
+    leaveSuperview();
     didMoveToSuperview();
 }
 
-void NSView::detach()
+void NSView::leaveSuperview()
 {
-    std::vector<NSView*> open{this};
+    if (!m_superview)
+        return;
+    NSView& superview = *m_superview;
+    if (NSWindow* host = window())
+        host->subtreeWillLeave(*this, {});
+    takeOutCrossingConstraints();
+    if (LayoutContext* context = LayoutContext::of(superview))
+        context->subtreeWillBeRemoved(*this);
+    m_superview = nullptr;
+    const auto place = std::find_if(superview.m_subviews.begin(), superview.m_subviews.end(),
+                                    [this](const auto& subview) { return subview.get() == this; });
+    superview.m_subviews.erase(place);
+    superview.requestFrame();
+}
+
+// Those of views above that refer to this view or to anything in it.
+void NSView::takeOutCrossingConstraints()
+{
+    std::vector<std::shared_ptr<NSLayoutConstraint>> crossing;
+    std::vector<const NSView*> open{this};
     while (!open.empty()) {
-        NSView& view = *open.back();
+        const NSView& view = *open.back();
         open.pop_back();
         for (const auto& subview : view.m_subviews)
             open.push_back(subview.get());
         if (!view.m_layoutState)
             continue;
-        const auto references = view.m_layoutState->references(); // a copy: deactivating may end a constraint
-        std::vector<std::shared_ptr<NSLayoutConstraint>> crossing;
-        for (NSLayoutConstraint* constraint : references) {
+        for (NSLayoutConstraint* constraint : view.m_layoutState->references()) {
             const NSView* holder = constraint->holder();
             if (holder && holder != this && isDescendantOf(*holder))
                 crossing.push_back(shared(*constraint));
         }
-        for (const auto& constraint : crossing)
-            constraint->setActive(false);
     }
-    if (LayoutContext* context = LayoutContext::of(*m_superview))
-        context->subtreeWillBeRemoved(*this);
-    m_superview = nullptr;
+    for (const auto& constraint : crossing)
+        constraint->setActive(false);
 }
 
 bool NSView::isDescendantOf(const NSView& view) const
@@ -323,6 +361,12 @@ NSView& NSView::rootView()
     while (current->m_superview)
         current = current->m_superview;
     return *current;
+}
+
+void NSView::setHostWindow(NSWindow* window, AppKitKey)
+{
+    m_hostWindow = window;
+    frameRowsChanged(); // a window's content is held by the window's size, any other root by its own frame
 }
 
 NSWindow* NSView::window() const
@@ -402,7 +446,7 @@ void NSView::setIdentifier(const std::string& identifier)
 void NSView::requestFrame()
 {
     if (NSWindow* host = window())
-        host->contentNeedsFrame();
+        host->contentNeedsFrame({});
 }
 
 } // namespace RVCore

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <AppKit/AppKitKey.h>
 #include <AppKit/NSLayoutConstraint.h>
 #include <AppKit/NSResponder.h>
 #include <CoreGraphics/CGAffineTransform.h>
@@ -12,7 +13,6 @@
 namespace RVCore {
 
 class Canvas;
-class ViewLayoutState;
 
 // Which parts of a view's placement stretch with its superview when its mask is translated into constraints.
 enum class NSAutoresizingMask : std::uint8_t {
@@ -41,8 +41,7 @@ inline constexpr CGFloat NSViewNoIntrinsicMetric = -1.0;
 // A rectangle in a tree of rectangles: it has a place in its superview, draws itself, is laid out by constraints.
 //
 //   frame   place and size in the superview's coordinates      A view has its origin at the bottom left, y upward,
-//   bounds  the view's own coordinates: size of the frame,     unless it is flipped: then at the top left, y
-//   downward.
+//   bounds  the view's own coordinates: size of the frame,     unless it is flipped: then at the top left, y down.
 //           origin (0, 0) unless scrolled
 //
 // A superview holds its subviews; the way back does not own. Layout positions are frames: scrolling a view by its
@@ -70,15 +69,16 @@ public:
     CGRect bounds() const { return {m_boundsOrigin, m_frame.size}; }
     void setBoundsOrigin(CGPoint origin);
     virtual bool isFlipped() const { return false; }
-    // Between this view's coordinates and another view's; null stands for the root view's frame coordinates. Raises
-    // NSInvalidArgumentException for a view of another tree.
+    // Between this view's coordinates and another view's; null stands for what the root's frame is in, the window's
+    // coordinates: y upward. Raises NSInvalidArgumentException for a view of another tree.
     CGPoint convertPointTo(CGPoint point, const NSView* view) const;
     CGPoint convertPointFrom(CGPoint point, const NSView* view) const;
     CGRect convertRectTo(const CGRect& rect, const NSView* view) const;
     CGRect convertRectFrom(const CGRect& rect, const NSView* view) const;
 
     // Tree. Adding a view takes it out of the superview it had; adding it to the one it is in moves it to the end.
-    // Adding a view to itself or to one of its descendants raises NSInvalidArgumentException.
+    // Adding a view to itself or to one of its descendants, or a window's content view, raises
+    // NSInvalidArgumentException.
     NSView* superview() const { return m_superview; }
     const std::vector<std::shared_ptr<NSView>>& subviews() const { return m_subviews; }
     void addSubview(const std::shared_ptr<NSView>& view);
@@ -134,41 +134,52 @@ public:
     // The layout pass. `layout` puts the subviews where the constraints say; overrides call it first. The setter is
     // called by the platform, too: with true for a view whose size or whose subviews' places changed, with false
     // before `layout`.
-    virtual bool needsLayout() const { return m_needsLayout; }
+    virtual bool needsLayout() const { return m_marks.layout; }
     virtual void setNeedsLayout(bool needsLayout);
-    bool needsUpdateConstraints() const { return m_needsUpdateConstraints; }
+    bool needsUpdateConstraints() const { return m_marks.updateConstraints; }
     virtual void setNeedsUpdateConstraints(bool needsUpdate);
     virtual void layout();
     virtual void updateConstraints();
     void updateConstraintsForSubtreeIfNeeded();
     // Updates constraints from the leaves up, solves, and lays out this subtree from the top down, until nothing is
-    // marked. A tree that never settles is reported once on standard error and left as it is.
+    // marked. A tree that never settles is reported once on standard error and left as it is. What an override raises
+    // passes through; its view stays marked.
     void layoutSubtreeIfNeeded();
 
     // A name of the host's own, for dumps and look-ups. Default empty.
     const std::string& identifier() const;
     void setIdentifier(const std::string& identifier);
 
+    // For AppKit's own classes.
+    struct LayoutMarks {
+        bool layout = true;
+        bool updateConstraints = true;
+        bool descendantLayout = false;
+        bool descendantUpdateConstraints = false;
+    };
+    LayoutMarks& layoutMarks(AppKitKey) { return m_marks; }
+    const std::unique_ptr<ViewLayoutState>& layoutState(AppKitKey) const { return m_layoutState; }
+    std::unique_ptr<ViewLayoutState>& layoutState(AppKitKey) { return m_layoutState; }
+    void takeSolvedFrame(const CGRect& frame, AppKitKey) { storeFrame(frame); }
+    void setHostWindow(NSWindow* window, AppKitKey);
+
 protected:
     // Makes the layer of a view that becomes layer-backed.
     virtual std::shared_ptr<CALayer> makeBackingLayer();
     // After the size changed, by layout or by the host.
     virtual void frameSizeDidChange() {}
+    // Once per change, when it is complete; a move tells of the new superview only.
     virtual void didMoveToSuperview() {}
 
 private:
-    friend class LayoutContext;
-    friend class LayoutPass;
-    friend class NSLayoutConstraint;
-    friend class NSWindow;
-    friend class ViewLayoutState;
-
     void attach(const std::shared_ptr<NSView>& view, std::size_t index);
-    void detach();
+    void leaveSuperview();
+    void takeOutCrossingConstraints();
     void storeFrame(const CGRect& frame);
+    void frameChanged(const CGRect& oldFrame);
     void resizeSubviews(CGSize oldSize);
     void syncLayerGeometry();
-    void markAncestors(bool NSView::*flag);
+    void markAncestors(bool LayoutMarks::*mark);
     void requestFrame();
     void setContentPriority(NSLayoutPriority& field, NSLayoutPriority priority,
                             NSLayoutConstraintOrientation orientation);
@@ -193,10 +204,7 @@ private:
     NSAutoresizingMask m_autoresizingMask = NSAutoresizingMask::none;
     bool m_translatesMask = true;
     bool m_isHidden = false;
-    bool m_needsLayout = true;
-    bool m_needsUpdateConstraints = true;
-    bool m_descendantNeedsLayout = false;
-    bool m_descendantNeedsUpdateConstraints = false;
+    LayoutMarks m_marks;
 };
 
 } // namespace RVCore

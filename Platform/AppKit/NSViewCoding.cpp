@@ -4,24 +4,38 @@
 #include <QuartzCore/CALayer.h>
 
 #include <algorithm>
+#include <unordered_map>
 
 namespace RVCore {
 
 namespace {
 
-// Where a view lies below another one: the index of the subview to take at each step.
-Value::Array pathTo(const NSView& view, const NSView& ancestor)
-{
-    Value::Array path;
-    for (const NSView* current = &view; current != &ancestor; current = current->superview()) {
-        const auto& siblings = current->superview()->subviews();
-        const auto place = std::find_if(siblings.begin(), siblings.end(),
-                                        [&](const auto& sibling) { return sibling.get() == current; });
-        path.emplace_back(place - siblings.begin());
+// Finds where views lie below an ancestor.
+class Places {
+public:
+    // The index of the subview to take at each step down from the ancestor.
+    Value::Array pathTo(const NSView& view, const NSView& ancestor)
+    {
+        Value::Array path;
+        for (const NSView* current = &view; current != &ancestor; current = current->superview())
+            path.emplace_back(indexOf(*current));
+        std::reverse(path.begin(), path.end());
+        return path;
     }
-    std::reverse(path.begin(), path.end());
-    return path;
-}
+
+private:
+    std::size_t indexOf(const NSView& view)
+    {
+        const auto& siblings = view.superview()->subviews();
+        if (!m_indices.contains(&view)) {
+            for (std::size_t index = 0; index < siblings.size(); ++index)
+                m_indices[siblings[index].get()] = index;
+        }
+        return m_indices.at(&view);
+    }
+
+    std::unordered_map<const NSView*, std::size_t> m_indices; // of all siblings of a view once asked for
+};
 
 NSView& viewAt(NSView& ancestor, const Value& path)
 {
@@ -34,10 +48,10 @@ NSView& viewAt(NSView& ancestor, const Value& path)
     return *view;
 }
 
-Value encodedConstraint(const NSLayoutConstraint& constraint, const NSView& holder)
+Value encodedConstraint(const NSLayoutConstraint& constraint, const NSView& holder, Places& places)
 {
     Value::Dictionary fields{
-        {"first", pathTo(*constraint.firstItem(), holder)},
+        {"first", places.pathTo(*constraint.firstItem(), holder)},
         {"firstAttribute", static_cast<int>(constraint.firstAttribute())},
         {"relation", static_cast<int>(constraint.relation())},
         {"secondAttribute", static_cast<int>(constraint.secondAttribute())},
@@ -47,7 +61,7 @@ Value encodedConstraint(const NSLayoutConstraint& constraint, const NSView& hold
         {"identifier", constraint.identifier()},
     };
     if (constraint.secondItem())
-        fields["second"] = pathTo(*constraint.secondItem(), holder);
+        fields["second"] = places.pathTo(*constraint.secondItem(), holder);
     return fields;
 }
 
@@ -85,9 +99,10 @@ void NSView::encode(NSCoder& coder) const
                  Value::Array{m_compressionResistancePriorities[0], m_compressionResistancePriorities[1]});
     coder.encode("identifier", identifier());
     coder.encode("subviews", ValueConversion<std::vector<std::shared_ptr<NSView>>>::wrap(m_subviews));
+    Places places;
     Value::Array encodedConstraints;
     for (const auto& constraint : constraints())
-        encodedConstraints.push_back(encodedConstraint(*constraint, *this));
+        encodedConstraints.push_back(encodedConstraint(*constraint, *this, places));
     coder.encode("constraints", encodedConstraints);
 }
 

@@ -126,13 +126,13 @@ bool NSView::hasAmbiguousLayout()
     return LayoutContext::ofTree(*this).isAmbiguous(*this);
 }
 
-void NSView::markAncestors(bool NSView::*flag)
+void NSView::markAncestors(bool LayoutMarks::*mark)
 {
     NSView* top = this;
     for (NSView* view = m_superview; view; view = view->m_superview) {
-        if (view->*flag)
+        if (view->m_marks.*mark)
             return; // and so have all above it, and a frame is on its way
-        view->*flag = true;
+        view->m_marks.*mark = true;
         top = view;
     }
     top->requestFrame();
@@ -140,16 +140,16 @@ void NSView::markAncestors(bool NSView::*flag)
 
 void NSView::setNeedsLayout(bool needsLayout)
 {
-    m_needsLayout = needsLayout;
+    m_marks.layout = needsLayout;
     if (needsLayout)
-        markAncestors(&NSView::m_descendantNeedsLayout);
+        markAncestors(&LayoutMarks::descendantLayout);
 }
 
 void NSView::setNeedsUpdateConstraints(bool needsUpdate)
 {
-    m_needsUpdateConstraints = needsUpdate;
+    m_marks.updateConstraints = needsUpdate;
     if (needsUpdate)
-        markAncestors(&NSView::m_descendantNeedsUpdateConstraints);
+        markAncestors(&LayoutMarks::descendantUpdateConstraints);
 }
 
 void NSView::layout()
@@ -157,10 +157,9 @@ void NSView::layout()
     LayoutContext* context = LayoutContext::of(*this);
     if (!context)
         return;
-    // A subview's override may change the list.
-    for (std::size_t i = 0; i < m_subviews.size(); ++i) {
-        const auto subview = m_subviews[i];
-        if (LayoutContext::of(*subview) == context)
+    const auto subviews = m_subviews; // their overrides may change the list, and the tree
+    for (const auto& subview : subviews) {
+        if (subview->m_superview == this && LayoutContext::of(*subview) == context)
             subview->storeFrame(context->solvedFrame(*subview));
     }
 }

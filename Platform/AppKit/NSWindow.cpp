@@ -6,16 +6,28 @@
 #include <Foundation/NSException.h>
 
 #include <algorithm>
+#include <cmath>
 
 namespace RVCore {
 
 namespace {
 
-void requireContentSize(std::string_view operation, CGSize size)
+CGFloat desktopSide(CGFloat side)
+{
+    return std::clamp(std::ceil(side), 1.0, 32767.0);
+}
+
+CGSize desktopSize(CGSize size)
+{
+    return {desktopSide(size.width), desktopSide(size.height)};
+}
+
+CGSize requiredDesktopSize(std::string_view operation, CGSize size)
 {
     requireFinite(operation, "size", size);
     if (size.width < 1 || size.height < 1)
         raiseInvalidArgument(operation, "a window's content is at least 1 × 1, got " + describe(size));
+    return desktopSize(size);
 }
 
 } // namespace
@@ -45,14 +57,13 @@ NSWindow::~NSWindow()
 {
     m_backend.reset(); // no more calls from the desktop
     if (m_contentView)
-        m_contentView->m_hostWindow = nullptr;
+        m_contentView->setHostWindow(nullptr, {});
 }
 
 void NSWindow::init(CGSize contentSize)
 {
-    requireContentSize("NSWindow.init", contentSize);
-    m_contentSize = contentSize;
-    setContentView(make<NSView>(CGRect({}, contentSize)));
+    m_contentSize = requiredDesktopSize("NSWindow.init", contentSize);
+    setContentView(make<NSView>(CGRect({}, m_contentSize)));
 }
 
 void NSWindow::setTitle(const std::string& title)
@@ -70,38 +81,36 @@ void NSWindow::setContentView(const std::shared_ptr<NSView>& view)
         raiseInvalidArgument("NSWindow.setContentView:", "there is no view");
     if (view == m_contentView)
         return;
-    if (view->m_hostWindow)
+    if (view->isContentView())
         raiseInvalidArgument("NSWindow.setContentView:",
                              view->description() + " is the content view of another window");
     view->removeFromSuperview();
     if (m_contentView) {
-        contentViewWillDetach(*m_contentView);
-        m_contentView->m_hostWindow = nullptr;
-        m_contentView->frameRowsChanged();
+        subtreeWillLeave(*m_contentView, {});
+        m_contentView->setHostWindow(nullptr, {});
     }
     m_contentView = view;
-    view->m_hostWindow = this;
-    view->setFrame({{}, m_contentSize});
-    view->frameRowsChanged(); // from now on the window holds its size
     m_constraintRevision = 0;
-    contentNeedsFrame();
+    view->setHostWindow(this, {});
+    view->setFrame({{}, m_contentSize});
+    contentNeedsFrame({});
 }
 
 void NSWindow::setContentSize(CGSize size)
 {
-    requireContentSize("NSWindow.setContentSize:", size);
-    if (m_contentSize == size)
+    const CGSize wholeSize = requiredDesktopSize("NSWindow.setContentSize:", size);
+    if (m_contentSize == wholeSize)
         return;
-    applyContentSize(size);
+    applyContentSize(wholeSize);
     if (m_backend)
-        m_backend->setContentSize(size);
+        m_backend->setContentSize(wholeSize);
 }
 
 void NSWindow::applyContentSize(CGSize size)
 {
     m_contentSize = size;
     m_contentView->setFrame({{}, size});
-    contentNeedsFrame();
+    contentNeedsFrame({});
 }
 
 CGFloat NSWindow::backingScaleFactor() const
@@ -118,7 +127,7 @@ void NSWindow::makeKeyAndOrderFront()
         m_backend->setMinimumContentSize(m_minimumContentSize);
     }
     m_isVisible = true;
-    NSApplication::shared().windowShown(shared(*this));
+    NSApplication::shared().windowShown(shared(*this), {});
     m_backend->setVisible(true);
 }
 
@@ -129,44 +138,70 @@ void NSWindow::close()
     const auto alive = shared(*this); // the application may hold the last reference
     m_isVisible = false;
     m_backend->setVisible(false);
-    NSApplication::shared().windowClosed(*this);
+    NSApplication::shared().windowClosed(*this, {});
 }
 
 bool NSWindow::makeFirstResponder(NSResponder* responder)
 {
-    if (responder && responder != this && !responder->acceptsFirstResponder())
+    if (!responder || responder == this) {
+        m_firstResponder.reset();
+        return true;
+    }
+    const auto* view = dynamic_cast<const NSView*>(responder);
+    if (!responder->acceptsFirstResponder() || (view && view->window() != this))
         return false;
-    m_firstResponder = responder ? responder : this;
+    m_firstResponder = shared(*responder);
     return true;
 }
 
-void NSWindow::contentViewWillDetach(NSView& subtree)
+NSResponder* NSWindow::firstResponder() const
 {
-    const auto* view = dynamic_cast<const NSView*>(m_firstResponder);
+    const auto responder = m_firstResponder.lock();
+    return responder ? responder.get() : const_cast<NSWindow*>(this);
+}
+
+void NSWindow::subtreeWillLeave(NSView& subtree, AppKitKey)
+{
+    const auto* view = dynamic_cast<const NSView*>(firstResponder());
     if (view && view->isDescendantOf(subtree))
-        m_firstResponder = this;
+        m_firstResponder.reset();
 }
 
 void NSWindow::layoutIfNeeded()
 {
+    const auto alive = shared(*this); // overrides may close the window
     m_contentView->layoutSubtreeIfNeeded();
-    if (const CGSize needed = m_contentView->frame().size; needed != m_contentSize) {
-        applyContentSize(needed);
-        m_contentView->layoutSubtreeIfNeeded();
-        if (m_backend)
-            m_backend->setContentSize(needed);
-    }
-    const LayoutContext* context = LayoutContext::of(*m_contentView);
-    if (context->revision() == m_constraintRevision)
+    growToContent();
+    updateMinimumContentSize();
+}
+
+// Growing, or shrinking to the most that the content can be.
+void NSWindow::growToContent()
+{
+    const CGSize needed = desktopSize(m_contentView->frame().size);
+    if (needed == m_contentSize)
+        m_askedSize = {};
+    if (needed == m_contentSize || needed == m_askedSize)
         return;
-    m_constraintRevision = context->revision();
-    const CGSize minimum = m_contentView->fittingSize(NSLayoutPriorityWindowSizeStayPut);
-    m_minimumContentSize = {std::max(1.0, minimum.width), std::max(1.0, minimum.height)};
+    m_askedSize = needed;
+    applyContentSize(needed);
+    m_contentView->layoutSubtreeIfNeeded();
+    if (m_backend)
+        m_backend->setContentSize(needed);
+}
+
+void NSWindow::updateMinimumContentSize()
+{
+    const LayoutContext& context = LayoutContext::ofTree(*m_contentView);
+    if (context.revision() == m_constraintRevision)
+        return;
+    m_constraintRevision = context.revision();
+    m_minimumContentSize = desktopSize(m_contentView->fittingSize(NSLayoutPriorityWindowSizeStayPut));
     if (m_backend)
         m_backend->setMinimumContentSize(m_minimumContentSize);
 }
 
-void NSWindow::contentNeedsFrame()
+void NSWindow::contentNeedsFrame(AppKitKey)
 {
     if (m_backend && m_isVisible)
         m_backend->requestFrame();
@@ -174,13 +209,16 @@ void NSWindow::contentNeedsFrame()
 
 void NSWindow::contentSizeChanged(CGSize size)
 {
+    const auto alive = shared(*this);
     if (size != m_contentSize && size.width >= 1 && size.height >= 1)
         applyContentSize(size);
 }
 
 void NSWindow::paint(Canvas& canvas)
 {
-    paintViewTree(*m_contentView, canvas);
+    const auto alive = shared(*this);
+    const auto content = m_contentView;
+    paintViewTree(*content, canvas);
 }
 
 } // namespace RVCore

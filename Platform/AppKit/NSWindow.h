@@ -1,5 +1,6 @@
 #pragma once
 
+#include <AppKit/AppKitKey.h>
 #include <AppKit/NSResponder.h>
 #include <Backend/Backend.h>
 
@@ -8,7 +9,9 @@ namespace RVCore {
 class NSView;
 
 // A window with a content view. The content view has the size of the window's content, and the window is never
-// smaller than what the constraints of its content need; it never grows by itself otherwise. Main thread only.
+// smaller than what the constraints of its content need; it never grows by itself otherwise. Sizes are of the
+// content, in points: a desktop knows whole ones from 1 to 32,767, and fractions are rounded up. A desktop that
+// refuses the size that the content needs is asked once. Main thread only.
 class NSWindow : public NSResponder, private WindowClient {
     RVCORE_CLASS(NSWindow)
 
@@ -17,7 +20,7 @@ public:
     ~NSWindow() override;
 
     void init() override { init(CGSize{480, 320}); }
-    // The size of the content, in points: finite and at least 1 × 1, else NSInvalidArgumentException.
+    // Sizes that are not finite or less than 1 × 1 raise NSInvalidArgumentException.
     using NSObject::init;
     void init(CGSize contentSize);
 
@@ -37,19 +40,23 @@ public:
     // Takes the window off the screen; when it was the last one, the application's run ends.
     void close();
 
-    // The object that keys go to; initially the window itself, never null while the window lives.
-    NSResponder* firstResponder() const { return m_firstResponder; }
-    // Makes it the first responder if it accepts; null makes it the window. Returns whether it is now.
+    // The object that keys go to; initially the window itself, and again when the object dies or leaves the window.
+    NSResponder* firstResponder() const;
+    // Makes it the first responder if it accepts, which a view does in its own window only; null makes it the window.
+    // Returns whether it is now.
     bool makeFirstResponder(NSResponder* responder);
 
     // Brings layout up to date now, rather than before the next frame.
     void layoutIfNeeded();
 
+    // For AppKit's own classes: what happens in the content.
+    void contentNeedsFrame(AppKitKey);
+    void subtreeWillLeave(NSView& subtree, AppKitKey);
+
 private:
-    friend class NSView; // tells of changes below
-    void contentNeedsFrame();
-    void contentViewWillDetach(NSView& subtree); // a first responder that leaves the window gives it back
     void applyContentSize(CGSize size);
+    void growToContent();
+    void updateMinimumContentSize();
 
     void contentSizeChanged(CGSize size) override;
     void closeRequested() override { close(); }
@@ -58,11 +65,12 @@ private:
 
     std::string m_title;
     std::shared_ptr<NSView> m_contentView;
-    std::unique_ptr<WindowBackend> m_backend; // made when the window is first shown
-    NSResponder* m_firstResponder = this;
+    std::unique_ptr<WindowBackend> m_backend;    // made when the window is first shown
+    std::weak_ptr<NSResponder> m_firstResponder; // expired for the window itself
     CGSize m_contentSize;
-    CGSize m_minimumContentSize;
-    std::uint64_t m_constraintRevision = 0;
+    CGSize m_minimumContentSize{1, 1};
+    CGSize m_askedSize;                     // for which the content last made the window ask; empty when it fits
+    std::uint64_t m_constraintRevision = 0; // that the minimum was found for; 0 when there is none
     bool m_isVisible = false;
 };
 

@@ -48,6 +48,13 @@ const char* relationName(NSLayoutRelation relation)
     return "";
 }
 
+std::string inOneLine(std::string text)
+{
+    for (std::size_t feed = text.find('\n'); feed != std::string::npos; feed = text.find('\n', feed + 2))
+        text.replace(feed, 1, "\\n");
+    return text;
+}
+
 std::string constraintText(const NSLayoutConstraint& constraint, const std::string& firstName,
                            const std::string& secondName)
 {
@@ -66,16 +73,8 @@ std::string constraintText(const NSLayoutConstraint& constraint, const std::stri
     }
     text += " @" + numberText(static_cast<double>(constraint.priority()));
     if (!constraint.identifier().empty())
-        text += " '" + constraint.identifier() + "'";
+        text += " '" + inOneLine(constraint.identifier()) + "'";
     return text;
-}
-
-std::string nameOf(const NSView* view)
-{
-    if (!view)
-        return "(a view that is gone)";
-    return view->identifier().empty() ? view->description()
-                                      : view->classObject().name() + " \"" + view->identifier() + "\"";
 }
 
 class TreeDump {
@@ -104,14 +103,14 @@ private:
         const std::string indent(depth * 2, ' ');
         text += indent + numberOf(&view) + " " + view.classObject().name();
         if (!view.identifier().empty())
-            text += " \"" + view.identifier() + "\"";
+            text += " \"" + inOneLine(view.identifier()) + "\"";
         text += " " + describe(view.frame());
         if (view.isHidden())
             text += " hidden";
         if (view.alphaValue() != 1)
             text += " alpha " + numberText(view.alphaValue());
         if (const auto* field = dynamic_cast<const NSTextField*>(&view))
-            text += " “" + field->stringValue() + "”";
+            text += " “" + inOneLine(field->stringValue()) + "”";
         text += "\n";
         for (const auto& constraint : view.constraints())
             text += indent + "  | " +
@@ -132,9 +131,17 @@ std::string describeViewTree(NSView& root)
     return TreeDump(root).text;
 }
 
+std::string nameOfView(const NSView* view)
+{
+    if (!view)
+        return "(a view that is gone)";
+    return view->identifier().empty() ? view->description()
+                                      : view->classObject().name() + " \"" + view->identifier() + "\"";
+}
+
 std::string describeConstraint(const NSLayoutConstraint& constraint)
 {
-    return constraintText(constraint, nameOf(constraint.firstItem()), nameOf(constraint.secondItem()));
+    return constraintText(constraint, nameOfView(constraint.firstItem()), nameOfView(constraint.secondItem()));
 }
 
 } // namespace RVCore

@@ -14,6 +14,9 @@ namespace RVCore {
 //     #2 RVCore.RVSpacerView (8, 0) 20 × 1
 std::string describeViewTree(NSView& root);
 
+// A view by its class and identifier, or by its description when it has none.
+std::string nameOfView(const NSView* view);
+
 // One constraint in words with the names of its views' classes and identifiers.
 std::string describeConstraint(const NSLayoutConstraint& constraint);
 

@@ -10,47 +10,55 @@ ViewLayoutState::~ViewLayoutState() = default;
 
 void ViewLayoutState::viewWillDie()
 {
-    ownedContext.reset();
+    dropContext();
     while (!m_references.empty()) {
         NSLayoutConstraint& constraint = *m_references.back();
         const auto alive = shared(constraint); // deactivating may release the last reference
         constraint.setActive(false);
-        const int item = constraint.m_items[0] == &m_view ? 0 : 1;
+        const int item = constraint.firstItem() == &m_view ? 0 : 1;
         removeReference(constraint, item);
-        constraint.m_items[item] = nullptr;
+        constraint.forgetItem(item, {});
     }
-    forEachHeld([](NSLayoutConstraint& constraint) { constraint.m_holder = nullptr; });
+    forEachHeld([](NSLayoutConstraint& constraint) { constraint.bookkeeping({}).holder = nullptr; });
+}
+
+void ViewLayoutState::dropContext()
+{
+    if (ownedContext)
+        ownedContext->retire();
+    ownedContext.reset();
 }
 
 ViewLayoutState* ViewLayoutState::of(const NSView& view)
 {
-    return view.m_layoutState.get();
+    return view.layoutState({}).get();
 }
 
 ViewLayoutState& ViewLayoutState::make(NSView& view)
 {
-    if (!view.m_layoutState)
-        view.m_layoutState = std::make_unique<ViewLayoutState>(view);
-    return *view.m_layoutState;
+    auto& state = view.layoutState({});
+    if (!state)
+        state = std::make_unique<ViewLayoutState>(view);
+    return *state;
 }
 
 void ViewLayoutState::hold(NSLayoutConstraint& constraint)
 {
-    constraint.m_holder = &m_view;
-    constraint.m_placeInHolder = static_cast<std::uint32_t>(m_held.size());
+    constraint.bookkeeping({}).holder = &m_view;
+    constraint.bookkeeping({}).placeInHolder = static_cast<std::uint32_t>(m_held.size());
     m_held.push_back(shared(constraint));
 }
 
 void ViewLayoutState::release(NSLayoutConstraint& constraint)
 {
-    constraint.m_holder = nullptr;
-    const auto alive = std::move(m_held[constraint.m_placeInHolder]);
+    constraint.bookkeeping({}).holder = nullptr;
+    const auto alive = std::move(m_held[constraint.bookkeeping({}).placeInHolder]);
     if (++m_heldGaps * 2 <= m_held.size())
         return;
     std::erase(m_held, nullptr);
     m_heldGaps = 0;
     for (std::size_t place = 0; place < m_held.size(); ++place)
-        m_held[place]->m_placeInHolder = static_cast<std::uint32_t>(place);
+        m_held[place]->bookkeeping({}).placeInHolder = static_cast<std::uint32_t>(place);
 }
 
 std::vector<std::shared_ptr<NSLayoutConstraint>> ViewLayoutState::heldConstraints() const
@@ -62,18 +70,18 @@ std::vector<std::shared_ptr<NSLayoutConstraint>> ViewLayoutState::heldConstraint
 
 void ViewLayoutState::addReference(NSLayoutConstraint& constraint, int item)
 {
-    constraint.m_placeInItem[item] = static_cast<std::uint32_t>(m_references.size());
+    constraint.bookkeeping({}).placeInItem[item] = static_cast<std::uint32_t>(m_references.size());
     m_references.push_back(&constraint);
 }
 
 void ViewLayoutState::removeReference(NSLayoutConstraint& constraint, int item)
 {
-    const std::uint32_t place = constraint.m_placeInItem[item];
+    const std::uint32_t place = constraint.bookkeeping({}).placeInItem[item];
     const auto last = static_cast<std::uint32_t>(m_references.size() - 1);
     if (place != last) {
         NSLayoutConstraint& moved = *m_references[last];
-        const bool isFirstItem = moved.m_items[0] == &m_view && moved.m_placeInItem[0] == last;
-        moved.m_placeInItem[isFirstItem ? 0 : 1] = place;
+        std::uint32_t(&places)[2] = moved.bookkeeping({}).placeInItem;
+        places[moved.firstItem() == &m_view && places[0] == last ? 0 : 1] = place;
         m_references[place] = &moved;
     }
     m_references.pop_back();

@@ -3,6 +3,7 @@
 #include <AppKit/NSLayoutConstraint.h>
 
 #include <array>
+#include <limits>
 #include <memory>
 #include <vector>
 
@@ -42,6 +43,8 @@ public:
     ~ViewLayoutState();
     // Takes the view out of every constraint, before it dies.
     void viewWillDie();
+    // Ends the engine that the view had as a root.
+    void dropContext();
 
     // The state of a view that has one, else null.
     static ViewLayoutState* of(const NSView& view);
@@ -68,8 +71,11 @@ public:
     LayoutContext* context = nullptr; // null while the view is in no engine
     ViewVariables variables;
     std::array<LayoutConstraintHandle, ownRowCount> ownRows{};
-    bool intrinsicSizeIsStale = false;           // the context has it on its list
-    std::unique_ptr<LayoutContext> ownedContext; // of a root
+    static constexpr std::uint32_t noPlace = std::numeric_limits<std::uint32_t>::max();
+    std::uint32_t placeAmongPending = noPlace; // in the queues of its context
+    std::uint32_t placeAmongStale = noPlace;
+    bool unsettledWasReported = false;
+    std::shared_ptr<LayoutContext> ownedContext; // of a root; a pass under way keeps it, too
 
 private:
     NSView& m_view;

@@ -42,6 +42,31 @@ CGAffineTransform placement(const NSView& view)
         .concatenating(CGAffineTransform::translation(position.x, position.y));
 }
 
+// What is drawn during its life is blended in as a group.
+class TransparencyLayer {
+public:
+    TransparencyLayer(Canvas& canvas, CGFloat alpha) : m_canvas(alpha < 1 ? &canvas : nullptr)
+    {
+        if (m_canvas)
+            m_canvas->beginTransparencyLayer(alpha);
+    }
+    ~TransparencyLayer()
+    {
+        if (m_canvas)
+            m_canvas->endTransparencyLayer();
+    }
+    TransparencyLayer(const TransparencyLayer&) = delete;
+    TransparencyLayer& operator=(const TransparencyLayer&) = delete;
+
+private:
+    Canvas* m_canvas; // null when opaque
+};
+
+bool isVisible(const NSView& view)
+{
+    return !view.isHidden() && view.alphaValue() > 0;
+}
+
 void drawContent(NSView& view, Canvas& canvas)
 {
     const CanvasState state(canvas);
@@ -80,24 +105,22 @@ void paintContents(NSView& view, Canvas& canvas)
 
 void paintView(NSView& view, Canvas& canvas)
 {
-    if (view.isHidden() || view.alphaValue() <= 0)
+    if (!isVisible(view))
         return;
     const CanvasState state(canvas);
     canvas.concatenate(placement(view));
-    const bool isTranslucent = view.alphaValue() < 1;
-    if (isTranslucent)
-        canvas.beginTransparencyLayer(view.alphaValue());
+    const TransparencyLayer group(canvas, view.alphaValue());
     paintContents(view, canvas);
-    if (isTranslucent)
-        canvas.endTransparencyLayer();
 }
 
 } // namespace
 
 void paintViewTree(NSView& view, Canvas& canvas)
 {
-    if (!view.isHidden() && view.alphaValue() > 0)
-        paintContents(view, canvas);
+    if (!isVisible(view))
+        return;
+    const TransparencyLayer group(canvas, view.alphaValue());
+    paintContents(view, canvas);
 }
 
 void writeViewPicture(NSView& view, const std::string& path, CGFloat scale, const CGColor& ground)

@@ -13,6 +13,14 @@ void requireLength(std::string_view operation, std::string_view name, CGFloat le
         raiseInvalidArgument(operation, std::string(name) + " must not be negative, got " + numberText(length));
 }
 
+void requireColor(std::string_view operation, const std::optional<CGColor>& color)
+{
+    if (!color)
+        return;
+    for (const double component : {color->red, color->green, color->blue, color->alpha})
+        requireFinite(operation, "color", component);
+}
+
 } // namespace
 
 Class& CALayer::staticClass()
@@ -64,6 +72,7 @@ void CALayer::setZPosition(CGFloat zPosition)
 
 void CALayer::setBackgroundColor(std::optional<CGColor> color)
 {
+    requireColor("CALayer.setBackgroundColor:", color);
     store(m_backgroundColor, color);
 }
 
@@ -81,6 +90,7 @@ void CALayer::setBorderWidth(CGFloat width)
 
 void CALayer::setBorderColor(std::optional<CGColor> color)
 {
+    requireColor("CALayer.setBorderColor:", color);
     store(m_borderColor, color);
 }
 

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <AppKit/Forward.h>
+
+namespace RVCore {
+
+class LayoutPass;
+class ViewLayoutState;
+
+// Opens to each other what AppKit's classes share: operations that take a key are theirs alone, for only they can
+// make one.
+class AppKitKey {
+    AppKitKey() {}
+    friend class LayoutContext;
+    friend class LayoutPass;
+    friend class NSLayoutConstraint;
+    friend class NSView;
+    friend class NSWindow;
+    friend class ViewLayoutState;
+};
+
+} // namespace RVCore
