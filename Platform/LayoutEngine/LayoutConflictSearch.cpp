@@ -18,9 +18,12 @@ private:
     void setCosts(Index row);
     bool isViolated(Index level) const;
     Index firstViolated() const;
+    bool findHolding(Index level, std::vector<Index>& result) const;
     std::vector<Index> contradicted(Index level, Effort&);
     std::vector<Index> chargingUpTo(Index level) const;
-    std::vector<Index> reduced(std::vector<Index> levels, Effort&);
+    std::vector<Index> reduced(const std::vector<Index>& levels, Effort&) const;
+    std::vector<Index> droppingOneByOne(Effort&);
+    std::vector<Index> allUpTo(Index level) const;
     void setOut(Index level, bool isOut);
     Index blocker(Index row, bool isUpward, Index level) const;
 
@@ -116,10 +119,10 @@ Index Search::blocker(Index row, bool isUpward, Index level) const
     return none;
 }
 
-std::vector<Index> Search::contradicted(Index level, Effort& effort)
+// The rows that hold back a violated constraint, and itself. False when one of them is not to be seen from the basis.
+bool Search::findHolding(Index level, std::vector<Index>& result) const
 {
-    std::vector<Index> result;
-    bool isComplete = true;
+    result.clear();
     const double scale = std::abs(m_model.constraints()[m_constraints[level]].scale);
     for (Index row = 0; row < m_system.rowCount(); ++row) {
         if (!m_simplex.isBasic(row))
@@ -132,14 +135,34 @@ std::vector<Index> Search::contradicted(Index level, Effort& effort)
             continue;
         const Index found = blocker(row, price < 0.0, level);
         if (found == none)
-            isComplete = false;
-        else
-            result.push_back(found);
+            return false;
+        result.push_back(found);
     }
     result.push_back(level);
-    if (!isComplete)
-        result = reduced(chargingUpTo(level), effort);
     std::sort(result.begin(), result.end());
+    return true;
+}
+
+std::vector<Index> Search::contradicted(Index level, Effort& effort)
+{
+    std::vector<Index> result;
+    if (findHolding(level, result))
+        return result;
+    result = reduced(chargingUpTo(level), effort);
+    if (result.empty())
+        result = reduced(allUpTo(level), effort); // they were too few after all
+    if (result.empty())
+        result.push_back(level); // rounding; the constraint cannot be met all the same
+    return result;
+}
+
+std::vector<Index> Search::allUpTo(Index level) const
+{
+    std::vector<Index> result;
+    for (Index its = 0; its <= level; ++its) {
+        if (!m_isOut[its])
+            result.push_back(its);
+    }
     return result;
 }
 
@@ -158,41 +181,48 @@ std::vector<Index> Search::chargingUpTo(Index level) const
                 result.push_back(its);
         }
     }
+    std::sort(result.begin(), result.end());
     result.push_back(level);
     return result;
 }
 
-// Takes out one constraint after the other that the last one is violated without.
-std::vector<Index> Search::reduced(std::vector<Index> levels, Effort& effort)
+// The contradiction among some of the constraints, the last of which is contradicted, in a system of their own: that
+// is small however large this one is.
+std::vector<Index> Search::reduced(const std::vector<Index>& levels, Effort& effort) const
 {
-    const std::vector<std::uint8_t> before = m_isOut;
-    const Index last = levels.back();
-    for (Index level = 0; level < m_constraints.size(); ++level)
-        setOut(level, before[level] || std::find(levels.begin(), levels.end(), level) == levels.end());
-    m_simplex.run(effort);
-    if (!isViolated(last)) {
-        // They were too few after all; start from everything that is older.
-        levels.clear();
-        for (Index level = 0; level <= last; ++level) {
-            setOut(level, before[level]);
-            if (!before[level])
-                levels.push_back(level);
-        }
-    }
+    std::vector<Index> constraints;
+    for (const Index level : levels)
+        constraints.push_back(m_constraints[level]);
+    const std::vector<Index> kept = Search(m_model, constraints).droppingOneByOne(effort);
+    std::vector<Index> result;
+    for (const Index level : kept)
+        result.push_back(levels[level]);
+    return result;
+}
+
+// Drops constraints, the newest first, without which the last one is violated still, until what is left is minimal:
+// at the latest when all were tried. None are kept when the last one is not violated at all.
+std::vector<Index> Search::droppingOneByOne(Effort& effort)
+{
+    const auto last = Index(m_constraints.size() - 1);
     std::vector<Index> kept;
-    for (const Index level : levels) {
-        if (level != last) {
-            setOut(level, true);
-            m_simplex.run(effort);
-        }
-        if (level == last || !isViolated(last)) {
+    m_simplex.run(effort);
+    if (!isViolated(last))
+        return kept;
+    for (Index level = last; level-- > 0;) {
+        std::vector<Index> holding;
+        if (findHolding(last, holding))
+            return holding;
+        setOut(level, true);
+        m_simplex.run(effort);
+        if (!isViolated(last)) {
             setOut(level, false);
             kept.push_back(level);
+            m_simplex.run(effort);
         }
     }
-    for (Index level = 0; level < m_constraints.size(); ++level)
-        setOut(level, before[level]);
-    m_simplex.run(effort);
+    std::reverse(kept.begin(), kept.end());
+    kept.push_back(last);
     return kept;
 }
 

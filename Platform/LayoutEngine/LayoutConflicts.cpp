@@ -60,21 +60,24 @@ std::vector<Index> Solver::requiredConstraints(Part& part, const std::vector<Ind
 }
 
 // As long as the part cannot meet all required constraints, finds out which contradict each other and leaves the
-// newest of each set out. The rows with a price at the required level hold at least one contradiction. Each round
-// leaves out a constraint that is older than those it lets back in, so the rounds end; the bound is for rounding.
+// newest of each set out. The rows with a price at the required level hold at least one contradiction. Where the
+// contradictions hang together, leaving one out lets others back in; then all of them are settled anew in one go.
 void Solver::settleConflicts(Part& part, Effort& effort)
 {
-    const std::size_t bound = 2 * std::size_t(part.system().rowCount()) + 100;
-    for (std::size_t round = 0; round < bound; ++round) {
+    constexpr int mostRounds = 4;
+    std::vector<Index> all(part.system().rowCount());
+    for (Index row = 0; row < all.size(); ++row)
+        all[row] = row;
+    for (int round = 0; round <= mostRounds; ++round) {
         if (part.simplex().violatedRows(0).empty())
             break;
-        auto found = findConflicts(m_model, requiredConstraints(part, part.simplex().pricedRows(0)), effort);
-        if (found.empty()) {
-            std::vector<Index> all(part.system().rowCount());
-            for (Index row = 0; row < all.size(); ++row)
-                all[row] = row;
+        if (round == mostRounds)
+            letAllBackIn(part);
+        const bool takesAll = round == mostRounds;
+        auto found =
+            findConflicts(m_model, requiredConstraints(part, takesAll ? all : part.simplex().pricedRows(0)), effort);
+        if (found.empty() && !takesAll)
             found = findConflicts(m_model, requiredConstraints(part, all), effort);
-        }
         if (found.empty())
             break; // rounding
         for (std::vector<Index>& members : found)
@@ -85,6 +88,26 @@ void Solver::settleConflicts(Part& part, Effort& effort)
     part.simplex().forgetSuspects();
 }
 
+void Solver::letAllBackIn(Part& part)
+{
+    for (Conflict& conflict : m_conflicts) {
+        const Constraint& leftOut = m_model.constraints()[conflict.members.back()];
+        if (leftOut.formClass != none && m_parts[m_model.classes()[leftOut.formClass].part].get() == &part)
+            letBackIn(conflict, part);
+    }
+    std::erase_if(m_conflicts, [](const Conflict& conflict) { return conflict.members.empty(); });
+}
+
+void Solver::letBackIn(Conflict& conflict, Part& part)
+{
+    const Index back = conflict.members.back();
+    for (const Index member : conflict.members)
+        m_model.constraints()[member].isInConflict = false;
+    conflict.members.clear();
+    m_model.constraints()[back].isLeftOut = false;
+    part.update(m_model, m_model.constraints()[back].formClass);
+}
+
 void Solver::leaveOut(std::vector<Index> members, Part& part)
 {
     const Index leftOut = members.back();
@@ -92,12 +115,7 @@ void Solver::leaveOut(std::vector<Index> members, Part& part)
     for (Conflict& conflict : m_conflicts) {
         if (std::find(conflict.members.begin(), conflict.members.end(), leftOut) == conflict.members.end())
             continue;
-        const Index back = conflict.members.back();
-        for (const Index member : conflict.members)
-            m_model.constraints()[member].isInConflict = false;
-        conflict.members.clear();
-        m_model.constraints()[back].isLeftOut = false;
-        part.update(m_model, m_model.constraints()[back].formClass);
+        letBackIn(conflict, part);
     }
     m_model.constraints()[leftOut].isLeftOut = true;
     part.update(m_model, m_model.constraints()[leftOut].formClass);

@@ -60,6 +60,8 @@ private:
     void dropChangedConflicts();
     void dropConflict(Conflict&);
     void settleConflicts(Part&, Effort&);
+    void letAllBackIn(Part&);
+    void letBackIn(Conflict&, Part&);
     std::vector<Index> requiredConstraints(Part&, const std::vector<Index>& rows) const;
     void leaveOut(std::vector<Index> members, Part&);
     void settleConflictsByThemselves();

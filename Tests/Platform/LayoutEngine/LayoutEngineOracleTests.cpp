@@ -96,6 +96,25 @@ TEST(LayoutEngineOracle, everyLevelIsAsSmallAsAnIndependentSolverFinds)
     std::printf("with constraints left out %d, pivots %llu\n", withLeftOut, static_cast<unsigned long long>(pivots));
 }
 
+// All required, most of them contradicting others: leaving one out lets others back in.
+TEST(LayoutEngineOracle, crowdsOfContradictionsAreSettledInOrderOfInstallation)
+{
+    for (unsigned seed = 0; seed < 60; ++seed) {
+        std::mt19937 random(seed);
+        TestSystem system{"crowd", 8, {}};
+        for (int i = 0; i < 40; ++i) {
+            system.constraints.push_back(makeRandomConstraint(random, system.variables));
+            system.constraints.back().priority = 1000.0f;
+        }
+        SCOPED_TRACE("seed " + std::to_string(seed) + ": " + text(system));
+        TestEngine test(system);
+        expectSame(answerOf(test, system), askOracle(system), system);
+        expectMinimal(test, system);
+        if (HasFailure())
+            return;
+    }
+}
+
 // Adds, removes and changes; after each step the engine must be where a fresh one is.
 void editAndCompare(unsigned seed)
 {
