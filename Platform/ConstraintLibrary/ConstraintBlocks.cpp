@@ -10,8 +10,7 @@ LayoutConstraints autoCreateAndInstallConstraints(const std::function<void()>& c
 
 LayoutConstraints autoCreateConstraintsWithoutInstalling(const std::function<void()>& closure)
 {
-    return runConstraintBlock("autoCreateConstraintsWithoutInstalling", {.withoutInstalling = true},
-                              closure);
+    return runConstraintBlock("autoCreateConstraintsWithoutInstalling", {.withoutInstalling = true}, closure);
 }
 
 void autoSetPriorityForConstraints(NSLayoutPriority priority, const std::function<void()>& closure)

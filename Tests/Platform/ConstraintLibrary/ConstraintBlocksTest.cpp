@@ -81,11 +81,10 @@ TEST_F(ConstraintBlocksTest, theInnermostPriorityApplies)
 TEST_F(ConstraintBlocksTest, blocksOfBothKindsNestEitherWay)
 {
     LayoutConstraints inner;
-    autoSetPriorityForConstraints(500,
-                                  [&] { inner = autoCreateConstraintsWithoutInstalling([this] { width(1); }); });
+    autoSetPriorityForConstraints(500, [&] { inner = autoCreateConstraintsWithoutInstalling([this] { width(1); }); });
     EXPECT_EQ(constraintTexts(inner), "a.width == 1 @500\n");
-    const LayoutConstraints outer = autoCreateConstraintsWithoutInstalling(
-        [this] { autoSetPriorityForConstraints(400, [this] { width(2); }); });
+    const LayoutConstraints outer =
+        autoCreateConstraintsWithoutInstalling([this] { autoSetPriorityForConstraints(400, [this] { width(2); }); });
     EXPECT_EQ(constraintTexts(outer), "a.width == 2 @400\n");
     EXPECT_EQ(installed(), "");
 }
@@ -157,9 +156,10 @@ TEST_F(ConstraintBlocksTest, anExceptionTakesBackWhatAPriorityBlockInstalled)
 
 TEST_F(ConstraintBlocksTest, anExceptionClosesEveryBlockThatItLeaves)
 {
-    EXPECT_THROW(autoSetPriorityForConstraints(
-                     500, [] { autoCreateConstraintsWithoutInstalling([] { throw std::runtime_error("closure"); }); }),
-                 std::runtime_error);
+    EXPECT_THROW(
+        autoSetPriorityForConstraints(
+            500, [] { autoCreateConstraintsWithoutInstalling([] { throw std::runtime_error("closure"); }); }),
+        std::runtime_error);
     EXPECT_TRUE(width(1)->isActive());
     EXPECT_EQ(installed(), "a.width == 1 @1000\n");
 }
@@ -183,8 +183,8 @@ TEST_F(ConstraintBlocksTest, anEnclosingBlockThatCatchesKeepsOnlyItsOwn)
 
 TEST_F(ConstraintBlocksTest, prioritiesMustLieAboveZeroAndAtMostAtAThousand)
 {
-    for (const float priority : {0.0F, -1.0F, 1000.5F, std::numeric_limits<float>::infinity(),
-                                 std::numeric_limits<float>::quiet_NaN()}) {
+    for (const float priority :
+         {0.0F, -1.0F, 1000.5F, std::numeric_limits<float>::infinity(), std::numeric_limits<float>::quiet_NaN()}) {
         bool ran = false;
         EXPECT_THAT(raised([&] { autoSetPriorityForConstraints(priority, [&] { ran = true; }); }),
                     testing::StartsWith("NSInvalidArgumentException: autoSetPriorityForConstraints: priority"));
@@ -218,9 +218,7 @@ TEST_F(ConstraintBlocksTest, anotherThreadHasBlocksOfItsOwn)
 TEST_F(ConstraintBlocksTest, noBlockKeepsConstraintsAlive)
 {
     std::weak_ptr<NSLayoutConstraint> created;
-    autoSetPriorityForConstraints(500, [&] {
-        autoCreateConstraintsWithoutInstalling([&] { created = width(1); });
-    });
+    autoSetPriorityForConstraints(500, [&] { autoCreateConstraintsWithoutInstalling([&] { created = width(1); }); });
     EXPECT_TRUE(created.expired());
 }
 
@@ -229,7 +227,8 @@ TEST_F(ConstraintBlocksTest, theClassOfConstraintsAnswersTheSelectors)
     const Class& constraintClass = NSLayoutConstraint::staticClass();
     const Value inside = send(constraintClass, "autoCreateAndInstallConstraints:", Closure([this] { width(1); }));
     EXPECT_EQ(constraintTexts(inside.as<LayoutConstraints>()), "a.width == 1 @1000\n");
-    const Value apart = send(constraintClass, "autoCreateConstraintsWithoutInstalling:", Closure([this] { width(2); }));
+    const Value apart =
+        send(constraintClass, "autoCreateConstraintsWithoutInstalling:", Closure([this] { width(2); }));
     EXPECT_FALSE(apart.as<LayoutConstraints>().at(0)->isActive());
     send(constraintClass, "autoSetPriority:forConstraints:", 300.0F, Closure([this] { width(3); }));
     EXPECT_EQ(installed(), "a.width == 1 @1000\na.width == 3 @300\n");

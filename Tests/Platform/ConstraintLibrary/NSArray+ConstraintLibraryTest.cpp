@@ -56,15 +56,17 @@ TEST_F(ArrayConstraintLibraryTest, whenOneCannotBeInstalledNoneIs)
 TEST_F(ArrayConstraintLibraryTest, aListWithAnythingElseIsRefusedAsAWhole)
 {
     const auto mixed = make<NSArray>(Value::Array{constraints[0], 5});
-    EXPECT_EQ(raised([&] { autoInstallConstraints(*mixed); }),
-              "NSInvalidArgumentException: autoInstallConstraints: element 1 must be NSLayoutConstraint, got integer");
+    EXPECT_EQ(
+        raised([&] { autoInstallConstraints(*mixed); }),
+        "NSInvalidArgumentException: autoInstallConstraints: element 1 must be NSLayoutConstraint, got integer");
     EXPECT_FALSE(constraints[0]->isActive());
     autoInstall(*constraints[0]);
     EXPECT_EQ(raised([&] { autoRemoveConstraints(*mixed); }),
               "NSInvalidArgumentException: autoRemoveConstraints: element 1 must be NSLayoutConstraint, got integer");
     EXPECT_TRUE(constraints[0]->isActive());
-    EXPECT_EQ(raised([&] { autoIdentifyConstraints(*mixed, "x"); }),
-              "NSInvalidArgumentException: autoIdentifyConstraints: element 1 must be NSLayoutConstraint, got integer");
+    EXPECT_EQ(
+        raised([&] { autoIdentifyConstraints(*mixed, "x"); }),
+        "NSInvalidArgumentException: autoIdentifyConstraints: element 1 must be NSLayoutConstraint, got integer");
     EXPECT_EQ(constraints[0]->identifier(), "");
 }
 

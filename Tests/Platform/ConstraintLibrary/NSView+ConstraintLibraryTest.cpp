@@ -84,11 +84,14 @@ TEST_F(ViewConstraintLibraryTest, everyOperationMarksItsReceiver)
         {"align", [this](NSView& view) { autoAlignAxis(view, LayoutAxis::vertical, *b); }},
         {"center", [](NSView& view) { autoCenterInSuperview(view); }},
         {"dimension", [](NSView& view) { autoSetDimension(view, LayoutDimension::height, 1); }},
-        {"dimensions", [](NSView& view) { autoSetDimensionsToSize(view, {1, 2}); }},
+        {"dimensions",
+         [](NSView& view) {
+             autoSetDimensionsToSize(view, {1, 2});
+         }},
         {"hugging",
          [](NSView& view) {
-             autoSetPriorityForConstraints(
-                 300, [&] { autoSetContentHuggingPriorityForAxis(view, LayoutAxis::vertical); });
+             autoSetPriorityForConstraints(300,
+                                           [&] { autoSetContentHuggingPriorityForAxis(view, LayoutAxis::vertical); });
          }},
     };
     for (const auto& [name, operation] : operations) {
@@ -219,8 +222,9 @@ TEST_F(ViewConstraintLibraryTest, viewsOfDifferentTreesCannotBeTiedTogether)
 
 TEST_F(ViewConstraintLibraryTest, edgesOfDifferentDirectionsCannotBePinned)
 {
-    EXPECT_EQ(refused(*a, [this] { autoPinEdge(*a, LayoutEdge::left, LayoutEdge::top, *b); }),
-              "NSInvalidArgumentException: autoPinEdge: a left or right edge cannot be pinned to a top or bottom edge");
+    EXPECT_EQ(
+        refused(*a, [this] { autoPinEdge(*a, LayoutEdge::left, LayoutEdge::top, *b); }),
+        "NSInvalidArgumentException: autoPinEdge: a left or right edge cannot be pinned to a top or bottom edge");
 }
 
 TEST_F(ViewConstraintLibraryTest, numbersMustBeFinite)
@@ -235,7 +239,10 @@ TEST_F(ViewConstraintLibraryTest, numbersMustBeFinite)
               "NSInvalidArgumentException: autoAlignAxis: offset must be finite, got -inf");
     EXPECT_EQ(refused(*a, [this] { autoSetDimension(*a, LayoutDimension::width, nan); }),
               "NSInvalidArgumentException: autoSetDimension: size must be finite, got nan");
-    EXPECT_EQ(refused(*a, [this] { autoSetDimensionsToSize(*a, {10, nan}); }),
+    EXPECT_EQ(refused(*a,
+                      [this] {
+                          autoSetDimensionsToSize(*a, {10, nan});
+                      }),
               "NSInvalidArgumentException: autoSetDimensionsToSize: size.height must be finite, got nan");
 }
 
@@ -249,16 +256,13 @@ TEST_F(ViewConstraintLibraryTest, valuesThatNameNothingAreRefused)
               "NSInvalidArgumentException: autoAlignAxis: there is no axis 1");
     EXPECT_EQ(refused(*a, [this] { autoSetDimension(*a, static_cast<LayoutDimension>(9), 1); }),
               "NSInvalidArgumentException: autoSetDimension: there is no dimension 9");
+    EXPECT_EQ(
+        refused(*a, [this] { autoSetDimension(*a, LayoutDimension::width, 1, static_cast<NSLayoutRelation>(2)); }),
+        "NSInvalidArgumentException: autoSetDimension: there is no relation 2");
     EXPECT_EQ(refused(*a,
                       [this] {
-                          autoSetDimension(*a, LayoutDimension::width, 1, static_cast<NSLayoutRelation>(2));
-                      }),
-              "NSInvalidArgumentException: autoSetDimension: there is no relation 2");
-    EXPECT_EQ(refused(*a,
-                      [this] {
-                          autoSetPriorityForConstraints(300, [this] {
-                              autoSetContentHuggingPriorityForAxis(*a, static_cast<LayoutAxis>(0));
-                          });
+                          autoSetPriorityForConstraints(
+                              300, [this] { autoSetContentHuggingPriorityForAxis(*a, static_cast<LayoutAxis>(0)); });
                       }),
               "NSInvalidArgumentException: autoSetContentHuggingPriorityForAxis: there is no axis 0");
 }

@@ -36,9 +36,11 @@ class RVGroupViewGolden : public testing::TestWithParam<Orientation> {
 protected:
     void SetUp() override
     {
-        sections = goldenSections(GetParam() == Orientation::horizontal ? "HorizontalGroup.txt" : "VerticalGroup.txt");
-        created = autoCreateConstraints(
-            [this] { group = makeGroupView({a, b, c}, {.orientation = GetParam(), .spacing = 8}); });
+        sections =
+            goldenSections(GetParam() == Orientation::horizontal ? "HorizontalGroup.txt" : "VerticalGroup.txt");
+        created = autoCreateConstraints([this] {
+            group = makeGroupView({a, b, c}, {.orientation = GetParam(), .spacing = 8});
+        });
         group->setIdentifier("g");
         nameSpacers(*group);
         host->addSubview(group);

@@ -1,7 +1,6 @@
-#include <RVCore.h>
-
 #include <Platform/ConstraintLibrary/ConstraintText.h>
 #include <Platform/Foundation/Raised.h>
+#include <RVCore.h>
 
 #include <gtest/gtest.h>
 
@@ -182,8 +181,9 @@ TEST(RandomNumbersDeathTest, anUpperBoundBelowTheLowerOneStopsTheProgram)
 {
     EXPECT_DEATH(random<std::uint32_t>({.lower = 5, .upper = 4}),
                  "Fatal error: Arithmetic overflow: the upper bound 4 of a random number is below the lower bound 5");
-    EXPECT_DEATH(random<std::int32_t>({.lower = -4, .upper = -5}),
-                 "Fatal error: Arithmetic overflow: the upper bound -5 of a random number is below the lower bound -4");
+    EXPECT_DEATH(
+        random<std::int32_t>({.lower = -4, .upper = -5}),
+        "Fatal error: Arithmetic overflow: the upper bound -5 of a random number is below the lower bound -4");
     EXPECT_DEATH(random<std::uint64_t>({.lower = 5, .upper = 4}), "Arithmetic overflow: the upper bound 4");
     EXPECT_DEATH(random<std::int64_t>({.lower = 5, .upper = 4}), "Arithmetic overflow: the upper bound 4");
 }
