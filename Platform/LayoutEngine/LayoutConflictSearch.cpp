@@ -191,10 +191,12 @@ std::vector<Index> Search::chargingUpTo(Index level) const
 std::vector<Index> Search::reduced(const std::vector<Index>& levels, Effort& effort) const
 {
     std::vector<Index> constraints;
+    constraints.reserve(levels.size());
     for (const Index level : levels)
         constraints.push_back(m_constraints[level]);
     const std::vector<Index> kept = Search(m_model, constraints).droppingOneByOne(effort);
     std::vector<Index> result;
+    result.reserve(kept.size());
     for (const Index level : kept)
         result.push_back(levels[level]);
     return result;

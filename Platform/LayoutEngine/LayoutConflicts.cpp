@@ -2,6 +2,7 @@
 #include "LayoutSolver.h"
 
 #include <bit>
+#include <numeric>
 
 namespace RVCore::LayoutInternal {
 
@@ -65,19 +66,21 @@ std::vector<Index> Solver::requiredConstraints(Part& part, const std::vector<Ind
 void Solver::settleConflicts(Part& part, Effort& effort)
 {
     constexpr int mostRounds = 4;
-    std::vector<Index> all(part.system().rowCount());
-    for (Index row = 0; row < all.size(); ++row)
-        all[row] = row;
+    const auto allRows = [&] {
+        std::vector<Index> all(part.system().rowCount());
+        std::iota(all.begin(), all.end(), Index(0));
+        return all;
+    };
     for (int round = 0; round <= mostRounds; ++round) {
         if (part.simplex().violatedRows(0).empty())
             break;
         if (round == mostRounds)
             letAllBackIn(part);
         const bool takesAll = round == mostRounds;
-        auto found =
-            findConflicts(m_model, requiredConstraints(part, takesAll ? all : part.simplex().pricedRows(0)), effort);
+        auto found = findConflicts(
+            m_model, requiredConstraints(part, takesAll ? allRows() : part.simplex().pricedRows(0)), effort);
         if (found.empty() && !takesAll)
-            found = findConflicts(m_model, requiredConstraints(part, all), effort);
+            found = findConflicts(m_model, requiredConstraints(part, allRows()), effort);
         if (found.empty())
             break; // rounding
         for (std::vector<Index>& members : found)
