@@ -18,13 +18,20 @@ bool isSet(const char* variable)
     return value && *value;
 }
 
+int callDepth = 0;
+bool hasEnded = false;
+
 void endApplication()
 {
-    for (QWindow* window : QGuiApplication::allWindows()) {
-        if (auto* ours = dynamic_cast<QtWindowSurface*>(window))
-            ours->leaveDesktop();
+    // Inside a callback Qt's event loop is still on the stack: nothing that it uses can be taken away.
+    if (callDepth == 0) {
+        for (QWindow* window : QGuiApplication::allWindows()) {
+            if (auto* surface = dynamic_cast<QtWindowSurface*>(window))
+                surface->abandon();
+        }
+        delete qApp;
     }
-    delete qApp;
+    hasEnded = true;
 }
 
 } // namespace
@@ -46,12 +53,23 @@ void requireQtApplication()
 
     new QApplication(count, arguments);
     QApplication::setQuitOnLastWindowClosed(false);
-    // Not a static object's destructor: those of Qt that the application needs at its end are younger than ours.
-    std::atexit(endApplication);
+
+    // The application's end needs static objects that Qt made long after this. Objects of the main thread end before
+    // any static one does.
+    struct End {
+        ~End() { endApplication(); }
+    };
+    [[maybe_unused]] static thread_local const End end;
+}
+
+bool hasQtApplicationEnded()
+{
+    return hasEnded;
 }
 
 void callGuarded(const std::function<void()>& closure)
 {
+    ++callDepth;
     try {
         closure();
     } catch (const std::exception& exception) {
@@ -59,6 +77,7 @@ void callGuarded(const std::function<void()>& closure)
     } catch (...) {
         fatalError("an exception of an unknown type left a callback");
     }
+    --callDepth;
 }
 
 } // namespace RVCore

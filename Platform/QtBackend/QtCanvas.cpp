@@ -34,7 +34,17 @@ QtCanvas::QtCanvas(QPainter& painter) : m_painter(&painter), m_outermost(&painte
     m_fromDevice = painter.deviceTransform().inverted();
 }
 
-QtCanvas::~QtCanvas() = default;
+QtCanvas::~QtCanvas()
+{
+    // Painting that an exception left half done.
+    for (; !m_scopes.empty(); m_scopes.pop_back()) {
+        if (m_scopes.back() && m_scopes.back()->painter) {
+            m_scopes.back()->painter->end();
+            m_scopes.back()->painter.reset();
+        }
+        innermostPainter().restore();
+    }
+}
 
 QPainter& QtCanvas::innermostPainter() const
 {

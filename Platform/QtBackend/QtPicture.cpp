@@ -1,5 +1,6 @@
 #include <Foundation/NSException.h>
 
+#include <QBuffer>
 #include <QImageWriter>
 #include <QPainter>
 #include <QSaveFile>
@@ -56,12 +57,22 @@ void save(const QImage& image, const std::string& path)
         raiseInvalidArgument(operation, "cannot write " + path + ": " + fromQString(reason));
     };
     // Written beside the file and put in its place when whole.
-    QSaveFile file(toQString(path));
-    if (!file.open(QIODevice::WriteOnly))
-        fail(file.errorString());
-    QImageWriter writer(&file, "png");
+    QBuffer encoded;
+    encoded.open(QIODevice::WriteOnly);
+    QImageWriter writer(&encoded, "png");
     if (!writer.write(image))
         fail(writer.errorString());
+
+    QSaveFile file(toQString(path));
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        fail(file.errorString());
+    // A disk that is nearly full takes a part of the data first, and only then says why it takes no more.
+    for (QByteArrayView rest = encoded.data(); !rest.isEmpty();) {
+        const qint64 written = file.write(rest.data(), rest.size());
+        if (written <= 0)
+            fail(file.errorString());
+        rest = rest.sliced(written);
+    }
     if (!file.commit())
         fail(file.errorString());
 }

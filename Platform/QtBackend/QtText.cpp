@@ -59,6 +59,14 @@ QList<QTextLayout::FormatRange> digitFormats(const QString& paragraph, const QFo
     return formats;
 }
 
+// Blanks at the end of a paragraph that wraps take no room; Qt leaves them out where a line breaks only.
+QString withoutTrailingBlanks(QString paragraph)
+{
+    while (paragraph.endsWith(u' ') || paragraph.endsWith(u'\t'))
+        paragraph.chop(1);
+    return paragraph;
+}
+
 // The text from top to bottom.
 class Setter {
 public:
@@ -69,7 +77,8 @@ public:
     {
         const QStringList paragraphs = toQString(text.text).split(u'\n');
         for (qsizetype i = 0; i < paragraphs.size() && !isFull(); ++i)
-            addParagraph(paragraphs[i], i + 1 == paragraphs.size());
+            addParagraph(text.wraps() ? withoutTrailingBlanks(paragraphs[i]) : paragraphs[i],
+                         i + 1 == paragraphs.size());
     }
 
     const std::vector<Line>& lines() const { return m_lines; }
@@ -256,6 +265,14 @@ CGFloat leftEdge(const Line& line, CGFloat room, NSTextAlignment alignment)
     return alignment == NSTextAlignment::right ? slack : 0;
 }
 
+std::vector<CGFloat> lineWidths(const Setter& setter)
+{
+    std::vector<CGFloat> widths;
+    for (const Line& line : setter.lines())
+        widths.push_back(line.width);
+    return widths;
+}
+
 void requireUsable(std::string_view operation, const FontDescription& font)
 {
     requireFinite(operation, "font.size", font.size);
@@ -269,13 +286,15 @@ TextMetrics measureText(const TextDescription& text, CGFloat maximumWidth)
 {
     requireUsable("Backend.measureText", text.font);
     const Setter setter(text, maximumWidth);
+    const std::vector<CGFloat> widths = lineWidths(setter);
+    const CGFloat limit = maximumWidth > 0 ? std::ceil(maximumWidth) : HUGE_VAL;
+    CGFloat width = std::min(std::ceil(*std::max_element(widths.begin(), widths.end())), limit);
+    // Where a glyph reaches beyond its advance, a line takes more room to stay one line than it covers. What the text
+    // needs is the room in which it breaks as it does here.
+    while (text.wraps() && width < limit && lineWidths(Setter(text, width)) != widths)
+        ++width;
     const std::vector<Line>& lines = setter.lines();
-    CGFloat width = 0;
-    for (const Line& line : lines)
-        width = std::max(width, line.width);
-    if (maximumWidth > 0)
-        width = std::min(width, maximumWidth);
-    return {{std::ceil(width), lines.back().top + lines.back().height}, lines.front().ascent};
+    return {{width, lines.back().top + lines.back().height}, lines.front().ascent};
 }
 
 void drawText(QPainter& painter, const TextDescription& text, const CGRect& rect)

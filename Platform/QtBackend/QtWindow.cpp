@@ -1,6 +1,7 @@
 #include <Foundation/NSException.h>
 
 #include <QCloseEvent>
+#include <QGuiApplication>
 #include <QPainter>
 #include <QScreen>
 #include <QtBackend/QtApplication.h>
@@ -36,13 +37,6 @@ void QtWindowSurface::abandon()
         delete this;
 }
 
-void QtWindowSurface::leaveDesktop()
-{
-    m_frameTimer.stop();
-    m_store.reset();
-    destroy();
-}
-
 // The client may end the window's life in any call.
 void QtWindowSurface::call(const std::function<void(WindowClient&)>& closure)
 {
@@ -64,9 +58,18 @@ void QtWindowSurface::reportSize(CGSize size)
 void QtWindowSurface::setContentSize(CGSize content)
 {
     m_knownSize = content;
-    resize(toQWindowSize(content).expandedTo(minimumSize()));
+    resize(toQWindowSize(content).expandedTo(m_minimumSize));
     // A desktop that wants another size says so later, in a resize event.
     reportSize(fromQSize(size()));
+}
+
+void QtWindowSurface::setMinimumContentSize(CGSize content)
+{
+    m_minimumSize = toQWindowSize(content);
+    // Off screen there is nobody to tell, about which Qt complains.
+    if (QGuiApplication::platformName() != "offscreen")
+        setMinimumSize(m_minimumSize);
+    setContentSize(m_knownSize);
 }
 
 void QtWindowSurface::requestFrame()
@@ -78,7 +81,7 @@ void QtWindowSurface::requestFrame()
 // As soon as the screen can show the next frame, and at once if it has been waiting for one.
 void QtWindowSurface::scheduleFrame()
 {
-    if (!isExposed() || m_frameTimer.isActive())
+    if (!isVisible() || !isExposed() || m_frameTimer.isActive())
         return;
     const double rate = screen() && screen()->refreshRate() > 0 ? screen()->refreshRate() : 60;
     const double elapsed = m_sinceFrame.isValid() ? static_cast<double>(m_sinceFrame.elapsed()) : HUGE_VAL;
@@ -89,7 +92,9 @@ bool QtWindowSurface::event(QEvent* event)
 {
     const bool isHandled = QWindow::event(event);
     // What was asked for while nobody could see the window is due when somebody can.
-    if (event->type() == QEvent::Expose && m_needsFrame)
+    if (event->type() == QEvent::Expose && !isExposed())
+        m_frameTimer.stop();
+    else if (event->type() == QEvent::Expose && m_needsFrame)
         scheduleFrame();
     return isHandled;
 }
@@ -155,40 +160,50 @@ QtWindow::QtWindow(WindowClient& client, CGSize contentSize)
 
 QtWindow::~QtWindow()
 {
-    m_surface->abandon();
+    if (hasSurface())
+        m_surface->abandon();
+}
+
+bool QtWindow::hasSurface() const
+{
+    return m_surface && !hasQtApplicationEnded();
 }
 
 void QtWindow::setTitle(const std::string& title)
 {
-    m_surface->setTitle(toQString(title));
+    if (hasSurface())
+        m_surface->setTitle(toQString(title));
 }
 
 void QtWindow::setContentSize(CGSize size)
 {
     requireFinite("WindowBackend.setContentSize", "size", size);
-    m_surface->setContentSize(size);
+    if (hasSurface())
+        m_surface->setContentSize(size);
 }
 
 void QtWindow::setMinimumContentSize(CGSize size)
 {
     requireFinite("WindowBackend.setMinimumContentSize", "size", size);
-    // Enlarges the surface if need be, which reports itself like any other resize.
-    m_surface->setMinimumSize(toQWindowSize(size));
+    if (hasSurface())
+        m_surface->setMinimumContentSize(size);
 }
 
 void QtWindow::setVisible(bool visible)
 {
-    m_surface->setVisible(visible);
+    if (hasSurface())
+        m_surface->setVisible(visible);
 }
 
 void QtWindow::requestFrame()
 {
-    m_surface->requestFrame();
+    if (hasSurface())
+        m_surface->requestFrame();
 }
 
 CGFloat QtWindow::backingScale() const
 {
-    return m_surface->devicePixelRatio();
+    return hasSurface() ? m_surface->devicePixelRatio() : 1;
 }
 
 } // namespace RVCore

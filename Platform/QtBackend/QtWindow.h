@@ -4,6 +4,7 @@
 
 #include <QBackingStore>
 #include <QElapsedTimer>
+#include <QPointer>
 #include <QTimer>
 #include <QWindow>
 
@@ -18,12 +19,11 @@ public:
     ~QtWindowSurface() override;
 
     void setContentSize(CGSize size);
+    void setMinimumContentSize(CGSize size);
     void requestFrame();
     // No call reaches the client from now on. Ends the surface now, or if it is calling its client just now, as soon
     // as Qt is done with it.
     void abandon();
-    // Gives back all that belongs to the desktop; for the end of the program.
-    void leaveDesktop();
 
 protected:
     bool event(QEvent* event) override;
@@ -40,14 +40,15 @@ private:
 
     WindowClient* m_client;
     CGSize m_knownSize; // what the client believes the content size to be
+    QSize m_minimumSize{1, 1};
     std::unique_ptr<QBackingStore> m_store;
-    QTimer m_frameTimer;
+    QTimer m_frameTimer{this};
     QElapsedTimer m_sinceFrame;
     bool m_needsFrame = true;
     int m_callDepth = 0;
 };
 
-// One window of the desktop, as the rooms above see it.
+// One window of the desktop, as the rooms above see it. After the end of the application it does nothing.
 class QtWindow : public WindowBackend {
 public:
     QtWindow(WindowClient& client, CGSize contentSize);
@@ -62,10 +63,12 @@ public:
     void requestFrame() override;
     CGFloat backingScale() const override;
 
-    QWindow& surface() const { return *m_surface; }
+    QtWindowSurface& surface() const { return *m_surface; }
 
 private:
-    QtWindowSurface* const m_surface; // ends itself, see abandon
+    bool hasSurface() const;
+
+    const QPointer<QtWindowSurface> m_surface; // ends itself, see abandon; with the application at the latest
 };
 
 } // namespace RVCore
