@@ -128,7 +128,7 @@ void Simplex::advance(double distance)
     for (const Index column : m_direction.indices()) {
         m_values[column] += distance * m_direction[column];
         m_moved.insert(column);
-        m_scale = std::max(m_scale, std::abs(m_values[column]));
+        widenScale(column);
     }
     for (const Index row : m_rates.indices()) {
         if (!isBasic(row))

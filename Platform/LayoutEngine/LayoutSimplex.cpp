@@ -35,6 +35,7 @@ void Simplex::start(System& system)
     m_rowValues.assign(rows, 0.0);
     m_affected.clear();
     m_scale = 1.0;
+    m_scaleColumn = none;
     m_priceScale = m_slopeScale;
     chooseFirstBasis();
     m_targets.resize(columns);
@@ -124,8 +125,30 @@ void Simplex::moveBasis()
     m_affected.clear();
     for (const Index column : m_changed) {
         m_moved.insert(column);
-        m_scale = std::max(m_scale, std::abs(m_values[column]));
+        widenScale(column);
     }
+}
+
+void Simplex::widenScale(Index column)
+{
+    if (std::abs(m_values[column]) <= m_scale)
+        return;
+    m_scale = std::abs(m_values[column]);
+    m_scaleColumn = column;
+}
+
+void Simplex::measureScale()
+{
+    m_scale = 1.0;
+    m_scaleColumn = none;
+    for (Index column = 0; column < m_values.size(); ++column)
+        widenScale(column);
+}
+
+// Far below the largest value that there once was, its tolerance would hide real differences.
+bool Simplex::isScaleOutdated() const
+{
+    return m_scaleColumn != none && 64.0 * std::abs(m_values[m_scaleColumn]) < m_scale;
 }
 
 // Pass 2.
@@ -176,6 +199,7 @@ void Simplex::refresh(Effort& effort)
     for (Index position = 0; position < m_affected.size(); ++position)
         m_affected[position] = position;
     moveBasis();
+    measureScale();
     resetPrices();
     m_touchedRows.clear();
     for (Index row = 0; row < m_system->rowCount(); ++row) {
@@ -208,6 +232,8 @@ bool Simplex::run(Effort& effort)
     if (m_isDirty || m_factor.exchangeCount() > 0 || m_priceUpdates > longestUpdate)
         refresh(effort);
     moveBasis();
+    if (isScaleOutdated())
+        refresh(effort);
     touchRowsOf(m_changed);
     for (const Index row : m_touchedRows.indices()) {
         if (!isBasic(row))

@@ -88,6 +88,9 @@ private:
 
     // LayoutSimplex.cpp
     void moveBasis();
+    void widenScale(Index column);
+    void measureScale();
+    bool isScaleOutdated() const;
     void touchRowsOf(std::span<const Index> columns);
     void relocate(Index row);
     Index segmentAt(Index row, double value, Index present) const;
@@ -129,7 +132,8 @@ private:
     std::vector<double> m_targets;   // by position: position of the kink
     std::vector<double> m_values;    // by column
     std::vector<double> m_rowValues; // by row outside the basis
-    double m_scale = 1.0;            // largest magnitude of a value so far
+    double m_scale = 1.0;            // largest magnitude of a value since the last refresh()
+    Index m_scaleColumn = none;      // that had it
 
     std::vector<std::vector<double>> m_prices; // by level, by position; empty while all are zero
     std::vector<double> m_slopeScale;          // largest slope by level

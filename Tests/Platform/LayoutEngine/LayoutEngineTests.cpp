@@ -207,6 +207,18 @@ TEST(LayoutEngine, largeCoordinatesKeepTheirDigits)
     EXPECT_NEAR(TestEngine(system).value(199), 1e7 + 19.9, 1e-6);
 }
 
+TEST(LayoutEngine, aValueThatWasHugeOnceHidesNothingLater)
+{
+    TestEngine test({"",
+                     3,
+                     {{{{0, 0.001}}, equal, 1e9, 1000},
+                      {{{0, 1}, {1, 1e-3}}, atMost, 2e12, 900},
+                      {{{1, 1000}, {2, 1000}, {0, 1e-6}}, atLeast, 7, 500}}});
+    test.engine.solve();
+    test.engine.setConstant(test.handles[0], 0);
+    EXPECT_NEAR(test.value(1) + test.value(2), 0.007, 1e-9);
+}
+
 TEST(LayoutEngine, assignmentLikeSystemsEnd)
 {
     // n x n variables at least 0, rows and columns summing up to 1, pulled apart at one priority.

@@ -96,9 +96,11 @@ private:
         glp_smcp parameters;
         glp_init_smcp(&parameters);
         parameters.msg_lev = GLP_MSG_OFF;
+        parameters.it_lim = 2000; // it cycles on rare systems
         glp_std_basis(m_problem);
         if (glp_simplex(m_problem, &parameters) != 0)
             glp_std_basis(m_problem);
+        parameters.it_lim = 100000;
         if (glp_exact(m_problem, &parameters) != 0)
             throw std::runtime_error("the oracle stopped");
         return glp_get_status(m_problem);
