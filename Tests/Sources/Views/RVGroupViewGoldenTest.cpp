@@ -87,7 +87,7 @@ protected:
             text += view->identifier();
             for (const auto orientation :
                  {NSLayoutConstraintOrientation::horizontal, NSLayoutConstraintOrientation::vertical})
-                text += " " + numberText(static_cast<double>(view->contentHuggingPriority(orientation)));
+                text.append(" ").append(numberText(static_cast<double>(view->contentHuggingPriority(orientation))));
             text += "\n";
         }
         return text;

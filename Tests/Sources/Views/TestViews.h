@@ -115,7 +115,7 @@ inline void nameSpacers(const RVGroupView& group)
 {
     int number = 0;
     for (const auto& spacer : spacersOf(group))
-        spacer->setIdentifier("s" + std::to_string(number++));
+        spacer->setIdentifier(std::string("s").append(std::to_string(number++)));
 }
 
 } // namespace RVCore
