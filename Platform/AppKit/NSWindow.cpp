@@ -171,21 +171,25 @@ void NSWindow::layoutIfNeeded()
 {
     const auto alive = shared(*this); // overrides may close the window
     m_contentView->layoutSubtreeIfNeeded();
-    growToContent();
-    updateMinimumContentSize();
+    updateMinimumContentSize(); // first, for it may stand in the way of a smaller size
+    takeNeededSize();
+    m_contentView->layoutSubtreeIfNeeded();
 }
 
-// Growing, or shrinking to the most that the content can be.
-void NSWindow::growToContent()
+// Grows to what the content needs, or shrinks to the most that it can be.
+void NSWindow::takeNeededSize()
 {
     const CGSize needed = desktopSize(m_contentView->frame().size);
-    if (needed == m_contentSize)
-        m_askedSize = {};
-    if (needed == m_contentSize || needed == m_askedSize)
+    const auto isNew = [](CGFloat side, CGFloat present, CGFloat& asked) {
+        const bool wasAsked = side == asked;
+        asked = side == present ? 0 : side;
+        return side != present && !wasAsked;
+    };
+    const bool isNewWidth = isNew(needed.width, m_contentSize.width, m_askedSize.width);
+    const bool isNewHeight = isNew(needed.height, m_contentSize.height, m_askedSize.height);
+    if (!isNewWidth && !isNewHeight)
         return;
-    m_askedSize = needed;
     applyContentSize(needed);
-    m_contentView->layoutSubtreeIfNeeded();
     if (m_backend)
         m_backend->setContentSize(needed);
 }

@@ -55,7 +55,7 @@ public:
 
 private:
     void applyContentSize(CGSize size);
-    void growToContent();
+    void takeNeededSize();
     void updateMinimumContentSize();
 
     void contentSizeChanged(CGSize size) override;
@@ -69,7 +69,7 @@ private:
     std::weak_ptr<NSResponder> m_firstResponder; // expired for the window itself
     CGSize m_contentSize;
     CGSize m_minimumContentSize{1, 1};
-    CGSize m_askedSize;                     // for which the content last made the window ask; empty when it fits
+    CGSize m_askedSize;                     // what the content last made the window ask for; 0 where it fits
     std::uint64_t m_constraintRevision = 0; // that the minimum was found for; 0 when there is none
     bool m_isVisible = false;
 };

@@ -1,0 +1,85 @@
+#include <AppKit/NSApplication.h>
+#include <AppKit/NSWindow.h>
+#include <Foundation/Message.h>
+#include <HeadlessBackend/HeadlessBackend.h>
+
+namespace RVCore {
+namespace {
+
+using testing::ElementsAre;
+
+class NSApplicationTest : public testing::Test {
+protected:
+    ~NSApplicationTest() override
+    {
+        for (const auto& open : std::vector(application.windows()))
+            open->close();
+        Backend::install(nullptr);
+    }
+
+    NSApplication& application = NSApplication::shared();
+};
+
+TEST_F(NSApplicationTest, KnowsItsOpenWindowsInTheOrderInWhichTheyWereShown)
+{
+    const auto a = make<NSWindow>(), b = make<NSWindow>();
+    b->makeKeyAndOrderFront();
+    a->makeKeyAndOrderFront();
+    b->makeKeyAndOrderFront();
+    EXPECT_THAT(application.windows(), ElementsAre(b, a));
+    b->close();
+    EXPECT_THAT(application.windows(), ElementsAre(a));
+}
+
+TEST_F(NSApplicationTest, RunReturnsAtOnceWithoutAWindow)
+{
+    application.run();
+    application.terminate(); // harmless
+}
+
+TEST_F(NSApplicationTest, ClosingTheLastWindowEndsTheRun)
+{
+    const auto a = make<NSWindow>(), b = make<NSWindow>();
+    a->makeKeyAndOrderFront();
+    b->makeKeyAndOrderFront();
+    std::vector<std::string> order;
+    Backend::shared().callLater([&] {
+        a->close();
+        order.push_back("one closed");
+        Backend::shared().callLater([&] {
+            order.push_back("still running");
+            application.run(); // returns at once: it runs already
+            b->close();
+        });
+    });
+    application.run();
+    order.push_back("ended");
+    EXPECT_THAT(order, ElementsAre("one closed", "still running", "ended"));
+}
+
+TEST_F(NSApplicationTest, AnExceptionEndsTheRunAndItCanRunAgain)
+{
+    const auto window = make<NSWindow>();
+    window->makeKeyAndOrderFront();
+    Backend::shared().callLater([] { throw 7; });
+    EXPECT_THROW(application.run(), int);
+    bool ranAgain = false;
+    Backend::shared().callLater([&] {
+        ranAgain = true;
+        application.terminate();
+    });
+    application.run();
+    EXPECT_TRUE(ranAgain);
+}
+
+TEST_F(NSApplicationTest, IsReachedByName)
+{
+    const auto shared = send(NSApplication::staticClass(), "sharedApplication").as<std::shared_ptr<NSApplication>>();
+    EXPECT_EQ(shared.get(), &application);
+    EXPECT_TRUE(send(shared, "windows").as<Value::Array>().empty());
+    send(shared, "run");
+    send(shared, "terminate");
+}
+
+} // namespace
+} // namespace RVCore
