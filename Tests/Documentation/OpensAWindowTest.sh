@@ -1,6 +1,6 @@
 #!/bin/sh
 # Starts a program and waits for a visible window of it that has a title and a size.
-# usage: OpensAWindowTest.sh PROGRAM      (on an X display, see Scripts/with-display)
+# usage: OpensAWindowTest.sh PROGRAM      (on an X display, see Tests/VirtualDisplay)
 set -eu
 "$1" &
 program=$!
