@@ -40,7 +40,10 @@ public:
 
     // What has been told since the last call.
     std::vector<std::string> takeCalls() { return std::exchange(m_calls, {}); }
+    const std::vector<std::string>& calls() const { return m_calls; }
+    // What it fills: the size that it was made with, or was told last.
     CGSize size() const { return m_size; }
+    void setSize(CGSize size) { m_size = size; }
 
     CGColor color{1, 0, 0, 1};
     std::function<void()> onSizeChanged;
