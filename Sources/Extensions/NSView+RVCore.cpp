@@ -72,9 +72,8 @@ bool hasIntrinsicSize(const NSView& view)
 
 std::shared_ptr<NSColor> backgroundColor(const NSView& view)
 {
-    if (!view.layer() || !view.layer()->backgroundColor())
-        return nullptr;
-    return make<NSColor>(*view.layer()->backgroundColor());
+    const auto color = view.layer() ? view.layer()->backgroundColor() : std::nullopt;
+    return color ? make<NSColor>(*color) : nullptr;
 }
 
 void setBackgroundColor(NSView& view, const std::shared_ptr<NSColor>& color)

@@ -112,6 +112,17 @@ TEST_F(RVGroupViewSizeTest, membersAreAskedOncePerQuestion)
     EXPECT_EQ(first->sizeQuestions, 1);
 }
 
+TEST_F(RVGroupViewSizeTest, aRebuildLooksAtTheSizeTwiceAndOnceMoreToStoreANewOne)
+{
+    group->setNeedsLayout(true);
+    first->sizeQuestions = 0;
+    group->setOrientation(Orientation::horizontal); // with the request for layout, and by itself
+    EXPECT_EQ(first->sizeQuestions, 2);
+    first->sizeQuestions = 0;
+    group->setOrientation(Orientation::vertical);
+    EXPECT_EQ(first->sizeQuestions, 3);
+}
+
 TEST_F(RVGroupViewSizeTest, aGroupWhoseSizeDidNotChangeDoesNotInvalidateIt)
 {
     group->setNeedsLayout(true); // publishes the padding

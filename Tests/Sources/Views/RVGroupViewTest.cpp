@@ -340,6 +340,14 @@ TEST_F(RVGroupViewTest, hidingThenShowingEndsAtFullOpacity)
     EXPECT_EQ(group->rebuilds, 2);
 }
 
+TEST_F(RVGroupViewTest, showingAMemberMakesItLayerBackedAgain)
+{
+    group->setVisibility(b, false);
+    b->setWantsLayer(false);
+    group->setVisibility(b, true);
+    EXPECT_TRUE(b->wantsLayer());
+}
+
 TEST_F(RVGroupViewTest, hidingAHiddenMemberAndShowingAVisibleOneDoNothing)
 {
     b->setAlphaValue(0.5);
