@@ -1,0 +1,118 @@
+#include "TemporaryFolder.h"
+
+#include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QImage>
+#include <QPixmap>
+#include <QProcess>
+#include <QScreen>
+#include <QThread>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <optional>
+
+// The program in a window on an X server of its own, resized by a real pointer (see Tests/VirtualDisplay).
+
+namespace FolderSizes {
+namespace {
+
+constexpr int patience = 20000; // milliseconds until the test gives up waiting for the desktop
+constexpr int margin = 16;      // of the content, at scale 1
+const QRgb lineColor = qRgb(217, 219, 224);
+
+QString answerOf(const QString& program, const QStringList& arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    process.waitForFinished(patience);
+    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+}
+
+// The width of the window's content, as the X server knows it.
+int contentWidth(const QString& window)
+{
+    for (const QString& line : answerOf("xdotool", {"getwindowgeometry", "--shell", window}).split('\n')) {
+        if (line.startsWith("WIDTH="))
+            return line.section('=', 1).toInt();
+    }
+    return 0;
+}
+
+// How far the line below the headings reaches in what the window shows now: the first and last column of pixels.
+std::optional<std::pair<int, int>> lineExtent(const QString& window)
+{
+    const QImage picture = QGuiApplication::primaryScreen()->grabWindow(window.toULongLong()).toImage();
+    for (int y = 0; y < picture.height(); ++y) {
+        int first = 0;
+        while (first < picture.width() && picture.pixel(first, y) != lineColor)
+            ++first;
+        int last = first;
+        while (last + 1 < picture.width() && picture.pixel(last + 1, y) == lineColor)
+            ++last;
+        if (last - first > picture.width() / 2)
+            return std::pair(first, last);
+    }
+    return std::nullopt;
+}
+
+bool waitUntil(const std::function<bool()>& condition)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!condition()) {
+        if (timer.elapsed() > patience)
+            return false;
+        QThread::msleep(20);
+    }
+    return true;
+}
+
+TEST(FolderSizesWindow, IsLaidOutWhileAUserDragsItsCorner)
+{
+    int argumentCount = 1;
+    char name[] = "LiveResizeTest";
+    char* arguments[] = {name, nullptr};
+    const QGuiApplication application(argumentCount, arguments);
+
+    const TemporaryFolder folder;
+    folder.addFile("some file", 1000);
+    folder.addFile("another file", 500);
+    QProcess program;
+    program.setProcessChannelMode(QProcess::ForwardedChannels);
+    program.start(FOLDER_SIZES, {QString::fromStdString(folder.path())});
+    const QString title = QString::fromStdString(folder.path()) + " – FolderSizes";
+    const QString window =
+        answerOf("xdotool", {"search", "--sync", "--onlyvisible", "--name", "^" + title + "$"}).section('\n', 0, 0);
+    ASSERT_FALSE(window.isEmpty());
+
+    const auto isLaidOut = [&] { return lineExtent(window) == std::pair(margin, contentWidth(window) - margin - 1); };
+    ASSERT_TRUE(waitUntil(isLaidOut));
+    const int width = contentWidth(window);
+
+    QProcess drag;
+    drag.start(DRAG_WINDOW_CORNER, {"--hold", title, "180", "60"});
+    ASSERT_TRUE(drag.waitForStarted(patience));
+    // The button is still down here: the content follows while the user drags.
+    EXPECT_TRUE(waitUntil([&] { return contentWidth(window) >= width + 170; }));
+    EXPECT_TRUE(waitUntil(isLaidOut));
+    EXPECT_FALSE(drag.waitForFinished(0));
+    drag.write("\n");
+    EXPECT_TRUE(drag.waitForFinished(patience));
+    EXPECT_TRUE(waitUntil(isLaidOut));
+
+    // Narrower than the columns need is not to be had.
+    QProcess shrink;
+    shrink.start(DRAG_WINDOW_CORNER, {title, "-900", "0"});
+    EXPECT_TRUE(shrink.waitForFinished(patience));
+    EXPECT_TRUE(waitUntil([&] { return contentWidth(window) == 640 && isLaidOut(); })) << contentWidth(window);
+
+    // Closing the only window ends the program.
+    answerOf("xdotool", {"mousemove", "--window", window, "100", "100", "key", "ctrl+alt+x"});
+    EXPECT_TRUE(program.waitForFinished(patience));
+    EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(program.exitCode(), 0);
+}
+
+} // namespace
+} // namespace FolderSizes
