@@ -6,6 +6,7 @@
 #include <optional>
 #include <ranges>
 #include <type_traits>
+#include <utility>
 
 namespace RVCore {
 

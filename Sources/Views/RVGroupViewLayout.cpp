@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <ranges>
 #include <unordered_set>
 
 namespace RVCore {
@@ -147,7 +148,7 @@ void RVGroupView::configureViews(const Elements& oldElements)
 // Takes the old elements and the hidden members with their spacers out of the hierarchy and forgets the spacers.
 void RVGroupView::removeElements(const Elements& oldElements)
 {
-    for (const auto& element : oldElements.layout)
+    for (const auto& element : oldElements.layout | std::views::reverse) // so that nothing behind it has to move up
         element->removeFromSuperview();
     for (const HiddenView& entry : m_hiddenViews) {
         entry.view->removeFromSuperview();
