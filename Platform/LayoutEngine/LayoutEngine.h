@@ -87,9 +87,9 @@ struct LayoutStatistics {
 //
 // Required constraints hold. The others are met in strict order of priority: the sum of violations (in each
 // constraint's own units) at the highest priority is made as small as it can be, then, without giving any of
-// that up, the next one's, and so on. What is still free after that goes towards 0, and is ambiguous. When
-// required constraints contradict each other, the one of them that was installed last is left out until
-// another member of that set is removed or changed.
+// that up, the next one's, and so on. What is still free after that is ambiguous; it stays above 0 as far as it
+// can, then goes towards 0. When required constraints contradict each other, the one of them that was installed
+// last is left out until another member of that set is removed or changed.
 //
 // Installing, removing and changing only notes the change; solve() does the work, and every question about a
 // result solves first. Parts that share no variable are solved apart. The same calls in the same order give

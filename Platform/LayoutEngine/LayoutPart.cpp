@@ -8,7 +8,7 @@ namespace RVCore::LayoutInternal {
 
 namespace {
 
-// What moving a variable away from 0 costs at the lowest level. The weights are scattered over [1, 2), so that
+// What moving a variable away from 0 costs at the two lowest levels. The weights are scattered over [1, 2), so that
 // no two ways to bring variables towards 0 tie. (The finaliser of SplitMix64; Steele, Lea, Flood, OOPSLA 2014.)
 double weightOf(Index variable)
 {
@@ -52,7 +52,7 @@ void Part::build(Model& model, Index number, const std::vector<Index>& variables
     }
     std::sort(m_classes.begin() + columns, m_classes.end());
     // 2. The forms.
-    m_system.clear(columns, Index(m_priorities.size()) + 1);
+    m_system.clear(columns, Index(m_priorities.size()) + freeLevelCount);
     m_system.reserve(m_classes.size(), columns + terms, columns + constraints);
     std::vector<Term> form;
     for (Index column = 0; column < columns; ++column)
@@ -110,7 +110,11 @@ void Part::collectCosts(const Model& model, Index row)
     }
     if (row < m_variables.size()) {
         const double weight = weightOf(m_variables[row]);
-        m_costs.push_back({0.0, -weight, weight, 0, Index(m_priorities.size())});
+        // First not below 0, then towards 0: where two equally strong constraints cannot both hold, as at the ends of
+        // a row that is too long, the one at the near end does.
+        const auto lowest = Index(m_priorities.size());
+        m_costs.push_back({0.0, -weight, 0.0, 0, lowest});
+        m_costs.push_back({0.0, -weight, weight, 0, lowest + 1});
     }
     makeProfile(m_costs);
 }

@@ -8,7 +8,7 @@
 namespace RVCore::LayoutInternal {
 
 // Constraints and variables that hang together, with their solver. Columns are variables, rows are classes; the
-// levels are the priorities that occurred when the part was built, and one below for "goes towards 0".
+// levels are the priorities that occurred when the part was built, and two below for what they leave free.
 class Part {
 public:
     void build(Model&, Index number, const std::vector<Index>& variables);

@@ -293,7 +293,7 @@ std::vector<Index> Simplex::holdingRows(Index column)
 std::vector<Index> Simplex::freeColumns()
 {
     std::vector<Index> result;
-    const Index last = m_system->levelCount() - 1;
+    const Index last = m_system->levelCount() - freeLevelCount;
     IndexSet found;
     found.resize(m_system->columnCount());
     for (Index position = 0; position < m_basis.size(); ++position) {

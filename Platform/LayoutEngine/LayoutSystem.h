@@ -26,10 +26,13 @@ struct Term {
     friend bool operator==(const Term&, const Term&) = default;
 };
 
+// How many levels below all priorities decide what those leave free.
+constexpr Index freeLevelCount = 2;
+
 // One independent part of the constraints in the form the solver works on.
 //
 // A row is a linear form over the columns together with its cost. Row j below columnCount() is the form
-// "column j" by itself; each has a kink at the lowest level, so that a basis always exists. The forms are
+// "column j" by itself; each has a kink at the lowest levels, so that a basis always exists. The forms are
 // fixed once finish() was called; costs may be exchanged at any time.
 class System {
 public:

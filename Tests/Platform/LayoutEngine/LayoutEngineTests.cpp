@@ -76,6 +76,26 @@ TEST(LayoutEngine, aTieIsDecidedByTheNextPriority)
     EXPECT_EQ(test.value(0), 13.0);
 }
 
+TEST(LayoutEngine, aTieThatNoPriorityDecidesKeepsTheNearEndInPlace)
+{
+    // Two elements of 50 in a chain, tied with equal strength to both ends of a row of 70.
+    TestEngine test({"",
+                     2,
+                     {{{{0, 1}, {1, -1}}, equal, -50, 749},
+                      {{{0, 1}}, equal, 0, 748},
+                      {{{1, 1}}, equal, 20, 748}}});
+    EXPECT_EQ(test.value(0), 0.0);
+    EXPECT_EQ(test.value(1), 50.0);
+}
+
+TEST(LayoutEngine, whatIsFreeGoesBelowZeroOnlyWhereAConstraintSendsIt)
+{
+    TestEngine test({"", 2, {{{{0, 1}}, equal, -30, 1}, {{{1, 1}, {0, -1}}, atMost, 10, 1000}}});
+    EXPECT_EQ(test.value(0), -30.0);
+    EXPECT_EQ(test.value(1), -20.0);
+    EXPECT_EQ(test.engine.ambiguousVariables().size(), 1u);
+}
+
 TEST(LayoutEngine, inequalitiesHoldWithoutPulling)
 {
     TestEngine test({"",
