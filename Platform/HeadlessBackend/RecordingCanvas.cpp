@@ -89,12 +89,12 @@ void RecordingCanvas::record(const std::string& line)
 void RecordingCanvas::save()
 {
     record("save");
-    m_open.push_back(Scope::State);
+    m_open.push_back(Scope::state);
 }
 
 void RecordingCanvas::restore()
 {
-    if (m_open.empty() || m_open.back() != Scope::State)
+    if (m_open.empty() || m_open.back() != Scope::state)
         fatalError("Canvas.restore: no save to match");
     m_open.pop_back();
     record("restore");
@@ -135,12 +135,12 @@ void RecordingCanvas::drawText(const TextDescription& text, const CGRect& rect)
 void RecordingCanvas::beginTransparencyLayer(CGFloat alpha)
 {
     record("layer " + number(alpha));
-    m_open.push_back(Scope::Layer);
+    m_open.push_back(Scope::layer);
 }
 
 void RecordingCanvas::endTransparencyLayer()
 {
-    if (m_open.empty() || m_open.back() != Scope::Layer)
+    if (m_open.empty() || m_open.back() != Scope::layer)
         fatalError("Canvas.endTransparencyLayer: no layer to match");
     m_open.pop_back();
     record("end");

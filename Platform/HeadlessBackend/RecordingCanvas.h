@@ -41,7 +41,7 @@ public:
     void endTransparencyLayer() override;
 
 private:
-    enum class Scope { State, Layer };
+    enum class Scope { state, layer };
 
     void record(const std::string& line);
 
