@@ -79,11 +79,8 @@ TEST(LayoutEngine, aTieIsDecidedByTheNextPriority)
 TEST(LayoutEngine, aTieThatNoPriorityDecidesKeepsTheNearEndInPlace)
 {
     // Two elements of 50 in a chain, tied with equal strength to both ends of a row of 70.
-    TestEngine test({"",
-                     2,
-                     {{{{0, 1}, {1, -1}}, equal, -50, 749},
-                      {{{0, 1}}, equal, 0, 748},
-                      {{{1, 1}}, equal, 20, 748}}});
+    TestEngine test(
+        {"", 2, {{{{0, 1}, {1, -1}}, equal, -50, 749}, {{{0, 1}}, equal, 0, 748}, {{{1, 1}}, equal, 20, 748}}});
     EXPECT_EQ(test.value(0), 0.0);
     EXPECT_EQ(test.value(1), 50.0);
 }
