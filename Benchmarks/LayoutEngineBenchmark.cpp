@@ -29,7 +29,7 @@ public:
             for (LayoutVariable* variable : {&element.x, &element.y, &element.width, &element.height})
                 *variable = m_engine.addVariable(i);
             const bool isMember = i % 2 == 1;
-            const bool isStretching = i == std::size_t(2 * stretching + 1);
+            const bool isStretching = i == 2 * std::size_t(stretching) + 1;
             for (const auto& [size, hint] : {std::pair{element.width, isMember ? 50.0 : 8.0},
                                              std::pair{element.height, isMember ? 20.0 : 0.0}}) {
                 add({{{size, 1}}}, atLeast, 0, 1000);

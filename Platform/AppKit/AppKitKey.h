@@ -10,7 +10,7 @@ class ViewLayoutState;
 // Opens to each other what AppKit's classes share: operations that take a key are theirs alone, for only they can
 // make one.
 class AppKitKey {
-    AppKitKey() {}
+    AppKitKey() = default;
     friend class LayoutContext;
     friend class LayoutPass;
     friend class NSLayoutConstraint;
