@@ -2,6 +2,7 @@
 
 #include <Foundation/NSObject.h>
 
+#include <iterator>
 #include <vector>
 
 namespace RVCore {
@@ -28,10 +29,10 @@ private:
 };
 
 // A list of objects as an NSArray.
-template <class T> std::shared_ptr<NSArray> makeArray(const std::vector<T>& elements)
+template <class T> std::shared_ptr<NSArray> makeArray(std::vector<T> elements)
 {
-    Value::Array values(elements.begin(), elements.end());
-    return make<NSArray>(std::move(values));
+    return make<NSArray>(
+        Value::Array(std::make_move_iterator(elements.begin()), std::make_move_iterator(elements.end())));
 }
 
 } // namespace RVCore

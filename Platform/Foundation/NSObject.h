@@ -2,6 +2,7 @@
 
 #include <Foundation/Class.h>
 #include <Foundation/Publisher.h>
+#include <Foundation/RecyclingAllocator.h>
 
 #include <atomic>
 #include <memory>
@@ -60,7 +61,11 @@ private:
 // A new T, initialised with the arguments of one of its `init` operations.
 template <std::derived_from<NSObject> T, class... Arguments> std::shared_ptr<T> make(Arguments&&... arguments)
 {
-    auto object = std::make_shared<T>();
+    std::shared_ptr<T> object;
+    if constexpr (requires { typename T::IsRecycled; })
+        object = std::allocate_shared<T>(RecyclingAllocator<T>());
+    else
+        object = std::make_shared<T>();
     object->init(std::forward<Arguments>(arguments)...);
     return object;
 }

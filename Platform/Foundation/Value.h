@@ -81,10 +81,10 @@ public:
     Value(Selector selector) : m_storage(selector) {}
     template <class T>
         requires std::convertible_to<T*, NSObject*>
-    Value(const std::shared_ptr<T>& object)
+    Value(std::shared_ptr<T> object)
     {
         if (object)
-            m_storage = ObjectRef(object);
+            m_storage = ObjectRef(std::move(object));
     }
     template <Boxable T> Value(const T& plain) : m_storage(std::make_shared<const TypedBox<T>>(plain)) {}
     Value(Callback callback)

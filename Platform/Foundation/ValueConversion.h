@@ -3,7 +3,6 @@
 #include <Foundation/NSException.h>
 #include <Foundation/Value.h>
 
-#include <array>
 #include <cmath>
 #include <concepts>
 #include <limits>
@@ -116,18 +115,27 @@ template <class T>
     requires std::derived_from<T, NSObject>
 struct ValueConversion<std::shared_ptr<T>> {
     static std::string expected() { return objectClassName<T>() + " or nothing"; }
-    static Value wrap(const std::shared_ptr<T>& value) { return Value(value); }
+    static Value wrap(std::shared_ptr<T> value) { return Value(std::move(value)); }
     static std::optional<std::shared_ptr<T>> unwrap(const Value& value)
     {
         if (value.isNothing())
             return std::shared_ptr<T>();
         if (!value.object())
             return std::nullopt;
-        auto object = std::dynamic_pointer_cast<T>(*value.object());
+        auto object = cast(*value.object());
         return object ? std::optional(std::move(object)) : std::nullopt;
     }
 
 private:
+    // Nothing derives from a final class, so its objects are told by their class, which is much quicker. A template,
+    // since NSObject is not complete here.
+    template <class Object> static std::shared_ptr<T> cast(const Object& object)
+    {
+        if constexpr (std::is_final_v<T>)
+            return &object->classObject() == &T::staticClass() ? std::static_pointer_cast<T>(object) : nullptr;
+        else
+            return std::dynamic_pointer_cast<T>(object);
+    }
     template <class U> static std::string objectClassName() { return U::staticClass().name(); }
 };
 
@@ -149,12 +157,12 @@ template <class T>
     requires(!std::same_as<T, Value>)
 struct ValueConversion<std::vector<T>> {
     static std::string expected() { return "array of " + ValueConversion<T>::expected(); }
-    static Value wrap(const std::vector<T>& values)
+    static Value wrap(std::vector<T> values)
     {
         Value::Array array;
         array.reserve(values.size());
-        for (const T& value : values)
-            array.push_back(ValueConversion<T>::wrap(value));
+        for (auto&& value : values)
+            array.push_back(ValueConversion<T>::wrap(std::move(value)));
         return Value(std::move(array));
     }
     static std::optional<std::vector<T>> unwrap(const Value& value)
@@ -191,62 +199,6 @@ template <> struct ValueConversion<Value::Dictionary> {
     }
 };
 
-// Callbacks: any function of convertible arguments. Nothing stands for an absent one.
-template <class R, class... Arguments> struct ValueConversion<std::function<R(Arguments...)>> {
-    using Function = std::function<R(Arguments...)>;
-    static std::string expected() { return "callback or nothing"; }
-    static Value wrap(Function function)
-    {
-        if (!function)
-            return Value();
-        return Value(Value::Callback([function = std::move(function)](std::span<const Value> values) {
-            if (values.size() != sizeof...(Arguments))
-                raiseInvalidArgument("callback", "takes " + std::to_string(sizeof...(Arguments)) +
-                                                     " arguments, got " + std::to_string(values.size()));
-            return call(function, values, std::index_sequence_for<Arguments...>());
-        }));
-    }
-    static std::optional<Function> unwrap(const Value& value)
-    {
-        if (value.isNothing())
-            return Function();
-        if (!value.callback())
-            return std::nullopt;
-        return Function([callback = *value.callback()](Arguments... arguments) -> R {
-            const std::array<Value, sizeof...(Arguments)> values{
-                ValueConversion<std::decay_t<Arguments>>::wrap(arguments)...};
-            const Value result = callback(values);
-            if constexpr (!std::is_void_v<R>)
-                return result.template as<R>();
-        });
-    }
-
-private:
-    template <std::size_t... I>
-    static Value call(const Function& function, [[maybe_unused]] std::span<const Value> values,
-                      std::index_sequence<I...>)
-    {
-        if constexpr (std::is_void_v<R>) {
-            function(values[I].template as<std::decay_t<Arguments>>()...);
-            return Value();
-        } else {
-            return ValueConversion<R>::wrap(function(values[I].template as<std::decay_t<Arguments>>()...));
-        }
-    }
-};
-
-// The general callback itself.
-template <> struct ValueConversion<Value::Callback> {
-    static std::string expected() { return "callback or nothing"; }
-    static Value wrap(Value::Callback value) { return value ? Value(std::move(value)) : Value(); }
-    static std::optional<Value::Callback> unwrap(const Value& value)
-    {
-        if (value.isNothing())
-            return Value::Callback();
-        return value.callback() ? std::optional(*value.callback()) : std::nullopt;
-    }
-};
-
 template <class T> T Value::as() const
 {
     auto content = ValueConversion<T>::unwrap(*this);
@@ -256,3 +208,5 @@ template <class T> T Value::as() const
 }
 
 } // namespace RVCore
+
+#include <Foundation/CallbackConversion.h>
