@@ -1,9 +1,11 @@
+#include <AppKit/LayoutConflictReport.h>
 #include <AppKit/LayoutContext.h>
+#include <AppKit/LayoutTag.h>
 #include <AppKit/NSView.h>
-#include <AppKit/ViewDump.h>
 #include <Foundation/NSException.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <unordered_map>
 #include <unordered_set>
@@ -11,49 +13,6 @@
 namespace RVCore {
 
 namespace {
-
-// What a tag of the engine stands for: a constraint or a view, whose addresses leave three bits, and in these for a
-// row of a view's own 1 + its kind. The kinds that are never required, and so never in a conflict, share the last
-// one.
-constexpr std::uint64_t tagKindMask = 7;
-static_assert(alignof(NSView) > tagKindMask && alignof(NSLayoutConstraint) > tagKindMask);
-static_assert(ViewLayoutState::verticalExtent + 1 < tagKindMask);
-
-std::uint64_t tagOf(const NSLayoutConstraint& constraint)
-{
-    return reinterpret_cast<std::uintptr_t>(&constraint);
-}
-
-std::uint64_t tagOf(const NSView& view, ViewLayoutState::OwnRow kind)
-{
-    return reinterpret_cast<std::uintptr_t>(&view) | std::min<std::uint64_t>(kind + 1, tagKindMask);
-}
-
-// Of a variable.
-std::uint64_t tagOf(const NSView& view)
-{
-    return reinterpret_cast<std::uintptr_t>(&view);
-}
-
-NSLayoutConstraint* constraintOf(std::uint64_t tag)
-{
-    if ((tag & tagKindMask) != 0)
-        return nullptr;
-    return reinterpret_cast<NSLayoutConstraint*>(static_cast<std::uintptr_t>(tag));
-}
-
-NSView* viewOf(std::uint64_t tag)
-{
-    return reinterpret_cast<NSView*>(static_cast<std::uintptr_t>(tag & ~tagKindMask));
-}
-
-std::string describeTag(std::uint64_t tag)
-{
-    if (const NSLayoutConstraint* constraint = constraintOf(tag))
-        return constraint->description();
-    const auto kind = static_cast<ViewLayoutState::OwnRow>((tag & tagKindMask) - 1);
-    return std::string(ownRowName(kind)) + " of " + nameOfView(viewOf(tag));
-}
 
 template <class Visit> void forEachInTree(NSView& root, const Visit& visit)
 {
@@ -72,7 +31,8 @@ template <class Visit> void forEachInTree(NSView& root, const Visit& visit)
 CGSize checkedIntrinsicSize(const NSView& view)
 {
     const CGSize size = view.intrinsicContentSize();
-    requireFinite(view.classObject().name() + ".intrinsicContentSize", "size", size);
+    if (!std::isfinite(size.width) || !std::isfinite(size.height))
+        requireFinite(view.classObject().name() + ".intrinsicContentSize", "size", size);
     return size;
 }
 
@@ -82,10 +42,9 @@ constexpr ViewLayoutState::OwnRow frameRows[] = {ViewLayoutState::horizontalPosi
                                                  ViewLayoutState::horizontalExtent, ViewLayoutState::verticalPosition,
                                                  ViewLayoutState::verticalExtent};
 
-const ViewVariables& liveVariables(const NSView& view)
-{
+constexpr auto liveVariables = [](const NSView& view) -> const ViewVariables& {
     return ViewLayoutState::of(view)->variables;
-}
+};
 
 // Enters the view whose `layout` gives this one its place, unless it was the last one entered.
 void addPlacing(NSView& view, std::vector<std::shared_ptr<NSView>>& placing)
@@ -107,12 +66,14 @@ void LayoutContext::retire()
     forEachInTree(m_root, [this](NSView& view) {
         m_pendingSubtrees.remove(view);
         m_staleIntrinsicSizes.remove(view);
+        m_movedViews.remove(view);
         ViewLayoutState* state = ViewLayoutState::of(view);
         if (!state)
             return;
         state->context = nullptr;
         state->variables = {};
         state->ownRows.fill({});
+        state->hasIntrinsicRows = false;
         state->forEachHeld([](NSLayoutConstraint& constraint) { constraint.bookkeeping({}).handle = {}; });
     });
     m_engine = {};
@@ -180,7 +141,9 @@ void LayoutContext::letGo(NSView& view)
             m_engine.removeVariable(variable);
     }
     state->variables = {};
+    state->hasIntrinsicRows = false;
     m_staleIntrinsicSizes.remove(view);
+    m_movedViews.remove(view);
     state->context = nullptr;
 }
 
@@ -204,7 +167,7 @@ void LayoutContext::takeIn(NSView& subtree)
     for (NSView* view : views) {
         ViewLayoutState& state = ViewLayoutState::make(*view);
         state.context = this;
-        const std::uint64_t tag = tagOf(*view);
+        const std::uint64_t tag = LayoutTag::of(*view);
         if (view != &m_root) {
             state.variables.x = m_engine.addVariable(tag);
             state.variables.y = m_engine.addVariable(tag);
@@ -213,6 +176,7 @@ void LayoutContext::takeIn(NSView& subtree)
         state.variables.height = m_engine.addVariable(tag);
         state.forEachHeld([&](NSLayoutConstraint& constraint) { constraints.push_back(&constraint); });
         m_staleIntrinsicSizes.add(*view);
+        m_movedViews.add(*view);
     }
     for (NSView* view : views) {
         installOwnRow(*view, ViewLayoutState::widthNotNegative, {});
@@ -220,8 +184,7 @@ void LayoutContext::takeIn(NSView& subtree)
         for (const auto kind : frameRows)
             installOwnRow(*view, kind, {});
     }
-    // The order of installation decides which of contradicting constraints is left out.
-    std::sort(constraints.begin(), constraints.end(), &LayoutContext::wasActivatedBefore);
+    sortByActivation(constraints);
     for (NSLayoutConstraint* constraint : constraints)
         install(*constraint);
     Views placing;
@@ -230,9 +193,15 @@ void LayoutContext::takeIn(NSView& subtree)
     markForLayout(placing);
 }
 
-bool LayoutContext::wasActivatedBefore(NSLayoutConstraint* left, NSLayoutConstraint* right)
+// The order of installation decides which of contradicting constraints is left out.
+void LayoutContext::sortByActivation(std::vector<NSLayoutConstraint*>& constraints)
 {
-    return left->bookkeeping({}).activation < right->bookkeeping({}).activation;
+    std::vector<std::pair<std::uint64_t, NSLayoutConstraint*>> order; // beside each other, not behind pointers
+    order.reserve(constraints.size());
+    for (NSLayoutConstraint* constraint : constraints)
+        order.emplace_back(constraint->bookkeeping({}).activation, constraint);
+    std::sort(order.begin(), order.end());
+    std::transform(order.begin(), order.end(), constraints.begin(), [](const auto& entry) { return entry.second; });
 }
 
 // Calls overrides, which may change the tree: that is why the views were collected first.
@@ -247,8 +216,8 @@ void LayoutContext::markForLayout(const Views& views)
 void LayoutContext::install(NSLayoutConstraint& constraint)
 {
     makeConstraintRow(constraint, *constraint.holder(), liveVariables, m_row);
-    constraint.bookkeeping({}).handle =
-        m_engine.addConstraint(m_row.terms, m_row.relation, m_row.constant, m_row.priority, tagOf(constraint));
+    constraint.bookkeeping({}).handle = m_engine.addConstraint(m_row.terms, m_row.relation, m_row.constant,
+                                                               m_row.priority, LayoutTag::of(constraint));
 }
 
 void LayoutContext::constraintActivated(NSLayoutConstraint& constraint)
@@ -279,28 +248,28 @@ void LayoutContext::constraintChanged(NSLayoutConstraint& constraint)
 
 void LayoutContext::installOwnRow(NSView& view, ViewLayoutState::OwnRow kind, CGSize intrinsicSize)
 {
-    const auto row = makeOwnRow(view, kind, intrinsicSize, &view == &m_root, liveVariables);
-    if (row)
-        ViewLayoutState::of(view)->ownRows[kind] =
-            m_engine.addConstraint(row->terms, row->relation, row->constant, row->priority, tagOf(view, kind));
+    if (makeOwnRow(view, kind, intrinsicSize, &view == &m_root, liveVariables, m_row))
+        ViewLayoutState::of(view)->ownRows[kind] = m_engine.addConstraint(m_row.terms, m_row.relation, m_row.constant,
+                                                                          m_row.priority, LayoutTag::of(view, kind));
 }
 
 void LayoutContext::updateOwnRow(NSView& view, ViewLayoutState::OwnRow kind, CGSize intrinsicSize)
 {
     LayoutConstraintHandle& handle = ViewLayoutState::of(view)->ownRows[kind];
-    const auto row = makeOwnRow(view, kind, intrinsicSize, &view == &m_root, liveVariables);
+    const bool isThere = makeOwnRow(view, kind, intrinsicSize, &view == &m_root, liveVariables, m_row);
     const bool onlyNumbersChange =
         std::find(std::begin(frameRows), std::end(frameRows), kind) == std::end(frameRows) || &view == &m_root;
-    if (handle.isValid() && row && onlyNumbersChange) {
-        m_engine.setConstant(handle, row->constant);
-        m_engine.setPriority(handle, row->priority);
+    if (handle.isValid() && isThere && onlyNumbersChange) {
+        m_engine.setConstant(handle, m_row.constant);
+        m_engine.setPriority(handle, m_row.priority);
         return;
     }
     if (handle.isValid())
         m_engine.removeConstraint(handle);
     handle = {};
-    if (row)
-        handle = m_engine.addConstraint(row->terms, row->relation, row->constant, row->priority, tagOf(view, kind));
+    if (isThere)
+        handle = m_engine.addConstraint(m_row.terms, m_row.relation, m_row.constant, m_row.priority,
+                                        LayoutTag::of(view, kind));
 }
 
 void LayoutContext::intrinsicSizeInvalidated(NSView& view)
@@ -326,8 +295,10 @@ void LayoutContext::contentPriorityChanged(NSView& view, NSLayoutConstraintOrien
 
 void LayoutContext::frameGiven(NSView& view)
 {
-    if (&view != &m_root) // whose frame is not what its content needs
+    if (&view != &m_root) { // whose frame is not what its content needs
         ++m_revision;
+        m_movedViews.add(view);
+    }
     for (const auto kind : frameRows)
         updateOwnRow(view, kind, {});
 }
@@ -341,6 +312,10 @@ void LayoutContext::updateIntrinsicSizes()
         if (of(*view) != this)
             continue; // it has left the tree meanwhile
         m_staleIntrinsicSizes.remove(*view);
+        ViewLayoutState& state = *ViewLayoutState::of(*view);
+        if (std::exchange(state.hasIntrinsicRows, true) && state.installedIntrinsicSize == size)
+            continue;
+        state.installedIntrinsicSize = size;
         for (const auto kind : contentRows)
             updateOwnRow(*view, kind, size);
     }
@@ -367,16 +342,57 @@ void LayoutContext::solve()
     if (!m_engine.needsSolve())
         return;
     m_engine.solve();
-    const auto toMark = viewsWithMovedSubviews();
+    const auto toMark = noteMovedViews();
     reportConflicts(); // before overrides run, which may end a constraint
     markForLayout(toMark);
 }
 
-LayoutContext::Views LayoutContext::viewsWithMovedSubviews() const
+LayoutContext::Views LayoutContext::noteMovedViews()
 {
     Views result;
-    for (const LayoutVariable variable : m_engine.changedVariables())
-        addPlacing(*viewOf(m_engine.owner(variable)), result);
+    for (const LayoutVariable variable : m_engine.changedVariables()) {
+        NSView& view = LayoutTag::view(m_engine.owner(variable));
+        m_movedViews.add(view);
+        addPlacing(view, result);
+    }
+    return result;
+}
+
+void LayoutContext::subviewsFollowHeight(NSView& view)
+{
+    for (const auto& subview : view.subviews()) {
+        if (of(*subview) == this)
+            m_movedViews.add(*subview);
+    }
+}
+
+LayoutContext::Views LayoutContext::movedSubviews(const NSView& view) const
+{
+    Views result;
+    // Through whichever list is the shorter one.
+    if (m_movedViews.places().size() < view.subviews().size()) {
+        for (NSView* moved : m_movedViews.places()) {
+            if (moved && moved->superview() == &view)
+                result.push_back(shared(*moved));
+        }
+    } else {
+        for (const auto& subview : view.subviews()) {
+            if (m_movedViews.contains(*subview))
+                result.push_back(subview);
+        }
+    }
+    return result;
+}
+
+std::vector<LayoutContext::Placement> LayoutContext::takePlacements(NSView& view)
+{
+    const auto alive = shared_from_this(); // overrides run in a solve
+    solve();
+    std::vector<Placement> result;
+    for (const auto& moved : movedSubviews(view)) {
+        m_movedViews.remove(*moved);
+        result.push_back({moved, solvedFrame(*moved)});
+    }
     return result;
 }
 
@@ -409,6 +425,12 @@ bool LayoutContext::isAmbiguous(const NSView& view)
     return false;
 }
 
+LayoutEngine& LayoutContext::solvedEngine()
+{
+    solve();
+    return m_engine;
+}
+
 std::vector<NSLayoutConstraint*> LayoutContext::constraintsAffecting(const NSView& view, bool isVertical)
 {
     solve();
@@ -418,7 +440,7 @@ std::vector<NSLayoutConstraint*> LayoutContext::constraintsAffecting(const NSVie
     std::vector<NSLayoutConstraint*> result;
     std::unordered_set<NSLayoutConstraint*> known;
     const auto add = [&](std::uint64_t tag) {
-        NSLayoutConstraint* constraint = constraintOf(tag);
+        NSLayoutConstraint* constraint = LayoutTag::constraint(tag);
         if (constraint && known.insert(constraint).second)
             result.push_back(constraint);
     };
@@ -442,20 +464,15 @@ std::vector<NSLayoutConstraint*> LayoutContext::constraintsAffecting(const NSVie
 
 void LayoutContext::reportConflicts()
 {
-    for (const LayoutConflict& conflict : m_engine.takeConflicts()) {
-        std::string report = "Layout conflict: these required constraints contradict each other:\n";
-        for (const std::uint64_t tag : conflict.constraints)
-            report += "    " + describeTag(tag) + "\n";
-        report += "Left out: " + describeTag(conflict.leftOut) + "\n";
-        std::fputs(report.c_str(), stderr);
-    }
+    for (const LayoutConflict& conflict : m_engine.takeConflicts())
+        std::fputs(describeConflict(conflict, m_root, m_engine).c_str(), stderr);
 }
 
 CGSize LayoutContext::fittingSize(NSView& view, NSLayoutPriority priority)
 {
     LayoutEngine engine;
     std::unordered_map<const NSView*, ViewVariables> table;
-    const VariablesOfView variables = [&](const NSView& known) -> const ViewVariables& { return table.at(&known); };
+    const auto variables = [&](const NSView& known) -> const ViewVariables& { return table.at(&known); };
     forEachInTree(view, [&](NSView& current) {
         table[&current] = {engine.addVariable(0), engine.addVariable(0), engine.addVariable(0),
                            engine.addVariable(0)};
@@ -475,13 +492,13 @@ CGSize LayoutContext::fittingSize(NSView& view, NSLayoutPriority priority)
                 std::find(std::begin(frameRows), std::end(frameRows), ownRow) != std::end(frameRows);
             if (isFrameRow && &current == &view)
                 continue; // its frame is what is asked for
-            if (const auto own = makeOwnRow(current, ownRow, size, false, variables))
-                install(*own);
+            if (makeOwnRow(current, ownRow, size, false, variables, row))
+                install(row);
         }
         if (const ViewLayoutState* state = ViewLayoutState::of(current))
             state->forEachHeld([&](NSLayoutConstraint& constraint) { constraints.push_back(&constraint); });
     });
-    std::sort(constraints.begin(), constraints.end(), &LayoutContext::wasActivatedBefore);
+    sortByActivation(constraints);
     for (const NSLayoutConstraint* constraint : constraints) {
         makeConstraintRow(*constraint, *constraint->holder(), variables, row);
         install(row);

@@ -55,12 +55,25 @@ public:
     // origin that it has.
     CGRect solvedFrame(const NSView& view);
 
+    // The subviews whose solved frame may be another one than theirs, with that frame. The caller gives it to them;
+    // what that changes in turn is for the next round of the pass, or each of many texts that wrap would be solved
+    // alone.
+    struct Placement {
+        std::shared_ptr<NSView> view;
+        CGRect frame;
+    };
+    std::vector<Placement> takePlacements(NSView& view);
+    // The view's subviews are placed from the top, in coordinates that count from the bottom, and its height changed.
+    void subviewsFollowHeight(NSView& view);
+
     // Above 0; advances with every change that could change the size that the content needs.
     std::uint64_t revision() const { return m_revision; }
 
     bool isAmbiguous(const NSView& view);
     // The constraints that hold the view along one axis, in the order in which they do, then those that gave way.
     std::vector<NSLayoutConstraint*> constraintsAffecting(const NSView& view, bool isVertical);
+    // Up to date, for reports. Its tags are those of LayoutTag.h.
+    LayoutEngine& solvedEngine();
 
     // The smallest size of the view when asked for with this priority; constraints outside its subtree do not
     // count, and no context is disturbed.
@@ -71,7 +84,7 @@ public:
 private:
     using Views = std::vector<std::shared_ptr<NSView>>;
 
-    static bool wasActivatedBefore(NSLayoutConstraint* left, NSLayoutConstraint* right);
+    static void sortByActivation(std::vector<NSLayoutConstraint*>& constraints);
     static void markForLayout(const Views& views);
     void takeInPending();
     void takeIn(NSView& subtree);
@@ -81,7 +94,8 @@ private:
     void updateIntrinsicSizes();
     void removeRows(ViewLayoutState& state);
     void letGo(NSView& view);
-    Views viewsWithMovedSubviews() const;
+    Views noteMovedViews();
+    Views movedSubviews(const NSView& view) const;
     void reportConflicts();
 
     NSView& m_root;
@@ -89,6 +103,7 @@ private:
     LayoutRow m_row; // kept for its memory
     ViewQueue m_pendingSubtrees{&ViewLayoutState::placeAmongPending};
     ViewQueue m_staleIntrinsicSizes{&ViewLayoutState::placeAmongStale};
+    ViewQueue m_movedViews{&ViewLayoutState::placeAmongMoved};
     std::uint64_t m_revision = 1;
 };
 

@@ -98,34 +98,46 @@ AxisLaw axisLaw(const NSView& view, bool isVertical, double available, bool from
     return {shares[first], lengths[first] - shares[first] * available, shares[1], lengths[1] - shares[1] * available};
 }
 
-std::optional<LayoutRow> frameRow(const NSView& view, ViewLayoutState::OwnRow kind, bool isRoot,
-                                  const VariablesOfView& variables)
+// extent relation constant, at the priority.
+void setExtentRow(LayoutRow& row, LayoutVariable extent, LayoutRelation relation, double constant,
+                  NSLayoutPriority priority)
+{
+    row.terms.assign(1, {extent, 1});
+    row.relation = relation;
+    row.constant = constant;
+    row.priority = priority;
+}
+
+bool makeFrameRow(const NSView& view, ViewLayoutState::OwnRow kind, bool isRoot, const VariablesOfView& variables,
+                  LayoutRow& row)
 {
     const bool isVertical = kind == ViewLayoutState::verticalPosition || kind == ViewLayoutState::verticalExtent;
     const bool isExtent = kind == ViewLayoutState::horizontalExtent || kind == ViewLayoutState::verticalExtent;
-    const ViewVariables& own = variables(view);
     if (isRoot) {
         if (!isExtent)
-            return std::nullopt;
+            return false;
+        const ViewVariables& own = variables(view);
         const CGSize size = view.frame().size;
         const bool isHeld = view.translatesAutoresizingMaskIntoConstraints() && !view.isContentView();
-        return LayoutRow{{{isVertical ? own.height : own.width, 1}},
-                         LayoutRelation::equal,
-                         std::max(0.0, isVertical ? size.height : size.width),
-                         isHeld ? NSLayoutPriorityRequired : NSLayoutPriorityWindowSizeStayPut};
+        setExtentRow(row, isVertical ? own.height : own.width, LayoutRelation::equal,
+                     std::max(0.0, isVertical ? size.height : size.width),
+                     isHeld ? NSLayoutPriorityRequired : NSLayoutPriorityWindowSizeStayPut);
+        return true;
     }
     if (!view.translatesAutoresizingMaskIntoConstraints())
-        return std::nullopt;
+        return false;
+    const ViewVariables& own = variables(view);
     const CGSize available = view.superview()->frame().size;
     const AxisLaw law = axisLaw(view, isVertical, isVertical ? available.height : available.width, true);
     const ViewVariables& outer = variables(*view.superview());
-    LayoutRow row;
-    row.terms.push_back({isExtent ? (isVertical ? own.height : own.width) : (isVertical ? own.y : own.x), 1});
+    row.terms.assign(1, {isExtent ? (isVertical ? own.height : own.width) : (isVertical ? own.y : own.x), 1});
     const double factor = isExtent ? law.extentFactor : law.positionFactor;
     if (factor != 0)
         row.terms.push_back({isVertical ? outer.height : outer.width, -factor});
+    row.relation = LayoutRelation::equal;
     row.constant = isExtent ? law.extentConstant : law.positionConstant;
-    return row;
+    row.priority = NSLayoutPriorityRequired;
+    return true;
 }
 
 } // namespace
@@ -143,36 +155,40 @@ void makeConstraintRow(const NSLayoutConstraint& constraint, const NSView& holde
     row.priority = constraint.priority();
 }
 
-std::optional<LayoutRow> makeOwnRow(const NSView& view, ViewLayoutState::OwnRow kind, CGSize intrinsicSize,
-                                    bool isRoot, const VariablesOfView& variables)
+bool makeOwnRow(const NSView& view, ViewLayoutState::OwnRow kind, CGSize intrinsicSize, bool isRoot,
+                const VariablesOfView& variables, LayoutRow& row)
 {
-    const ViewVariables& own = variables(view);
-    const auto content = [&](NSLayoutConstraintOrientation orientation, bool isHugging) -> std::optional<LayoutRow> {
+    const auto makeContentRow = [&](NSLayoutConstraintOrientation orientation, bool isHugging) {
         const bool isVertical = orientation == NSLayoutConstraintOrientation::vertical;
         const double metric = isVertical ? intrinsicSize.height : intrinsicSize.width;
         if (metric == NSViewNoIntrinsicMetric)
-            return std::nullopt;
-        return LayoutRow{{{isVertical ? own.height : own.width, 1}},
-                         isHugging ? LayoutRelation::lessThanOrEqual : LayoutRelation::greaterThanOrEqual,
-                         metric,
-                         isHugging ? view.contentHuggingPriority(orientation)
-                                   : view.contentCompressionResistancePriority(orientation)};
+            return false;
+        const ViewVariables& own = variables(view);
+        setExtentRow(row, isVertical ? own.height : own.width,
+                     isHugging ? LayoutRelation::lessThanOrEqual : LayoutRelation::greaterThanOrEqual, metric,
+                     isHugging ? view.contentHuggingPriority(orientation)
+                               : view.contentCompressionResistancePriority(orientation));
+        return true;
+    };
+    const auto makeNotNegativeRow = [&](LayoutVariable extent) {
+        setExtentRow(row, extent, LayoutRelation::greaterThanOrEqual, 0, NSLayoutPriorityRequired);
+        return true;
     };
     switch (kind) {
     case ViewLayoutState::widthNotNegative:
-        return LayoutRow{{{own.width, 1}}, LayoutRelation::greaterThanOrEqual, 0, NSLayoutPriorityRequired};
+        return makeNotNegativeRow(variables(view).width);
     case ViewLayoutState::heightNotNegative:
-        return LayoutRow{{{own.height, 1}}, LayoutRelation::greaterThanOrEqual, 0, NSLayoutPriorityRequired};
+        return makeNotNegativeRow(variables(view).height);
     case ViewLayoutState::widthHugging:
-        return content(NSLayoutConstraintOrientation::horizontal, true);
+        return makeContentRow(NSLayoutConstraintOrientation::horizontal, true);
     case ViewLayoutState::widthResistance:
-        return content(NSLayoutConstraintOrientation::horizontal, false);
+        return makeContentRow(NSLayoutConstraintOrientation::horizontal, false);
     case ViewLayoutState::heightHugging:
-        return content(NSLayoutConstraintOrientation::vertical, true);
+        return makeContentRow(NSLayoutConstraintOrientation::vertical, true);
     case ViewLayoutState::heightResistance:
-        return content(NSLayoutConstraintOrientation::vertical, false);
+        return makeContentRow(NSLayoutConstraintOrientation::vertical, false);
     default:
-        return frameRow(view, kind, isRoot, variables);
+        return makeFrameRow(view, kind, isRoot, variables, row);
     }
 }
 
@@ -184,35 +200,6 @@ CGRect frameAfterAutoresizing(const NSView& view, CGSize oldSize, CGSize newSize
             vertical.positionFactor * newSize.height + vertical.positionConstant,
             horizontal.extentFactor * newSize.width + horizontal.extentConstant,
             vertical.extentFactor * newSize.height + vertical.extentConstant};
-}
-
-const char* ownRowName(ViewLayoutState::OwnRow kind)
-{
-    switch (kind) {
-    case ViewLayoutState::widthNotNegative:
-        return "width ≥ 0";
-    case ViewLayoutState::heightNotNegative:
-        return "height ≥ 0";
-    case ViewLayoutState::horizontalPosition:
-        return "horizontal position of the frame";
-    case ViewLayoutState::horizontalExtent:
-        return "width of the frame";
-    case ViewLayoutState::verticalPosition:
-        return "vertical position of the frame";
-    case ViewLayoutState::verticalExtent:
-        return "height of the frame";
-    case ViewLayoutState::widthHugging:
-        return "horizontal content hugging";
-    case ViewLayoutState::widthResistance:
-        return "horizontal compression resistance";
-    case ViewLayoutState::heightHugging:
-        return "vertical content hugging";
-    case ViewLayoutState::heightResistance:
-        return "vertical compression resistance";
-    case ViewLayoutState::ownRowCount:
-        break;
-    }
-    return "";
 }
 
 } // namespace RVCore

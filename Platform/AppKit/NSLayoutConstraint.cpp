@@ -3,6 +3,7 @@
 #include <AppKit/NSView.h>
 #include <AppKit/ViewDump.h>
 #include <AppKit/ViewLayoutState.h>
+#include <Foundation/InternedString.h>
 #include <Foundation/NSException.h>
 
 #include <array>
@@ -78,13 +79,11 @@ void requirePriority(std::string_view operation, NSLayoutPriority priority)
                                             numberText(static_cast<double>(priority)));
 }
 
-void requireLayoutNumber(std::string_view operation, std::string_view name, double value)
+void raiseNoLayoutNumber(std::string_view operation, std::string_view name, double value)
 {
     requireFinite(operation, name, value);
-    constexpr double largest = 1e15;
-    if (std::abs(value) > largest)
-        raiseInvalidArgument(operation,
-                             std::string(name) + " is beyond what layout can tell apart: " + numberText(value));
+    raiseInvalidArgument(operation,
+                         std::string(name) + " is beyond what layout can tell apart: " + numberText(value));
 }
 
 Class& NSLayoutConstraint::staticClass()
@@ -200,7 +199,7 @@ std::string NSLayoutConstraint::identifier() const
 
 void NSLayoutConstraint::setIdentifier(const std::string& identifier)
 {
-    m_identifier = identifier.empty() ? nullptr : std::make_shared<const std::string>(identifier);
+    m_identifier = identifier.empty() ? nullptr : &interned(identifier);
 }
 
 void NSLayoutConstraint::setActive(bool active)
@@ -208,11 +207,10 @@ void NSLayoutConstraint::setActive(bool active)
     if (active == isActive())
         return;
     if (!active) {
-        const auto alive = shared(*this); // the holder may have the last reference
         NSView& oldHolder = *holder();
         if (LayoutContext* context = LayoutContext::of(oldHolder))
             context->constraintWillBeDeactivated(*this);
-        ViewLayoutState::of(oldHolder)->release(*this);
+        const auto alive = ViewLayoutState::of(oldHolder)->release(*this);
         oldHolder.setNeedsDisplay(true);
         return;
     }

@@ -4,6 +4,8 @@
 #include <Foundation/NSObject.h>
 #include <LayoutEngine/LayoutEngine.h>
 
+#include <cmath>
+
 namespace RVCore {
 
 // An edge, centre line or extent of a view. Vertical positions grow downward in constraints, whether or not a view
@@ -34,8 +36,15 @@ enum class NSLayoutConstraintOrientation : std::int8_t { horizontal = 0, vertica
 
 // Raises NSInvalidArgumentException naming the operation unless the priority lies in (0, 1000].
 void requirePriority(std::string_view operation, NSLayoutPriority priority);
-// Raises the same unless the number is finite and of a magnitude of at most 1e15, where points still differ.
-void requireLayoutNumber(std::string_view operation, std::string_view name, double value);
+// Says what is wrong with a number that requireLayoutNumber below refuses.
+[[noreturn]] void raiseNoLayoutNumber(std::string_view operation, std::string_view name, double value);
+// Raises NSInvalidArgumentException unless the number is finite and of a magnitude of at most 1e15, where points
+// still differ.
+inline void requireLayoutNumber(std::string_view operation, std::string_view name, double value)
+{
+    if (!(std::abs(value) <= 1e15)) // nor is NaN
+        raiseNoLayoutNumber(operation, name, value);
+}
 
 //     firstItem.firstAttribute  relation  multiplier × secondItem.secondAttribute + constant
 // Without a second item, the first attribute is held against the constant alone. Active, it belongs to the nearest
@@ -45,6 +54,8 @@ class NSLayoutConstraint final : public NSObject {
     RVCORE_CLASS(NSLayoutConstraint)
 
 public:
+    using IsRecycled = std::true_type; // groups make theirs anew for every change
+
     ~NSLayoutConstraint() override;
 
     // Once per object. Raises NSInvalidArgumentException for values that are not finite, for a first item or
@@ -67,9 +78,12 @@ public:
     void setConstant(double constant);
     NSLayoutPriority priority() const { return m_priority; } // default 1000
     void setPriority(NSLayoutPriority priority);
-    // Names the constraint's role in dumps and reports. Default empty.
+    // Names the constraint's role in dumps and reports; a role is a name, kept for the life of the program. Default
+    // empty.
     std::string identifier() const;
     void setIdentifier(const std::string& identifier);
+    // The same without a search, for a text that `interned` has returned (see Foundation/InternedString.h).
+    void setInternedIdentifier(const std::string& identifier) { m_identifier = &identifier; }
 
     // Activating raises NSInvalidArgumentException when the items have no common ancestor or one has died;
     // activating twice or deactivating twice does nothing.
@@ -99,7 +113,7 @@ private:
     Bookkeeping m_bookkeeping;
     double m_multiplier = 1;
     double m_constant = 0;
-    std::shared_ptr<const std::string> m_identifier;
+    const std::string* m_identifier = nullptr; // interned; null for none
     NSLayoutPriority m_priority = NSLayoutPriorityRequired;
     NSLayoutAttribute m_attributes[2] = {};
     NSLayoutRelation m_relation = NSLayoutRelation::equal;

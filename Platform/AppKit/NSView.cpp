@@ -2,6 +2,7 @@
 #include <AppKit/LayoutRows.h>
 #include <AppKit/NSView.h>
 #include <AppKit/NSWindow.h>
+#include <AppKit/ViewExplanation.h>
 #include <AppKit/ViewLayoutState.h>
 #include <Foundation/NSException.h>
 
@@ -89,6 +90,8 @@ Class& NSView::staticClass()
             return self.constraintsAffectingLayout(orientation);
         });
         publish.readOnlyProperty("hasAmbiguousLayout", &NSView::hasAmbiguousLayout);
+        publish.method("explainLayout", &explainLayout);
+        publish.method("ambiguousViews", &ambiguousViews);
         publish.property("needsLayout", &NSView::needsLayout, &NSView::setNeedsLayout);
         publish.property("needsUpdateConstraints", &NSView::needsUpdateConstraints,
                          &NSView::setNeedsUpdateConstraints);
@@ -152,6 +155,8 @@ void NSView::frameChanged(const CGRect& oldFrame)
     syncLayerGeometry();
     requestFrame();
     if (oldFrame.size != m_frame.size) {
+        if (LayoutContext* context = LayoutContext::of(*this); context && !isFlipped())
+            context->subviewsFollowHeight(*this);
         setNeedsLayout(true);
         frameSizeDidChange();
     }

@@ -47,7 +47,7 @@ inline constexpr CGFloat NSViewNoIntrinsicMetric = -1.0;
 // A superview holds its subviews; the way back does not own. Layout positions are frames: scrolling a view by its
 // bounds' origin moves what is shown, not where constraints put it. Main thread only. Lengths are in points; values
 // that are not finite, and magnitudes above 1e15, raise NSInvalidArgumentException and change nothing.
-class NSView : public NSResponder {
+class alignas(16) NSView : public NSResponder { // the alignment: see LayoutTag.h
     RVCORE_CLASS(NSView)
 
 public:
@@ -189,22 +189,23 @@ private:
     CGPoint convertToRoot(CGPoint point) const;
     CGPoint convertFromRoot(CGPoint point) const;
 
-    CGRect m_frame;
-    CGPoint m_boundsOrigin;
+    // What constraints touch comes first, side by side.
     NSView* m_superview = nullptr;
-    NSWindow* m_hostWindow = nullptr; // of a content view
-    std::vector<std::shared_ptr<NSView>> m_subviews;
-    std::shared_ptr<CALayer> m_layer;
     std::unique_ptr<ViewLayoutState> m_layoutState; // only for views that constraints know
-    std::unique_ptr<std::string> m_identifier;
-    CGFloat m_alphaValue = 1;
-    NSLayoutPriority m_huggingPriorities[2] = {250, 250};
-    NSLayoutPriority m_compressionResistancePriorities[2] = {750, 750};
-    NSViewLayerContentsRedrawPolicy m_redrawPolicy = NSViewLayerContentsRedrawPolicy::duringViewResize;
     NSAutoresizingMask m_autoresizingMask = NSAutoresizingMask::none;
     bool m_translatesMask = true;
     bool m_isHidden = false;
     LayoutMarks m_marks;
+    NSLayoutPriority m_huggingPriorities[2] = {250, 250};
+    NSLayoutPriority m_compressionResistancePriorities[2] = {750, 750};
+    CGRect m_frame;
+    CGPoint m_boundsOrigin;
+    NSWindow* m_hostWindow = nullptr; // of a content view
+    std::vector<std::shared_ptr<NSView>> m_subviews;
+    std::shared_ptr<CALayer> m_layer;
+    std::unique_ptr<std::string> m_identifier;
+    CGFloat m_alphaValue = 1;
+    NSViewLayerContentsRedrawPolicy m_redrawPolicy = NSViewLayerContentsRedrawPolicy::duringViewResize;
 };
 
 } // namespace RVCore

@@ -157,10 +157,10 @@ void NSView::layout()
     LayoutContext* context = LayoutContext::of(*this);
     if (!context)
         return;
-    const auto subviews = m_subviews; // their overrides may change the list, and the tree
-    for (const auto& subview : subviews) {
+    for (const auto& [subview, frame] : context->takePlacements(*this)) {
+        // An override that is told of its size may have changed the tree.
         if (subview->m_superview == this && LayoutContext::of(*subview) == context)
-            subview->storeFrame(context->solvedFrame(*subview));
+            subview->storeFrame(frame);
     }
 }
 

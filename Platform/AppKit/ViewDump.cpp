@@ -1,39 +1,12 @@
+#include <AppKit/LayoutWords.h>
 #include <AppKit/NSTextField.h>
 #include <AppKit/NSView.h>
 #include <AppKit/ViewDump.h>
 #include <Foundation/NSException.h>
 
-#include <unordered_map>
-#include <vector>
-
 namespace RVCore {
 
 namespace {
-
-const char* attributeName(NSLayoutAttribute attribute)
-{
-    switch (attribute) {
-    case NSLayoutAttribute::notAnAttribute:
-        break;
-    case NSLayoutAttribute::left:
-        return "left";
-    case NSLayoutAttribute::right:
-        return "right";
-    case NSLayoutAttribute::top:
-        return "top";
-    case NSLayoutAttribute::bottom:
-        return "bottom";
-    case NSLayoutAttribute::width:
-        return "width";
-    case NSLayoutAttribute::height:
-        return "height";
-    case NSLayoutAttribute::centerX:
-        return "centerX";
-    case NSLayoutAttribute::centerY:
-        return "centerY";
-    }
-    return "";
-}
 
 const char* relationName(NSLayoutRelation relation)
 {
@@ -79,24 +52,13 @@ std::string constraintText(const NSLayoutConstraint& constraint, const std::stri
 
 class TreeDump {
 public:
-    explicit TreeDump(NSView& root)
-    {
-        number(root);
-        write(root, 0);
-    }
+    explicit TreeDump(NSView& root) : m_names(root) { write(root, 0); }
 
     std::string text;
 
 private:
-    void number(const NSView& view)
-    {
-        m_numbers.emplace(&view, m_numbers.size() + 1);
-        for (const auto& subview : view.subviews())
-            number(*subview);
-    }
-
     // A constraint of a view in the tree refers to views in the tree only.
-    std::string numberOf(const NSView* view) const { return "#" + std::to_string(m_numbers.at(view)); }
+    std::string numberOf(const NSView* view) const { return "#" + std::to_string(m_names.numberOf(*view)); }
 
     void write(NSView& view, std::size_t depth)
     {
@@ -121,7 +83,7 @@ private:
             write(*subview, depth + 1);
     }
 
-    std::unordered_map<const NSView*, std::size_t> m_numbers;
+    ViewNames m_names;
 };
 
 } // namespace

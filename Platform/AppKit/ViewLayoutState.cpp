@@ -49,16 +49,17 @@ void ViewLayoutState::hold(NSLayoutConstraint& constraint)
     m_held.push_back(shared(constraint));
 }
 
-void ViewLayoutState::release(NSLayoutConstraint& constraint)
+std::shared_ptr<NSLayoutConstraint> ViewLayoutState::release(NSLayoutConstraint& constraint)
 {
     constraint.bookkeeping({}).holder = nullptr;
-    const auto alive = std::move(m_held[constraint.bookkeeping({}).placeInHolder]);
+    auto released = std::move(m_held[constraint.bookkeeping({}).placeInHolder]);
     if (++m_heldGaps * 2 <= m_held.size())
-        return;
+        return released;
     std::erase(m_held, nullptr);
     m_heldGaps = 0;
     for (std::size_t place = 0; place < m_held.size(); ++place)
         m_held[place]->bookkeeping({}).placeInHolder = static_cast<std::uint32_t>(place);
+    return released;
 }
 
 std::vector<std::shared_ptr<NSLayoutConstraint>> ViewLayoutState::heldConstraints() const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <AppKit/NSLayoutConstraint.h>
+#include <CoreGraphics/CGGeometry.h>
 
 #include <array>
 #include <limits>
@@ -52,7 +53,7 @@ public:
 
     // Constraints that the view owns while they are active; removing one keeps the order of the others.
     void hold(NSLayoutConstraint& constraint);
-    void release(NSLayoutConstraint& constraint);
+    [[nodiscard]] std::shared_ptr<NSLayoutConstraint> release(NSLayoutConstraint& constraint); // perhaps the last one
     // In order of installation.
     std::vector<std::shared_ptr<NSLayoutConstraint>> heldConstraints() const;
     template <class Visit> void forEachHeld(const Visit& visit) const
@@ -68,20 +69,27 @@ public:
     void removeReference(NSLayoutConstraint& constraint, int item);
     const std::vector<NSLayoutConstraint*>& references() const { return m_references; }
 
+private:
+    // What every constraint that comes or goes touches comes first, side by side.
+    std::vector<NSLayoutConstraint*> m_references;
+
+public:
     LayoutContext* context = nullptr; // null while the view is in no engine
     ViewVariables variables;
-    std::array<LayoutConstraintHandle, ownRowCount> ownRows{};
     static constexpr std::uint32_t noPlace = std::numeric_limits<std::uint32_t>::max();
     std::uint32_t placeAmongPending = noPlace; // in the queues of its context
     std::uint32_t placeAmongStale = noPlace;
+    std::uint32_t placeAmongMoved = noPlace;
+    bool hasIntrinsicRows = false; // the content rows of the size below are in the engine
     bool unsettledWasReported = false;
+    CGSize installedIntrinsicSize;
+    std::array<LayoutConstraintHandle, ownRowCount> ownRows{};
     std::shared_ptr<LayoutContext> ownedContext; // of a root; a pass under way keeps it, too
 
 private:
     NSView& m_view;
     std::vector<std::shared_ptr<NSLayoutConstraint>> m_held; // removed ones leave a gap until half are gaps
     std::size_t m_heldGaps = 0;
-    std::vector<NSLayoutConstraint*> m_references;
 };
 
 } // namespace RVCore

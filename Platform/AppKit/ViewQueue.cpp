@@ -11,6 +11,12 @@ NSView* ViewQueue::front()
     return m_views[m_first];
 }
 
+bool ViewQueue::contains(const NSView& view) const
+{
+    const ViewLayoutState* state = ViewLayoutState::of(view);
+    return state && state->*m_place != ViewLayoutState::noPlace;
+}
+
 void ViewQueue::add(NSView& view)
 {
     std::uint32_t& place = ViewLayoutState::make(view).*m_place;

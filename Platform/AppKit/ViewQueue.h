@@ -15,6 +15,9 @@ public:
     std::size_t count() const { return m_count; }
     // The view that has waited longest; null when none does.
     NSView* front();
+    bool contains(const NSView& view) const;
+    // In the order in which they came; null for those that left.
+    const std::vector<NSView*>& places() const { return m_views; }
     void add(NSView& view);    // nothing happens when it waits already
     void remove(NSView& view); // nothing happens when it does not wait
 

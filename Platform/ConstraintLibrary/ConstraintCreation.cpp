@@ -14,6 +14,7 @@ struct OpenBlocks {
     std::size_t count = 0;
     std::size_t countWithoutInstalling = 0;
     std::optional<NSLayoutPriority> priority;
+    const std::string* identifier = nullptr; // interned
 };
 
 OpenBlocks& openBlocks()
@@ -27,17 +28,20 @@ class BlockScope {
 public:
     explicit BlockScope(const ConstraintBlockOptions& options)
         : m_blocks(openBlocks()), m_start(m_blocks.created.size()), m_outerPriority(m_blocks.priority),
-          m_withoutInstalling(options.withoutInstalling)
+          m_outerIdentifier(m_blocks.identifier), m_withoutInstalling(options.withoutInstalling)
     {
         ++m_blocks.count;
         m_blocks.countWithoutInstalling += m_withoutInstalling ? 1 : 0;
         if (options.priority)
             m_blocks.priority = options.priority;
+        if (options.identifier)
+            m_blocks.identifier = options.identifier;
     }
 
     ~BlockScope()
     {
         m_blocks.priority = m_outerPriority;
+        m_blocks.identifier = m_outerIdentifier;
         m_blocks.countWithoutInstalling -= m_withoutInstalling ? 1 : 0;
         if (--m_blocks.count == 0)
             m_blocks.created.clear();
@@ -66,13 +70,14 @@ private:
     OpenBlocks& m_blocks;
     std::size_t m_start;
     std::optional<NSLayoutPriority> m_outerPriority;
+    const std::string* m_outerIdentifier;
     bool m_withoutInstalling;
 };
 
 } // namespace
 
-LayoutConstraints runConstraintBlock(const char* operation, const ConstraintBlockOptions& options,
-                                     const std::function<void()>& closure)
+void runConstraintBlock(const char* operation, const ConstraintBlockOptions& options,
+                        const std::function<void()>& closure, LayoutConstraints* created)
 {
     if (!closure)
         raiseInvalidArgument(operation, "there is no closure to run");
@@ -83,7 +88,8 @@ LayoutConstraints runConstraintBlock(const char* operation, const ConstraintBloc
         scope.takeBack();
         throw;
     }
-    return scope.created();
+    if (created)
+        *created = scope.created();
 }
 
 std::optional<NSLayoutPriority> constraintBlockPriority()
@@ -91,12 +97,14 @@ std::optional<NSLayoutPriority> constraintBlockPriority()
     return openBlocks().priority;
 }
 
-std::shared_ptr<NSLayoutConstraint> createConstraint(NSView& view, const ConstraintParts& parts)
+std::shared_ptr<NSLayoutConstraint> createConstraint(NSView& view, const std::string& role,
+                                                     const ConstraintParts& parts)
 {
     OpenBlocks& blocks = openBlocks();
     auto constraint = make<NSLayoutConstraint>(view, parts.attribute, parts.relation, parts.otherView,
                                                parts.otherAttribute, 1.0, parts.constant);
     constraint->setPriority(blocks.priority.value_or(NSLayoutPriorityRequired));
+    constraint->setInternedIdentifier(blocks.identifier ? *blocks.identifier : role);
     if (blocks.countWithoutInstalling == 0)
         constraint->setActive(true);
     view.setTranslatesAutoresizingMaskIntoConstraints(false);

@@ -13,11 +13,13 @@ namespace RVCore {
 struct ConstraintBlockOptions {
     bool withoutInstalling = false;
     std::optional<NSLayoutPriority> priority = std::nullopt;
+    const std::string* identifier = nullptr; // interned; null for that of the block around this one
 };
 
-// Runs the closure as a block and returns what was created in it. `operation` is for the message when there is none.
-LayoutConstraints runConstraintBlock(const char* operation, const ConstraintBlockOptions& options,
-                                     const std::function<void()>& closure);
+// Runs the closure as a block. `operation` is for the message when there is none; `created` gets what was created in
+// it, when somebody wants to know.
+void runConstraintBlock(const char* operation, const ConstraintBlockOptions& options,
+                        const std::function<void()>& closure, LayoutConstraints* created = nullptr);
 
 // The priority of the innermost priority block; absent outside all of them.
 std::optional<NSLayoutPriority> constraintBlockPriority();
@@ -30,8 +32,9 @@ struct ConstraintParts {
     double constant = 0;
 };
 
-// Makes a constraint on the view as the open blocks say, and marks the view as laid out by constraints. When this
-// raises, nothing has changed.
-std::shared_ptr<NSLayoutConstraint> createConstraint(NSView& view, const ConstraintParts& parts);
+// Makes a constraint on the view as the open blocks say, and marks the view as laid out by constraints. `role`, which
+// is interned, is its identifier where no block has one. When this raises, nothing has changed.
+std::shared_ptr<NSLayoutConstraint> createConstraint(NSView& view, const std::string& role,
+                                                     const ConstraintParts& parts);
 
 } // namespace RVCore

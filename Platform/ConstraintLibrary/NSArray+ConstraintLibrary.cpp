@@ -5,17 +5,17 @@ namespace RVCore {
 
 namespace {
 
-LayoutConstraints constraintsOf(const char* operation, const NSArray& array)
+// All of them checked; the list keeps them.
+std::vector<NSLayoutConstraint*> constraintsOf(const char* operation, const NSArray& array)
 {
-    LayoutConstraints result;
+    std::vector<NSLayoutConstraint*> result;
     result.reserve(array.count());
     for (const Value& element : array.elements()) {
         const ObjectRef* object = element.object();
-        auto constraint = object ? std::dynamic_pointer_cast<NSLayoutConstraint>(*object) : nullptr;
-        if (!constraint)
+        if (!object || &(*object)->classObject() != &NSLayoutConstraint::staticClass())
             raiseInvalidArgument(operation, "element " + std::to_string(result.size()) +
                                                 " must be NSLayoutConstraint, got " + element.kind());
-        result.push_back(std::move(constraint));
+        result.push_back(static_cast<NSLayoutConstraint*>(object->get()));
     }
     return result;
 }
@@ -24,16 +24,16 @@ LayoutConstraints constraintsOf(const char* operation, const NSArray& array)
 
 void autoInstallConstraints(NSArray& constraints)
 {
-    LayoutConstraints installed;
+    std::vector<NSLayoutConstraint*> installed;
     try {
-        for (const auto& constraint : constraintsOf("autoInstallConstraints", constraints)) {
+        for (NSLayoutConstraint* constraint : constraintsOf("autoInstallConstraints", constraints)) {
             if (constraint->isActive())
                 continue;
             constraint->setActive(true);
             installed.push_back(constraint);
         }
     } catch (...) {
-        for (const auto& constraint : installed)
+        for (NSLayoutConstraint* constraint : installed)
             constraint->setActive(false);
         throw;
     }
@@ -41,13 +41,13 @@ void autoInstallConstraints(NSArray& constraints)
 
 void autoRemoveConstraints(NSArray& constraints)
 {
-    for (const auto& constraint : constraintsOf("autoRemoveConstraints", constraints))
+    for (NSLayoutConstraint* constraint : constraintsOf("autoRemoveConstraints", constraints))
         constraint->setActive(false);
 }
 
 std::shared_ptr<NSArray> autoIdentifyConstraints(NSArray& constraints, const std::string& identifier)
 {
-    for (const auto& constraint : constraintsOf("autoIdentifyConstraints", constraints))
+    for (NSLayoutConstraint* constraint : constraintsOf("autoIdentifyConstraints", constraints))
         constraint->setIdentifier(identifier);
     return shared(constraints);
 }

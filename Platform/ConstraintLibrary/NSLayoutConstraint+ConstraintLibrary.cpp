@@ -29,6 +29,10 @@ bool publishConstraintOperations()
                             [](const Class&, NSLayoutPriority priority, const Closure& closure) {
                                 autoSetPriorityForConstraints(priority, closure);
                             });
+        publish.classMethod("autoSetIdentifier:forConstraints:",
+                            [](const Class&, const std::string& identifier, const Closure& closure) {
+                                autoSetIdentifierForConstraints(identifier, closure);
+                            });
     });
 }
 

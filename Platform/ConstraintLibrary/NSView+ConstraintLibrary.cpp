@@ -1,10 +1,27 @@
 #include <AppKit/NSView.h>
 #include <ConstraintLibrary/ConstraintCreation.h>
 #include <ConstraintLibrary/NSView+ConstraintLibrary.h>
+#include <Foundation/InternedString.h>
 
 namespace RVCore {
 
 namespace {
+
+// What each kind of constraint is for, unless a block says otherwise.
+struct Roles {
+    const std::string& pinEdge = interned("pin edge");
+    const std::string& pinToSuperview = interned("pin to superview");
+    const std::string& alignAxis = interned("align axis");
+    const std::string& center = interned("center");
+    const std::string& dimension = interned("dimension");
+    const std::string& size = interned("size");
+};
+
+const Roles& roles()
+{
+    static const Roles theRoles;
+    return theRoles;
+}
 
 // Callers that have only names and values can pass any number, so each is checked before it is used.
 [[noreturn]] void raiseUnknown(const char* operation, const char* what, int number)
@@ -67,6 +84,35 @@ bool isHorizontal(LayoutEdge edge)
     return edge == LayoutEdge::left || edge == LayoutEdge::right;
 }
 
+std::shared_ptr<NSLayoutConstraint> alignAxis(NSView& view, LayoutAxis axis, NSView& otherView, CGFloat offset,
+                                              const std::string& role)
+{
+    const char* operation = "autoAlignAxis";
+    const NSLayoutAttribute attribute = attributeOf(operation, axis);
+    requireLayoutNumber(operation, "offset", offset);
+    return createConstraint(view, role,
+                            {.attribute = attribute,
+                             .relation = NSLayoutRelation::equal,
+                             .otherView = &otherView,
+                             .otherAttribute = attribute,
+                             .constant = offset});
+}
+
+std::shared_ptr<NSLayoutConstraint> setDimension(NSView& view, LayoutDimension dimension, CGFloat size,
+                                                 NSLayoutRelation relation, const std::string& role)
+{
+    const char* operation = "autoSetDimension";
+    const NSLayoutAttribute attribute = attributeOf(operation, dimension);
+    requireLayoutNumber(operation, "size", size);
+    requireRelation(operation, relation);
+    return createConstraint(view, role,
+                            {.attribute = attribute,
+                             .relation = relation,
+                             .otherView = nullptr,
+                             .otherAttribute = NSLayoutAttribute::notAnAttribute,
+                             .constant = size});
+}
+
 } // namespace
 
 std::shared_ptr<NSLayoutConstraint> autoPinEdge(NSView& view, LayoutEdge edge, LayoutEdge otherEdge,
@@ -78,11 +124,12 @@ std::shared_ptr<NSLayoutConstraint> autoPinEdge(NSView& view, LayoutEdge edge, L
     requireLayoutNumber(operation, "offset", offset);
     if (isHorizontal(edge) != isHorizontal(otherEdge))
         raiseInvalidArgument(operation, "a left or right edge cannot be pinned to a top or bottom edge");
-    return createConstraint(view, {.attribute = attribute,
-                                   .relation = NSLayoutRelation::equal,
-                                   .otherView = &otherView,
-                                   .otherAttribute = otherAttribute,
-                                   .constant = offset});
+    return createConstraint(view, roles().pinEdge,
+                            {.attribute = attribute,
+                             .relation = NSLayoutRelation::equal,
+                             .otherView = &otherView,
+                             .otherAttribute = otherAttribute,
+                             .constant = offset});
 }
 
 std::shared_ptr<NSLayoutConstraint> autoPinEdgeToSuperviewEdge(NSView& view, LayoutEdge edge, CGFloat inset,
@@ -97,11 +144,12 @@ std::shared_ptr<NSLayoutConstraint> autoPinEdgeToSuperviewEdge(NSView& view, Lay
         inset = 0 - inset; // not a bare minus: an inset of 0 stays a positive 0
         relation = static_cast<NSLayoutRelation>(-static_cast<int>(relation));
     }
-    return createConstraint(view, {.attribute = attribute,
-                                   .relation = relation,
-                                   .otherView = &superview,
-                                   .otherAttribute = attribute,
-                                   .constant = inset});
+    return createConstraint(view, roles().pinToSuperview,
+                            {.attribute = attribute,
+                             .relation = relation,
+                             .otherView = &superview,
+                             .otherAttribute = attribute,
+                             .constant = inset});
 }
 
 LayoutConstraints autoPinEdgesToSuperviewEdges(NSView& view)
@@ -115,14 +163,7 @@ LayoutConstraints autoPinEdgesToSuperviewEdges(NSView& view)
 
 std::shared_ptr<NSLayoutConstraint> autoAlignAxis(NSView& view, LayoutAxis axis, NSView& otherView, CGFloat offset)
 {
-    const char* operation = "autoAlignAxis";
-    const NSLayoutAttribute attribute = attributeOf(operation, axis);
-    requireLayoutNumber(operation, "offset", offset);
-    return createConstraint(view, {.attribute = attribute,
-                                   .relation = NSLayoutRelation::equal,
-                                   .otherView = &otherView,
-                                   .otherAttribute = attribute,
-                                   .constant = offset});
+    return alignAxis(view, axis, otherView, offset, roles().alignAxis);
 }
 
 LayoutConstraints autoCenterInSuperview(NSView& view)
@@ -130,22 +171,14 @@ LayoutConstraints autoCenterInSuperview(NSView& view)
     NSView& superview = superviewOf("autoCenterInSuperview", view);
     LayoutConstraints result;
     for (const LayoutAxis axis : {LayoutAxis::horizontal, LayoutAxis::vertical})
-        result.push_back(autoAlignAxis(view, axis, superview));
+        result.push_back(alignAxis(view, axis, superview, 0, roles().center));
     return result;
 }
 
 std::shared_ptr<NSLayoutConstraint> autoSetDimension(NSView& view, LayoutDimension dimension, CGFloat size,
                                                      NSLayoutRelation relation)
 {
-    const char* operation = "autoSetDimension";
-    const NSLayoutAttribute attribute = attributeOf(operation, dimension);
-    requireLayoutNumber(operation, "size", size);
-    requireRelation(operation, relation);
-    return createConstraint(view, {.attribute = attribute,
-                                   .relation = relation,
-                                   .otherView = nullptr,
-                                   .otherAttribute = NSLayoutAttribute::notAnAttribute,
-                                   .constant = size});
+    return setDimension(view, dimension, size, relation, roles().dimension);
 }
 
 LayoutConstraints autoSetDimensionsToSize(NSView& view, CGSize size)
@@ -153,8 +186,8 @@ LayoutConstraints autoSetDimensionsToSize(NSView& view, CGSize size)
     requireLayoutNumber("autoSetDimensionsToSize", "size.width", size.width);
     requireLayoutNumber("autoSetDimensionsToSize", "size.height", size.height);
     LayoutConstraints result;
-    result.push_back(autoSetDimension(view, LayoutDimension::width, size.width));
-    result.push_back(autoSetDimension(view, LayoutDimension::height, size.height));
+    result.push_back(setDimension(view, LayoutDimension::width, size.width, NSLayoutRelation::equal, roles().size));
+    result.push_back(setDimension(view, LayoutDimension::height, size.height, NSLayoutRelation::equal, roles().size));
     return result;
 }
 

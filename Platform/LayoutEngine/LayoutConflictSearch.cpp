@@ -45,9 +45,9 @@ Search::Search(const Model& model, const std::vector<Index>& constraints)
         for (const Term& term : model.classes()[model.constraints()[constraint].formClass].terms)
             columns.try_emplace(term.column, Index(columns.size()));
     }
-    m_system.clear(Index(columns.size()), Index(constraints.size()) + 1);
+    m_system.clear(Index(constraints.size()) + 1, 1);
     for (Index column = 0; column < columns.size(); ++column)
-        m_system.addRow({{{column, 1.0}}});
+        m_system.addColumn();
     std::vector<Term> form;
     for (Index level = 0; level < constraints.size(); ++level) {
         const Index index = model.constraints()[constraints[level]].formClass;
@@ -56,7 +56,7 @@ Search::Search(const Model& model, const std::vector<Index>& constraints)
             form.clear();
             for (const Term& term : model.classes()[index].terms)
                 form.push_back({columns[term.column], term.coefficient});
-            place->second = form.size() == 1 ? form.front().column : m_system.addRow(form);
+            place->second = form.size() == 1 ? m_system.ownRow(form.front().column) : m_system.addRow(form);
         }
         m_rowOf[level] = place->second;
     }
@@ -78,7 +78,7 @@ void Search::setCosts(Index row)
         if (!m_isOut[level])
             m_costs.push_back(costOf(m_model.constraints()[m_constraints[level]], level));
     }
-    if (row < m_system.columnCount())
+    if (m_system.isOwnRow(row))
         m_costs.push_back({0.0, -1.0, 1.0, 0, Index(m_constraints.size())});
     makeProfile(m_costs);
 }

@@ -14,12 +14,14 @@ struct LayoutEngine::Implementation {
     LayoutInternal::Solver solver;
 
     LayoutInternal::Model& model() { return solver.model(); }
+    void require(LayoutVariable variable)
+    {
+        check(solver.model().isAlive(variable.index), "a variable is not one of this engine");
+    }
     LayoutInternal::Variable& at(LayoutVariable variable)
     {
-        auto& variables = solver.model().variables();
-        check(variable.index < variables.size() && variables[variable.index].isAlive,
-              "a variable is not one of this engine");
-        return variables[variable.index];
+        require(variable);
+        return solver.model().variables()[variable.index];
     }
     bool contains(LayoutConstraintHandle handle)
     {
@@ -51,12 +53,14 @@ LayoutEngine& LayoutEngine::operator=(LayoutEngine&&) noexcept = default;
 
 LayoutVariable LayoutEngine::addVariable(std::uint64_t owner)
 {
+    m_implementation->solver.forgetAmbiguousVariables();
     return {m_implementation->model().addVariable(owner)};
 }
 
 void LayoutEngine::removeVariable(LayoutVariable variable)
 {
-    m_implementation->at(variable);
+    m_implementation->require(variable);
+    m_implementation->solver.forgetAmbiguousVariables();
     m_implementation->model().removeVariable(variable.index);
 }
 
@@ -69,7 +73,7 @@ LayoutConstraintHandle LayoutEngine::addConstraint(std::span<const LayoutTerm> t
                                                    double constant, float priority, std::uint64_t owner)
 {
     for (const LayoutTerm& term : terms) {
-        m_implementation->at(term.variable);
+        m_implementation->require(term.variable);
         check(std::isfinite(term.coefficient), "a coefficient is not finite");
     }
     check(std::isfinite(constant), "a constant is not finite");
@@ -176,7 +180,7 @@ std::vector<LayoutVariable> LayoutEngine::ambiguousVariables()
 bool LayoutEngine::isAmbiguous(LayoutVariable variable)
 {
     solve();
-    m_implementation->at(variable);
+    m_implementation->require(variable);
     const std::vector<Index>& ambiguous = m_implementation->solver.ambiguousVariables();
     return std::binary_search(ambiguous.begin(), ambiguous.end(), variable.index);
 }
@@ -184,7 +188,7 @@ bool LayoutEngine::isAmbiguous(LayoutVariable variable)
 LayoutExplanation LayoutEngine::explain(LayoutVariable variable)
 {
     solve();
-    m_implementation->at(variable);
+    m_implementation->require(variable);
     return m_implementation->solver.explain(variable.index);
 }
 

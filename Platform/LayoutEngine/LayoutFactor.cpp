@@ -21,7 +21,7 @@ void Factor::factor(const System& system, std::span<const Index> basis, std::vec
     for (;;) {
         m_exchanges.clear();
         m_exchangeTerms.clear();
-        listColumns();
+        listPositions();
         m_positionOfStep.assign(m_size, none);
         m_columnOfStep.assign(m_size, none);
         m_stepOfPosition.assign(m_size, none);
@@ -33,26 +33,16 @@ void Factor::factor(const System& system, std::span<const Index> basis, std::vec
         if (factorBump(repairs))
             break;
         for (const Repair& repair : repairs)
-            m_rows[repair.position] = repair.column;
+            m_rows[repair.position] = system.ownRow(repair.column);
     }
     m_queue.resize(m_size);
 }
 
-void Factor::listColumns()
+void Factor::listPositions()
 {
-    m_columnStart.assign(m_size + 1, 0);
-    for (const Index row : m_rows) {
-        for (const Term& term : m_system->terms(row))
-            ++m_columnStart[term.column + 1];
-    }
-    for (Index column = 0; column < m_size; ++column)
-        m_columnStart[column + 1] += m_columnStart[column];
-    m_columnEntries.resize(m_columnStart[m_size]);
-    m_count.assign(m_columnStart.begin(), m_columnStart.end() - 1);
-    for (Index position = 0; position < m_size; ++position) {
-        for (const Term& term : m_system->terms(m_rows[position]))
-            m_columnEntries[m_count[term.column]++] = {position, term.coefficient};
-    }
+    m_positionOfRow.assign(m_system->rowCount(), none);
+    for (Index position = 0; position < m_size; ++position)
+        m_positionOfRow[m_rows[position]] = position;
 }
 
 void Factor::assign(Index step, Index position, Index column)
@@ -83,11 +73,10 @@ void Factor::takeRowSingletons()
                 break;
             m_pivot[m_bumpBegin] = term.coefficient;
             assign(m_bumpBegin++, position, term.column);
-            for (Index i = m_columnStart[term.column]; i < m_columnStart[term.column + 1]; ++i) {
-                const Index other = m_columnEntries[i].column;
+            visitColumn(term.column, [&](Index other, double) {
                 if (--m_count[other] == 1)
                     m_todo.push_back(other);
-            }
+            });
             break;
         }
     }
@@ -100,8 +89,7 @@ void Factor::takeColumnSingletons()
     for (Index column = 0; column < m_size; ++column) {
         if (m_stepOfColumn[column] != none)
             continue;
-        for (Index i = m_columnStart[column]; i < m_columnStart[column + 1]; ++i)
-            m_count[column] += m_stepOfPosition[m_columnEntries[i].column] == none ? 1 : 0;
+        visitColumn(column, [&](Index position, double) { m_count[column] += m_stepOfPosition[position] == none; });
         if (m_count[column] == 1)
             m_todo.push_back(column);
     }
@@ -110,20 +98,22 @@ void Factor::takeColumnSingletons()
         const Index column = m_todo[next];
         if (m_count[column] != 1)
             continue;
-        for (Index i = m_columnStart[column]; i < m_columnStart[column + 1]; ++i) {
-            const Term& entry = m_columnEntries[i];
-            if (m_stepOfPosition[entry.column] != none)
-                continue;
-            if (std::abs(entry.coefficient) < smallestPivot)
-                break;
-            // Taken from the end: what is found first is derived last.
-            m_pivot[--m_bumpEnd] = entry.coefficient;
-            assign(m_bumpEnd, entry.column, column);
-            for (const Term& term : m_system->terms(m_rows[entry.column])) {
-                if (m_stepOfColumn[term.column] == none && --m_count[term.column] == 1)
-                    m_todo.push_back(term.column);
+        Index left = none;
+        double coefficient = 0.0;
+        visitColumn(column, [&](Index position, double its) {
+            if (m_stepOfPosition[position] == none) {
+                left = position;
+                coefficient = its;
             }
-            break;
+        });
+        if (left == none || std::abs(coefficient) < smallestPivot)
+            continue;
+        // Taken from the end: what is found first is derived last.
+        m_pivot[--m_bumpEnd] = coefficient;
+        assign(m_bumpEnd, left, column);
+        for (const Term& term : m_system->terms(m_rows[left])) {
+            if (m_stepOfColumn[term.column] == none && --m_count[term.column] == 1)
+                m_todo.push_back(term.column);
         }
     }
 }
@@ -194,6 +184,33 @@ bool Factor::factorBump(std::vector<Repair>& repairs)
             {m_positionOfStep[m_bumpBegin + m_bumpOrder[rank + i]], m_columnOfStep[m_bumpBegin + freeColumns[i]]});
     }
     return freeColumns.empty();
+}
+
+Index Factor::columnOf(Index position) const
+{
+    const Index step = m_stepOfPosition[position];
+    return isInBump(step) ? none : m_columnOfStep[step];
+}
+
+bool Factor::replace(Index position, Index row)
+{
+    const Index step = m_stepOfPosition[position];
+    if (isInBump(step) || !m_exchanges.empty())
+        return false;
+    double pivot = 0.0;
+    for (const Term& term : m_system->terms(row)) {
+        if (term.column == m_columnOfStep[step])
+            pivot = term.coefficient;
+        else if (m_stepOfColumn[term.column] > step)
+            return false;
+    }
+    if (std::abs(pivot) < smallestPivot)
+        return false;
+    m_positionOfRow[m_rows[position]] = none;
+    m_positionOfRow[row] = position;
+    m_rows[position] = row;
+    m_pivot[step] = pivot;
+    return true;
 }
 
 void Factor::exchange(Index position, const SparseVector& alpha)

@@ -25,10 +25,17 @@ public:
     // The vectors that are consumed come back empty; results are added to an empty vector.
     void solve(SparseVector& positions, SparseVector& columns);
     void solveTransposed(SparseVector& columns, SparseVector& positions);
+    // The system has got rows, which are not in the matrix.
+    void growRows(Index rows) { m_positionOfRow.resize(rows, none); }
+    // Takes another row in place of the one at a position, to be derived for the same column. False, and nothing is
+    // done, where the order does not allow that, or when there are exchanges.
+    bool replace(Index position, Index row);
+    // The column that the row at a position is derived for; none within the bump.
+    Index columnOf(Index position) const;
     // Appends the exchange of the row at a position; alpha is the new row in terms of the present ones.
     void exchange(Index position, const SparseVector& alpha);
     std::size_t exchangeCount() const { return m_exchanges.size(); }
-    bool hasLongExchanges() const { return m_exchangeTerms.size() > 3 * m_columnEntries.size() + 1000; }
+    bool hasLongExchanges() const { return m_exchangeTerms.size() > 8 * std::size_t(m_size) + 1000; }
 
     // Derives the values again from the targets of the positions in `affected` onward, and lists each column
     // whose value is another one than before. Needs a matrix without exchanges. The result has no memory:
@@ -46,7 +53,15 @@ private:
         std::size_t firstTerm, lastTerm;
     };
 
-    void listColumns();
+    void listPositions();
+    // Calls visit(position, coefficient) for every row of the matrix that a column is in.
+    template <typename Visit> void visitColumn(Index column, Visit visit) const
+    {
+        for (const Term& entry : m_system->entries(column)) {
+            if (m_positionOfRow[entry.column] != none)
+                visit(m_positionOfRow[entry.column], entry.coefficient);
+        }
+    }
     void takeRowSingletons();
     void takeColumnSingletons();
     void assign(Index step, Index position, Index column);
@@ -61,9 +76,8 @@ private:
 
     const System* m_system = nullptr;
     Index m_size = 0;
-    std::vector<Index> m_rows; // by position
-    std::vector<Index> m_columnStart;
-    std::vector<Term> m_columnEntries; // by column; `column` of an entry is the position
+    std::vector<Index> m_rows;          // by position
+    std::vector<Index> m_positionOfRow; // none for rows that are not in the matrix
     std::vector<Index> m_positionOfStep, m_columnOfStep, m_stepOfPosition, m_stepOfColumn;
     std::vector<double> m_pivot; // by step, outside the bump
     Index m_bumpBegin = 0, m_bumpEnd = 0;

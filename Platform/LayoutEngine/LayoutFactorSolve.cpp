@@ -18,14 +18,13 @@ void Factor::solve(SparseVector& positions, SparseVector& columns)
     const auto pushOn = [&](Index column, double value) {
         columns.add(column, value);
         const Index step = m_stepOfColumn[column];
-        for (Index i = m_columnStart[column]; i < m_columnStart[column + 1]; ++i) {
-            const Term& entry = m_columnEntries[i];
-            const Index other = m_stepOfPosition[entry.column];
+        visitColumn(column, [&](Index position, double coefficient) {
+            const Index other = m_stepOfPosition[position];
             if (other > step && !(isInBump(step) && isInBump(other))) {
-                positions.add(entry.column, -entry.coefficient * value);
+                positions.add(position, -coefficient * value);
                 m_queue.push(other);
             }
-        }
+        });
     };
     Index done = 0;
     for (Index step = m_queue.pop(); step != none; step = m_queue.pop()) {
@@ -195,11 +194,11 @@ void Factor::setDerived(Index column, double value, std::vector<double>& values,
     values[column] = value;
     changed.push_back(column);
     const Index step = m_stepOfColumn[column];
-    for (Index i = m_columnStart[column]; i < m_columnStart[column + 1]; ++i) {
-        const Index other = m_stepOfPosition[m_columnEntries[i].column];
+    visitColumn(column, [&](Index position, double) {
+        const Index other = m_stepOfPosition[position];
         if (other > step && !(isInBump(step) && isInBump(other)))
             m_queue.push(other);
-    }
+    });
 }
 
 } // namespace RVCore::LayoutInternal

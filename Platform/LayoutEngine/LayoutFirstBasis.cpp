@@ -1,5 +1,8 @@
 #include "LayoutSimplex.h"
 
+#include <functional>
+#include <utility>
+
 namespace RVCore::LayoutInternal {
 
 // The kink at which the row by itself costs least. Its strength is the level of its weaker side there: what it
@@ -83,6 +86,118 @@ void Simplex::chooseFirstBasis()
             }
         }
     }
+}
+
+// Pass 0. The columns that the going rows were derived for count as unknown, and so do those of new rows that nothing
+// but their own lowest levels holds; all others count as known. From there it goes on as with a first basis.
+void Simplex::fillVacancies()
+{
+    bool needsFirstBasis = false;
+    for (const Index position : m_vacant) {
+        const Index column = m_isDirty ? none : m_factor.columnOf(position);
+        if (column == none)
+            needsFirstBasis = true;
+        else
+            open(column, position);
+    }
+    for (const Index row : m_newRows)
+        openWeakColumnsOf(row);
+    if (needsFirstBasis) {
+        chooseFirstBasis();
+        m_isDirty = true;
+    } else {
+        fillOpenColumns();
+    }
+    for (const Index column : m_open)
+        m_openPosition[column] = none;
+    m_open.clear();
+    m_vacant.clear();
+    m_newRows.clear();
+}
+
+void Simplex::open(Index column, Index position)
+{
+    if (m_openPosition[column] != none)
+        return;
+    m_openPosition[column] = position;
+    m_open.push_back(column);
+}
+
+void Simplex::openWeakColumnsOf(Index row)
+{
+    for (const Term& term : m_system->terms(row)) {
+        const Index own = m_system->ownRow(term.column);
+        Index strength = none;
+        if (isBasic(own) && m_spot[own] == bestKink(own, strength) && strength >= m_system->firstFreeLevel())
+            open(term.column, m_place[own]);
+    }
+}
+
+void Simplex::fillOpenColumns()
+{
+    constexpr std::greater<> isWeaker; // of equally strong rows, the higher one
+    const auto waitIfLast = [&](Index row) {
+        const auto terms = m_system->terms(row);
+        const auto isOpen = [&](const Term& term) { return m_openPosition[term.column] != none; };
+        if (std::count_if(terms.begin(), terms.end(), isOpen) != 1)
+            return;
+        // A row that holds another column already is not free to hold this one.
+        if (isBasic(row) && !(m_system->isOwnRow(row) && m_openPosition[terms.front().column] == m_place[row]))
+            return;
+        Index strength = none;
+        bestKink(row, strength);
+        if (strength == none || m_system->kinkCount(row) == 0)
+            return;
+        m_waiting.emplace_back(strength, row);
+        std::push_heap(m_waiting.begin(), m_waiting.end(), isWeaker);
+    };
+    for (const Index column : m_open) {
+        for (const Term& entry : m_system->entries(column))
+            waitIfLast(entry.column);
+    }
+    for (std::size_t left = m_open.size(); left > 0;) {
+        std::pop_heap(m_waiting.begin(), m_waiting.end(), isWeaker);
+        const Index row = m_waiting.back().second;
+        m_waiting.pop_back();
+        const auto terms = m_system->terms(row);
+        const auto taken = std::find_if(terms.begin(), terms.end(),
+                                        [&](const Term& term) { return m_openPosition[term.column] != none; });
+        if (taken == terms.end())
+            continue;
+        const Index column = taken->column;
+        takePlace(row, std::exchange(m_openPosition[column], none));
+        --left;
+        for (const Term& entry : m_system->entries(column))
+            waitIfLast(entry.column);
+    }
+    m_waiting.clear();
+}
+
+// The price that was asked of the old row becomes a change of slopes, which the next pass spreads over the new basis.
+void Simplex::takePlace(Index row, Index position)
+{
+    const Index old = m_basis[position];
+    if (row == old)
+        return;
+    if (!m_isDirty) {
+        for (const Index level : m_pricedLevels) {
+            if (const double price = std::exchange(m_prices[level][position], 0.0); price != 0.0)
+                noteSlopeChange(level, old, price);
+        }
+        if (m_spot[row] != none)
+            noteSlopes(row, m_spot[row], -1.0);
+    }
+    Index strength = none;
+    m_place[old] = none;
+    m_spot[old] = none;
+    m_touchedRows.insert(old);
+    m_basis[position] = row;
+    m_place[row] = position;
+    m_spot[row] = bestKink(row, strength);
+    m_suspects.insert(row);
+    m_touchedPositions.insert(position);
+    m_affected.push_back(position);
+    m_isDirty = m_isDirty || !m_factor.replace(position, row);
 }
 
 } // namespace RVCore::LayoutInternal

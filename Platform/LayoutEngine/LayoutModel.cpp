@@ -4,6 +4,7 @@
 
 #include <bit>
 #include <cmath>
+#include <utility>
 
 namespace RVCore::LayoutInternal {
 
@@ -33,10 +34,11 @@ Index Model::addVariable(std::uint64_t owner)
 {
     const Index index = take(m_freeVariables, m_variables.size());
     if (index == m_variables.size())
-        m_variables.emplace_back();
+        m_variables.addOne();
     m_variables[index].owner = owner;
     m_variables[index].value = 0.0;
-    m_variables[index].isAlive = true;
+    m_areAlive.resize(m_variables.size(), 0);
+    m_areAlive[index] = 1;
     return index;
 }
 
@@ -45,7 +47,7 @@ void Model::removeVariable(Index index)
     for (const ClassUse& use : m_variables[index].classes)
         check(m_classes[use.formClass].constraints.empty(),
               "a variable was removed that an installed constraint uses");
-    m_variables[index].isAlive = false;
+    m_areAlive[index] = 0;
     // Until the solver has let go of it, the number cannot stand for another variable.
     (m_variables[index].part == none ? m_freeVariables : m_removedVariables).push_back(index);
 }
@@ -63,16 +65,37 @@ void Model::recycleVariables()
 // Sums repeated variables, drops zeros, and scales so that the first of the largest coefficients becomes 1.
 void Model::normalise(std::span<const LayoutTerm> terms)
 {
+    // By insertion, since forms are short; long ones are rare enough to be sorted first.
     m_form.clear();
-    for (const LayoutTerm& term : terms) {
-        // By insertion, since forms are short; long ones are rare enough to be sorted below.
+    for (const LayoutTerm& term : terms)
         m_form.push_back({term.variable.index, term.coefficient});
-        for (std::size_t i = m_form.size() - 1; i > 0 && i < 16 && m_form[i].column < m_form[i - 1].column; --i)
-            std::swap(m_form[i], m_form[i - 1]);
-    }
     if (m_form.size() > 16)
         std::stable_sort(m_form.begin(), m_form.end(),
                          [](const Term& a, const Term& b) { return a.column < b.column; });
+    bool isPlain = true; // each variable once, none of them for nothing
+    for (std::size_t end = 0; end < m_form.size(); ++end) {
+        const Term term = m_form[end];
+        std::size_t place = end;
+        for (; place > 0 && term.column < m_form[place - 1].column; --place)
+            m_form[place] = m_form[place - 1];
+        m_form[place] = term;
+        isPlain = isPlain && term.coefficient != 0.0 && (place == 0 || m_form[place - 1].column != term.column);
+    }
+    if (!isPlain)
+        sumRepeated();
+    m_formScale = 0.0;
+    for (const Term& term : m_form) {
+        if (std::abs(term.coefficient) > std::abs(m_formScale))
+            m_formScale = term.coefficient;
+    }
+    if (m_formScale == 1.0)
+        return;
+    for (Term& term : m_form)
+        term.coefficient /= m_formScale;
+}
+
+void Model::sumRepeated()
+{
     std::size_t kept = 0;
     for (std::size_t first = 0; first < m_form.size();) {
         const Index variable = m_form[first].column;
@@ -87,13 +110,55 @@ void Model::normalise(std::span<const LayoutTerm> terms)
             m_form[kept++] = {variable, sum};
     }
     m_form.resize(kept);
-    m_formScale = 0.0;
-    for (const Term& term : m_form) {
-        if (std::abs(term.coefficient) > std::abs(m_formScale))
-            m_formScale = term.coefficient;
+}
+
+// Who rebuilds constraints wholesale puts most of them back in the order in which they were taken out. Looking there
+// first spares the search. Gives the place among what was taken out.
+Index Model::takenOutBefore()
+{
+    constexpr std::size_t farthest = 8; // so many may be left out in between
+    const std::size_t end = std::min(m_nextPutBack + farthest, m_takenOut.size());
+    for (std::size_t place = m_nextPutBack; place < end; ++place) {
+        if (m_takenOut[place] == none)
+            continue;
+        const auto& terms = m_classes[m_constraints[m_takenOut[place]].formClass].terms;
+        if (std::equal(terms.begin(), terms.end(), m_form.begin(), m_form.end())) {
+            m_nextPutBack = place + 1;
+            return Index(place);
+        }
     }
-    for (Term& term : m_form)
-        term.coefficient /= m_formScale;
+    return none;
+}
+
+bool Model::saysTheSame(const Constraint& gone, LayoutRelation relation, double constant, float priority) const
+{
+    return gone.relation == relation && gone.constant == constant && gone.priority == priority &&
+           gone.scale == m_formScale && !gone.isLeftOut;
+}
+
+Index Model::makeConstraint()
+{
+    const Index index = take(m_freeConstraints, m_constraints.size());
+    if (index == m_constraints.size())
+        m_constraints.addOne();
+    return index;
+}
+
+// Classes whose edits have cancelled each other are none any more.
+void Model::takeNotedClasses(std::vector<Index>& taken)
+{
+    for (const Index index : m_takenOut) {
+        if (index != none)
+            m_freeConstraints.push_back(index);
+    }
+    m_takenOut.clear();
+    m_nextPutBack = 0;
+    std::erase_if(m_notedClasses, [&](Index index) {
+        m_classes[index].isNoted = false;
+        return std::exchange(m_classes[index].edits, 0) == 0;
+    });
+    taken.clear();
+    taken.swap(m_notedClasses);
 }
 
 Index Model::classOfForm()
@@ -105,7 +170,7 @@ Index Model::classOfForm()
         return found;
     const Index index = take(m_freeClasses, m_classes.size());
     if (index == m_classes.size())
-        m_classes.emplace_back();
+        m_classes.addOne();
     FormClass& made = m_classes[index];
     made.terms.assign(m_form);
     made.hash = hash;
@@ -166,10 +231,14 @@ bool Model::holdsByItself(const Constraint& constraint)
 Index Model::addConstraint(std::span<const LayoutTerm> terms, LayoutRelation relation, double constant,
                            float priority, std::uint64_t owner)
 {
-    const Index index = take(m_freeConstraints, m_constraints.size());
-    if (index == m_constraints.size())
-        m_constraints.emplace_back();
     normalise(terms);
+    const Index place = m_form.empty() ? none : takenOutBefore();
+    const bool isPutBack =
+        place != none && saysTheSame(m_constraints[m_takenOut[place]], relation, constant, priority);
+    const Index formClass = m_form.empty()  ? none
+                            : place != none ? m_constraints[m_takenOut[place]].formClass
+                                            : classOfForm();
+    const Index index = isPutBack ? std::exchange(m_takenOut[place], none) : makeConstraint();
     Constraint& made = m_constraints[index];
     made.owner = owner;
     made.sequence = m_sequence++;
@@ -180,10 +249,13 @@ Index Model::addConstraint(std::span<const LayoutTerm> terms, LayoutRelation rel
     made.isLeftOut = false;
     made.isInConflict = false;
     made.scale = m_form.empty() ? 1.0 : m_formScale;
-    made.formClass = m_form.empty() ? none : classOfForm();
-    if (made.formClass != none)
-        m_classes[made.formClass].constraints.append(index);
-    noteChange(index);
+    made.formClass = formClass;
+    if (formClass == none) {
+        m_conflictsByThemselves.push_back(index);
+        return index;
+    }
+    m_classes[formClass].constraints.append(index);
+    noteEdit(formClass, isPutBack ? -1 : 1);
     return index;
 }
 
@@ -191,24 +263,25 @@ void Model::removeConstraint(Index index)
 {
     Constraint& gone = m_constraints[index];
     gone.isAlive = false;
-    if (gone.formClass != none) {
-        auto& installed = m_classes[gone.formClass].constraints;
-        installed.erase(std::find(installed.begin(), installed.end(), index));
-        noteClass(gone.formClass);
-    } else {
-        std::erase(m_conflictsByThemselves, index);
-    }
     if (gone.isInConflict)
         m_changedConflictMembers.push_back(index);
     ++gone.generation;
-    m_freeConstraints.push_back(index);
+    if (gone.formClass == none) {
+        std::erase(m_conflictsByThemselves, index);
+        m_freeConstraints.push_back(index);
+        return;
+    }
+    auto& installed = m_classes[gone.formClass].constraints;
+    installed.erase(std::find(installed.begin(), installed.end(), index));
+    m_takenOut.push_back(index);
+    noteEdit(gone.formClass, 1);
 }
 
 void Model::noteChange(Index index)
 {
     const Constraint& changed = m_constraints[index];
     if (changed.formClass != none)
-        noteClass(changed.formClass);
+        noteEdit(changed.formClass, 1);
     else if (std::find(m_conflictsByThemselves.begin(), m_conflictsByThemselves.end(), index) ==
              m_conflictsByThemselves.end())
         m_conflictsByThemselves.push_back(index);
@@ -216,11 +289,13 @@ void Model::noteChange(Index index)
         m_changedConflictMembers.push_back(index);
 }
 
-void Model::noteClass(Index index)
+void Model::noteEdit(Index index, int edits)
 {
-    if (m_classes[index].isNoted)
+    FormClass& formClass = m_classes[index];
+    formClass.edits += std::uint32_t(edits);
+    if (formClass.isNoted)
         return;
-    m_classes[index].isNoted = true;
+    formClass.isNoted = true;
     m_notedClasses.push_back(index);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "LayoutBlocks.h"
 #include "LayoutEngine.h"
 #include "LayoutInlineList.h"
 #include "LayoutSystem.h"
@@ -21,7 +22,6 @@ struct Variable {
     Index part = none;
     Index column = none; // within the part
     InlineList<ClassUse, 4> classes;
-    bool isAlive = false;
     bool isLoose = false; // waits for a part
 };
 
@@ -46,7 +46,8 @@ struct FormClass {
     InlineList<Index, 4> constraints; // in order of installation
     std::uint64_t hash = 0;
     Index part = none;
-    Index row = none; // within the part
+    Index row = none;        // within the part
+    std::uint32_t edits = 0; // since the last solve, without those that were taken back
     bool isNoted = false;
 };
 
@@ -55,6 +56,7 @@ class Model {
 public:
     Index addVariable(std::uint64_t owner);
     void removeVariable(Index);
+    bool isAlive(Index variable) const { return variable < m_areAlive.size() && m_areAlive[variable] != 0; }
 
     Index addConstraint(std::span<const LayoutTerm>, LayoutRelation, double constant, float priority,
                         std::uint64_t owner);
@@ -62,15 +64,15 @@ public:
     // Also after a change of whether it is left out.
     void noteChange(Index constraint);
 
-    std::vector<Variable>& variables() { return m_variables; }
-    std::vector<Constraint>& constraints() { return m_constraints; }
-    std::vector<FormClass>& classes() { return m_classes; }
-    const std::vector<Variable>& variables() const { return m_variables; }
-    const std::vector<Constraint>& constraints() const { return m_constraints; }
-    const std::vector<FormClass>& classes() const { return m_classes; }
+    Blocks<Variable>& variables() { return m_variables; }
+    Blocks<Constraint>& constraints() { return m_constraints; }
+    Blocks<FormClass>& classes() { return m_classes; }
+    const Blocks<Variable>& variables() const { return m_variables; }
+    const Blocks<Constraint>& constraints() const { return m_constraints; }
+    const Blocks<FormClass>& classes() const { return m_classes; }
 
     // Notes. Taking them up is the solver's business.
-    std::vector<Index>& notedClasses() { return m_notedClasses; }
+    void takeNotedClasses(std::vector<Index>& taken); // whose memory is used for the next ones
     std::vector<Index>& changedConflictMembers() { return m_changedConflictMembers; }
     std::vector<Index>& conflictsByThemselves() { return m_conflictsByThemselves; }
     bool hasNotes() const
@@ -79,6 +81,7 @@ public:
     }
     // Frees classes without constraints, which are in no part any more.
     void removeClasses(std::span<const Index>);
+    const std::vector<Index>& removedVariables() const { return m_removedVariables; } // that are still in a part
     // Makes the numbers of removed variables that are in no part any more free for use.
     void recycleVariables();
 
@@ -88,18 +91,25 @@ public:
 
 private:
     void normalise(std::span<const LayoutTerm>);
+    void sumRepeated();
     Index classOfForm();
     Index findClass(std::uint64_t hash) const;
-    void noteClass(Index);
+    Index takenOutBefore();
+    Index makeConstraint();
+    bool saysTheSame(const Constraint&, LayoutRelation, double constant, float priority) const;
+    void noteEdit(Index formClass, int edits);
 
-    std::vector<Variable> m_variables;
-    std::vector<Constraint> m_constraints;
-    std::vector<FormClass> m_classes;
+    Blocks<Variable> m_variables;
+    Blocks<Constraint> m_constraints;
+    Blocks<FormClass> m_classes;
+    std::vector<std::uint8_t> m_areAlive; // by variable; apart, since every constraint that comes asks
     std::vector<Index> m_freeVariables, m_freeConstraints, m_freeClasses;
     std::vector<Index> m_removedVariables; // still in a part
     std::vector<Index> m_notedClasses;
     std::vector<Index> m_changedConflictMembers;
     std::vector<Index> m_conflictsByThemselves;
+    std::vector<Index> m_takenOut; // removed constraints since the last solve, in order; none once put back
+    std::size_t m_nextPutBack = 0; // of these, the one after the last that was put back
     std::uint64_t m_sequence = 0;
     // The form being installed.
     std::vector<Term> m_form;

@@ -22,6 +22,8 @@ double weightOf(Index variable)
 
 void Part::build(Model& model, Index number, const std::vector<Index>& variables)
 {
+    clear();
+    m_number = number;
     m_variables = variables;
     const auto columns = Index(m_variables.size());
     m_classes.assign(columns, none);
@@ -38,6 +40,7 @@ void Part::build(Model& model, Index number, const std::vector<Index>& variables
             if (formClass.constraints.empty() || formClass.terms.front().column != m_variables[column])
                 continue;
             formClass.part = number;
+            ++m_classCount;
             terms += formClass.terms.size();
             constraints += formClass.constraints.size();
             if (formClass.terms.size() == 1) {
@@ -52,18 +55,12 @@ void Part::build(Model& model, Index number, const std::vector<Index>& variables
     }
     std::sort(m_classes.begin() + columns, m_classes.end());
     // 2. The forms.
-    m_system.clear(columns, Index(m_priorities.size()) + freeLevelCount);
+    m_system.clear(Index(m_priorities.size()) + 2, 2);
     m_system.reserve(m_classes.size(), columns + terms, columns + constraints);
-    std::vector<Term> form;
     for (Index column = 0; column < columns; ++column)
-        m_system.addRow({{{column, 1.0}}});
-    for (Index row = columns; row < m_classes.size(); ++row) {
-        FormClass& formClass = model.classes()[m_classes[row]];
-        form.clear();
-        for (const Term& term : formClass.terms)
-            form.push_back({model.variables()[term.column].column, term.coefficient});
-        formClass.row = m_system.addRow(form);
-    }
+        m_system.addColumn();
+    for (Index row = columns; row < m_classes.size(); ++row)
+        model.classes()[m_classes[row]].row = addForm(model, m_classes[row]);
     m_system.finish();
     // 3. The costs.
     for (Index row = 0; row < m_classes.size(); ++row) {
@@ -73,6 +70,85 @@ void Part::build(Model& model, Index number, const std::vector<Index>& variables
     m_simplex.start(m_system);
     m_needsRun = true;
     m_isNew = true;
+}
+
+Index Part::addForm(const Model& model, Index formClass)
+{
+    m_form.clear();
+    for (const Term& term : model.classes()[formClass].terms)
+        m_form.push_back({model.variables()[term.column].column, term.coefficient});
+    return m_system.addRow(m_form);
+}
+
+void Part::clear()
+{
+    m_variables.clear();
+    m_freeColumns.clear();
+    m_goneRows.clear();
+    m_classCount = 0;
+    m_wear = 0;
+}
+
+void Part::addVariable(Model& model, Index variable)
+{
+    ++m_wear;
+    Index column = none;
+    if (m_freeColumns.empty()) {
+        column = m_system.addColumn();
+        m_variables.push_back(variable);
+        m_classes.resize(m_system.rowCount(), none);
+        collectCosts(model, m_system.ownRow(column));
+        m_system.setPieces(m_system.ownRow(column), m_costs);
+        m_simplex.columnAdded(column);
+    } else {
+        column = m_freeColumns.back();
+        m_freeColumns.pop_back();
+        m_variables[column] = variable;
+        updateRow(model, m_system.ownRow(column));
+        m_simplex.noteMove(column);
+    }
+    model.variables()[variable].part = m_number;
+    model.variables()[variable].column = column;
+    m_needsRun = true;
+}
+
+void Part::removeVariable(Model& model, Index variable)
+{
+    const Index column = model.variables()[variable].column;
+    m_variables[column] = none;
+    m_freeColumns.push_back(column);
+    model.variables()[variable].part = none;
+}
+
+void Part::addClass(Model& model, Index index)
+{
+    FormClass& formClass = model.classes()[index];
+    formClass.part = m_number;
+    ++m_classCount;
+    if (formClass.terms.size() == 1) {
+        formClass.row = m_system.ownRow(model.variables()[formClass.terms.front().column].column);
+        return update(model, index);
+    }
+    ++m_wear;
+    formClass.row = addForm(model, index);
+    m_classes.resize(m_system.rowCount(), none);
+    m_classes[formClass.row] = index;
+    collectCosts(model, formClass.row);
+    m_system.setPieces(formClass.row, m_costs);
+    m_simplex.rowAdded(formClass.row);
+    m_needsRun = true;
+}
+
+void Part::removeClass(Model& model, Index index)
+{
+    FormClass& formClass = model.classes()[index];
+    m_classes[formClass.row] = none;
+    --m_classCount;
+    if (m_system.isOwnRow(formClass.row))
+        return updateRow(model, formClass.row);
+    m_simplex.rowWillBeRemoved(formClass.row);
+    m_goneRows.push_back(formClass.row);
+    m_needsRun = true;
 }
 
 // There are few different priorities, however many constraints.
@@ -108,8 +184,8 @@ void Part::collectCosts(const Model& model, Index row)
                 m_costs.push_back(costOf(constraint, levelOf(constraint.priority)));
         }
     }
-    if (row < m_variables.size()) {
-        const double weight = weightOf(m_variables[row]);
+    if (m_system.isOwnRow(row)) {
+        const double weight = weightOf(m_variables[m_system.terms(row).front().column]);
         // First not below 0, then towards 0: where two equally strong constraints cannot both hold, as at the ends of
         // a row that is too long, the one at the near end does.
         const auto lowest = Index(m_priorities.size());
@@ -123,13 +199,6 @@ void Part::update(const Model& model, Index formClass)
 {
     const Index row = model.classes()[formClass].row;
     m_classes[row] = formClass;
-    updateRow(model, row);
-}
-
-void Part::forgetClass(const Model& model, Index formClass)
-{
-    const Index row = model.classes()[formClass].row;
-    m_classes[row] = none;
     updateRow(model, row);
 }
 
@@ -147,7 +216,11 @@ bool Part::run(Effort& effort)
 {
     m_needsRun = false;
     m_isNew = false;
-    return m_simplex.run(effort);
+    const bool isBest = m_simplex.run(effort);
+    for (const Index row : m_goneRows)
+        m_system.removeRow(row);
+    m_goneRows.clear();
+    return isBest;
 }
 
 } // namespace RVCore::LayoutInternal

@@ -26,6 +26,10 @@ bool Simplex::optimise(Effort& effort)
         evaluateTouched();
         const Candidate* candidate = choose();
         if (!candidate) {
+            evaluateFree();
+            candidate = choose();
+        }
+        if (!candidate) {
             m_candidatePositions.clear();
             return true;
         }
@@ -100,6 +104,7 @@ bool Simplex::findEntering(const Candidate& candidate, Event& entering)
                           [&](Index level, double slope) { m_upSums.addCost(level, direction * slope); });
     for (const Index level : m_pricedLevels)
         m_upSums.addCost(level, direction * m_prices[level][candidate.position]);
+    addFreePrices(m_upSums);
     m_passed.clear();
     bool isFound = false;
     while (!m_events.empty() && !isFound) {
@@ -233,8 +238,13 @@ bool Simplex::exchange(const Candidate& candidate, const Event& entering, Effort
 
     // 3. The leaving row charges from outside, prices are told in terms of the new basis, the entering row
     //    charges no longer.
-    m_system->visitSlopes(leaving, ownSegment,
-                          [&](Index level, double slope) { addToPrice(level, position, slope); });
+    const auto addSlopes = [&](Index row, Index segment, double factor) {
+        m_system->visitSlopes(row, segment, [&](Index level, double slope) {
+            if (level < m_system->firstFreeLevel())
+                addToPrice(level, position, factor * slope);
+        });
+    };
+    addSlopes(leaving, ownSegment, 1.0);
     for (const Index level : m_pricedLevels) {
         const double quotient = m_prices[level][position] / m_alpha[position];
         if (quotient == 0.0)
@@ -246,8 +256,7 @@ bool Simplex::exchange(const Candidate& candidate, const Event& entering, Effort
         m_prices[level][position] = quotient;
         m_priceScale[level] = std::max(m_priceScale[level], std::abs(quotient));
     }
-    m_system->visitSlopes(entering.row, enteringBefore,
-                          [&](Index level, double slope) { addToPrice(level, position, -slope); });
+    addSlopes(entering.row, enteringBefore, -1.0);
 
     // 4. The basis itself.
     m_factor.exchange(position, m_alpha);

@@ -34,13 +34,20 @@ void Simplex::addToPrice(Index level, Index position, double amount)
     m_touchedPositions.insert(position);
 }
 
+void Simplex::noteSlopeChange(Index level, Index row, double change)
+{
+    if (m_slopeChanges[level].empty())
+        m_changedLevels.push_back(level);
+    m_slopeChanges[level].push_back({row, change});
+}
+
 // Notes that a row outside the basis charges its slopes of a segment from now on (factor 1) or no longer (-1).
 void Simplex::noteSlopes(Index row, Index segment, double factor)
 {
     m_system->visitSlopes(row, segment, [&](Index level, double slope) {
-        if (m_slopeChanges[level].empty())
-            m_changedLevels.push_back(level);
-        m_slopeChanges[level].push_back({row, factor * slope});
+        if (level >= m_system->firstFreeLevel())
+            return;
+        noteSlopeChange(level, row, factor * slope);
         if (level == 0)
             m_suspects.insert(row);
     });
@@ -77,6 +84,62 @@ Index Simplex::firstLevel(const SparseVector& sums) const
     return first;
 }
 
+// The prices of a free level are only asked of rows that can move without a loss on all levels above. This adds what
+// the step that m_rates describes costs there.
+void Simplex::addFreePrices(SparseVector& sums)
+{
+    for (const Index row : m_rates.indices()) {
+        if (isBasic(row) || !m_system->isOwnRow(row))
+            continue;
+        m_system->visitSlopes(row, m_spot[row], [&](Index level, double slope) {
+            if (level >= m_system->firstFreeLevel())
+                sums.addCost(level, m_rates[row] * slope);
+        });
+    }
+}
+
+// Of few positions one by one; of more of them, all at once, since each may move as much as there is.
+void Simplex::addFreePricesOf(Index position)
+{
+    constexpr int mostOneByOne = 4;
+    if (m_freePricesAsked < mostOneByOne) {
+        ++m_freePricesAsked;
+        findRates(position, 1);
+        addFreePrices(m_upSums);
+        addFreePrices(m_downSums);
+        m_direction.clear();
+        m_rates.clear();
+        return;
+    }
+    if (m_freePrices.empty())
+        findFreePrices();
+    const Index first = m_system->firstFreeLevel();
+    for (Index level = first; level < m_system->levelCount(); ++level) {
+        m_upSums.addCost(level, m_freePrices[level - first][position]);
+        m_downSums.addCost(level, m_freePrices[level - first][position]);
+    }
+}
+
+void Simplex::findFreePrices()
+{
+    for (Index level = m_system->firstFreeLevel(); level < m_system->levelCount(); ++level) {
+        for (Index column = 0; column < m_system->columnCount(); ++column) {
+            const Index row = m_system->ownRow(column);
+            if (isBasic(row))
+                continue;
+            m_system->visitSlopes(row, m_spot[row], [&](Index its, double slope) {
+                if (its == level)
+                    m_byColumn.add(column, slope);
+            });
+        }
+        m_factor.solveTransposed(m_byColumn, m_byPosition);
+        std::vector<double>& prices = m_freePrices.emplace_back(m_basis.size(), 0.0);
+        for (const Index position : m_byPosition.indices())
+            prices[position] = m_byPosition[position];
+        m_byPosition.clear();
+    }
+}
+
 // Whether the basic row gains by moving up or down. It cannot gain both ways, the cost being convex.
 Simplex::Candidate Simplex::evaluate(Index position)
 {
@@ -91,6 +154,11 @@ Simplex::Candidate Simplex::evaluate(Index position)
             m_upSums.addCost(level, price);
             m_downSums.addCost(level, price);
         }
+    }
+    const Index free = m_system->firstFreeLevel();
+    if (firstLevel(m_upSums) >= free || firstLevel(m_downSums) >= free) {
+        m_freePositions.insert(position);
+        addFreePricesOf(position);
     }
     Candidate result;
     if (const Index up = firstLevel(m_upSums); up != none && m_upSums[up] < 0.0)
@@ -110,6 +178,17 @@ void Simplex::evaluateTouched()
             m_candidatePositions.insert(position);
     }
     m_touchedPositions.clear();
+    m_freePricesAsked = 0;
+    m_freePrices.clear();
+}
+
+// Of rows that are free above, since what else they move may have passed 0 meanwhile.
+void Simplex::evaluateFree()
+{
+    for (const Index position : m_freePositions.indices())
+        m_touchedPositions.insert(position);
+    m_freePositions.clear();
+    evaluateTouched();
 }
 
 // The gain at the highest level, the largest there; under the least-index rule the lowest row.

@@ -84,7 +84,7 @@ std::string Solver::description(const LayoutNaming& naming)
         return nameOf(naming.variable, 'v', m_model.variables()[index].owner);
     };
     for (Index index = 0; index < m_model.variables().size(); ++index) {
-        if (!m_model.variables()[index].isAlive)
+        if (!m_model.isAlive(index))
             continue;
         text += "  " + variableName(index) + " = " + number(m_model.variables()[index].value);
         text += std::binary_search(ambiguous.begin(), ambiguous.end(), index) ? " ambiguous\n" : "\n";

@@ -25,10 +25,14 @@ void Simplex::start(System& system)
         vector->resize(columns);
     m_rates.resize(rows);
     m_candidates.assign(columns, {});
-    for (IndexSet* set : {&m_candidatePositions, &m_touchedPositions, &m_banned, &m_moved})
+    for (IndexSet* set : {&m_candidatePositions, &m_freePositions, &m_touchedPositions, &m_banned, &m_moved})
         set->resize(columns);
     for (Index column = 0; column < columns; ++column)
         m_moved.insert(column);
+    m_openPosition.assign(columns, none);
+    m_open.clear();
+    m_vacant.clear();
+    m_newRows.clear();
     m_touchedRows.resize(rows);
     m_suspects.resize(rows);
     m_values.assign(columns, 0.0);
@@ -40,7 +44,12 @@ void Simplex::start(System& system)
     chooseFirstBasis();
     m_targets.resize(columns);
     m_isDirty = true;
-    m_needsFirstBasis = false;
+}
+
+void Simplex::moveTo(System& system)
+{
+    m_system = &system;
+    m_isDirty = true;
 }
 
 void Simplex::setPieces(Index row, std::span<const Piece> pieces)
@@ -61,10 +70,63 @@ void Simplex::setPieces(Index row, std::span<const Piece> pieces)
     const Index position = m_place[row];
     m_touchedPositions.insert(position);
     m_affected.push_back(position);
-    if (pieces.empty())
-        m_needsFirstBasis = true; // a row without kinks can be held nowhere
-    else if (wasAtBest || m_spot[row] >= m_system->kinkCount(row))
+    if (wasAtBest || m_spot[row] >= m_system->kinkCount(row))
         m_spot[row] = bestKink(row, strength);
+}
+
+void Simplex::growRows()
+{
+    const Index rows = m_system->rowCount();
+    m_place.resize(rows, none);
+    m_spot.resize(rows, none);
+    m_rowValues.resize(rows, 0.0);
+    m_rates.grow(rows);
+    m_touchedRows.grow(rows);
+    m_suspects.grow(rows);
+    m_factor.growRows(rows);
+}
+
+// Until something better turns up, a new column is held by its own row.
+void Simplex::columnAdded(Index column)
+{
+    growRows();
+    const Index row = m_system->ownRow(column);
+    Index strength = none;
+    m_place[row] = column;
+    m_spot[row] = bestKink(row, strength);
+    m_basis.push_back(row);
+    m_targets.push_back(0.0);
+    m_values.push_back(0.0);
+    m_candidates.emplace_back();
+    m_openPosition.push_back(none);
+    for (SparseVector* vector : {&m_byPosition, &m_byColumn, &m_direction, &m_alpha})
+        vector->grow(m_basis.size());
+    for (IndexSet* set : {&m_candidatePositions, &m_freePositions, &m_touchedPositions, &m_banned, &m_moved})
+        set->grow(m_basis.size());
+    m_moved.insert(column);
+    m_isDirty = true;
+}
+
+void Simplex::rowAdded(Index row)
+{
+    growRows();
+    m_place[row] = none;
+    m_spot[row] = none;
+    m_touchedRows.insert(row);
+    m_newRows.push_back(row);
+    for (const Piece& piece : m_system->pieces(row))
+        m_slopeScale[piece.level] = std::max({m_slopeScale[piece.level], piece.right, -piece.left});
+}
+
+void Simplex::rowWillBeRemoved(Index row)
+{
+    if (isBasic(row))
+        m_vacant.push_back(m_place[row]);
+    else if (!m_isDirty && m_spot[row] != none)
+        noteSlopes(row, m_spot[row], -1.0);
+    m_system->setPieces(row, {});
+    if (!isBasic(row))
+        m_spot[row] = 0;
 }
 
 double Simplex::evaluateRow(Index row) const
@@ -182,9 +244,10 @@ void Simplex::repair(std::span<const Factor::Repair> repairs)
         Index strength = none;
         m_place[old] = none;
         m_spot[old] = none;
-        m_basis[one.position] = one.column;
-        m_place[one.column] = one.position;
-        m_spot[one.column] = bestKink(one.column, strength);
+        const Index row = m_system->ownRow(one.column);
+        m_basis[one.position] = row;
+        m_place[row] = one.position;
+        m_spot[row] = bestKink(row, strength);
     }
 }
 
@@ -224,11 +287,7 @@ bool Simplex::run(Effort& effort)
 {
     constexpr std::size_t longestUpdate = 1000; // beyond this many small updates, rounding in the prices adds up
     m_banned.clear();
-    if (m_needsFirstBasis) {
-        chooseFirstBasis();
-        m_isDirty = true;
-        m_needsFirstBasis = false;
-    }
+    fillVacancies();
     if (m_isDirty || m_factor.exchangeCount() > 0 || m_priceUpdates > longestUpdate)
         refresh(effort);
     moveBasis();
@@ -290,49 +349,31 @@ std::vector<Index> Simplex::holdingRows(Index column)
     return positions;
 }
 
-std::vector<Index> Simplex::freeColumns()
+std::vector<Index> Simplex::movableColumns()
 {
-    std::vector<Index> result;
-    const Index last = m_system->levelCount() - freeLevelCount;
     IndexSet found;
     found.resize(m_system->columnCount());
     for (Index position = 0; position < m_basis.size(); ++position) {
-        for (const int direction : {1, -1}) {
-            // The cost of the step, with the rows that stand at a kink and would start to charge.
-            const Index row = m_basis[position];
-            m_system->visitSlopes(row, m_spot[row] + (direction > 0 ? 1 : 0),
-                                  [&](Index level, double slope) { m_upSums.addCost(level, direction * slope); });
+        const Index row = m_basis[position];
+        bool isFree = false;
+        for (const Index segment : {m_spot[row] + 1, m_spot[row]}) {
+            m_system->visitSlopes(row, segment, [&](Index level, double slope) { m_upSums.addCost(level, slope); });
             for (const Index level : m_pricedLevels)
-                m_upSums.addCost(level, direction * m_prices[level][position]);
-            bool isFree = firstLevel(m_upSums) >= last;
-            if (isFree) {
-                findRates(position, direction);
-                for (const Index other : m_rates.indices()) {
-                    const double rate = m_rates[other];
-                    if (isBasic(other) || std::abs(rate) <= m_smallestRate)
-                        continue;
-                    for (const Piece& piece : m_system->pieces(other)) {
-                        const bool isPast = rate > 0.0 ? piece.kink >= m_spot[other] : piece.kink < m_spot[other];
-                        if (isPast && std::abs(m_rowValues[other] - piece.at) <= tolerance())
-                            m_upSums.addCost(piece.level, (piece.right - piece.left) * std::abs(rate));
-                    }
-                }
-                isFree = firstLevel(m_upSums) >= last;
-                if (isFree) {
-                    for (const Index column : m_direction.indices()) {
-                        if (std::abs(m_direction[column]) > 1e-9)
-                            found.insert(column);
-                    }
-                }
-                m_direction.clear();
-                m_rates.clear();
-            }
+                m_upSums.addCost(level, m_prices[level][position]);
+            isFree = isFree || firstLevel(m_upSums) >= m_system->firstFreeLevel();
             m_upSums.clear();
         }
+        if (!isFree)
+            continue;
+        m_byPosition.add(position, 1.0);
+        m_factor.solve(m_byPosition, m_direction);
+        for (const Index column : m_direction.indices()) {
+            if (std::abs(m_direction[column]) > 1e-9)
+                found.insert(column);
+        }
+        m_direction.clear();
     }
-    result = found.indices();
-    std::sort(result.begin(), result.end());
-    return result;
+    return found.indices();
 }
 
 } // namespace RVCore::LayoutInternal

@@ -24,6 +24,7 @@ struct Effort {
 // a change of the costs left it.
 //
 // Passes of run():
+//  0. find rows for the positions that have lost theirs (LayoutFirstBasis.cpp);
 //  1. derive the values from the kinks that moved;
 //  2. find the segments of the rows that were touched;
 //  3. bring the prices up to date with the slopes that changed;
@@ -39,8 +40,14 @@ class Simplex {
 public:
     // Starts from the greedy basis of the system, which must outlive this.
     void start(System&);
+    // Goes on with a copy of its system.
+    void moveTo(System&);
     // Exchanges the cost of a row.
     void setPieces(Index row, std::span<const Piece>);
+    // The system has got a column or a row with its costs, or is going to lose a row: after the next run().
+    void columnAdded(Index column);
+    void rowAdded(Index row);
+    void rowWillBeRemoved(Index row);
     // False when the iteration limit ended it.
     bool run(Effort&);
 
@@ -48,6 +55,7 @@ public:
     // Columns whose value may have changed since the last forgetMoves().
     const std::vector<Index>& movedColumns() const { return m_moved.indices(); }
     void forgetMoves() { m_moved.clear(); }
+    void noteMove(Index column) { m_moved.insert(column); } // stands for another variable from now on
 
     // Rows whose cost on a level the last run left above zero by more than rounding, looked for among the rows
     // that may have come to charge on level 0 since the last forgetSuspects().
@@ -62,11 +70,12 @@ public:
     // The kink that a basic row is held at, the segment of another row.
     Index spot(Index row) const { return m_spot[row]; }
     double rowValue(Index row) const;
-    double tolerance() const { return 1e-12 * m_scale + 1e-10; }
+    double tolerance() const { return 1e-13 * m_scale + 1e-10; }
     // Basic rows that a column's value depends on, in order of derivation.
     std::vector<Index> holdingRows(Index column);
-    // Columns that can be moved without a loss on any level above the last one.
-    std::vector<Index> freeColumns();
+    // Columns that move with a basic row that by itself can be moved without a loss above the free levels. No others
+    // can be moved without one; whether these can depends on the rows that stand at a kink as well.
+    std::vector<Index> movableColumns();
 
 private:
     struct Candidate {
@@ -84,6 +93,12 @@ private:
 
     // LayoutFirstBasis.cpp
     void chooseFirstBasis();
+    void fillVacancies();
+    void open(Index column, Index position);
+    void openWeakColumnsOf(Index row);
+    void fillOpenColumns();
+    void takePlace(Index row, Index position);
+    void growRows();
     Index bestKink(Index row, Index& strength) const;
 
     // LayoutSimplex.cpp
@@ -102,11 +117,16 @@ private:
 
     // LayoutPricing.cpp
     void noteSlopes(Index row, Index segment, double factor);
+    void noteSlopeChange(Index level, Index row, double change);
     void applySlopeChanges();
     void addToPrice(Index level, Index position, double amount);
     std::vector<double>& pricesOf(Index level);
     double priceTolerance(Index level) const { return 1e-13 * std::max(m_priceScale[level], m_slopeScale[level]); }
+    void addFreePrices(SparseVector& sums);
+    void addFreePricesOf(Index position);
+    void findFreePrices();
     void evaluateTouched();
+    void evaluateFree();
     Candidate evaluate(Index position);
     Index firstLevel(const SparseVector& sums) const;
     const Candidate* choose() const;
@@ -139,18 +159,24 @@ private:
     std::vector<double> m_slopeScale;          // largest slope by level
     std::vector<double> m_priceScale;          // largest price or slope by level, since the last refresh()
     std::vector<Index> m_pricedLevels;
+    std::vector<std::vector<double>> m_freePrices; // by free level, by position; while many are asked for
+    int m_freePricesAsked = 0;
     std::vector<std::vector<Term>> m_slopeChanges; // by level: row and change of its slope
     std::vector<Index> m_changedLevels;
     std::size_t m_priceUpdates = 0;
 
     std::vector<Candidate> m_candidates;   // by position
     IndexSet m_candidatePositions;         // a superset of the positions that can gain
+    IndexSet m_freePositions;              // those that can move without a loss above the free levels
     IndexSet m_touchedPositions, m_banned; // banned: their exchange was unsafe in this run
     std::vector<Index> m_affected;         // positions whose target moved
     std::vector<Index> m_changed;
     IndexSet m_moved, m_touchedRows, m_suspects;
+    std::vector<Index> m_vacant, m_newRows; // since the last run: positions whose row is going, rows that came
+    std::vector<Index> m_open;              // columns for which a row is sought
+    std::vector<Index> m_openPosition;      // by column, none for others
+    std::vector<std::pair<Index, Index>> m_waiting; // a heap of strengths and rows with one open column
     bool m_isDirty = false;
-    bool m_needsFirstBasis = false;
 
     SparseVector m_upSums, m_downSums; // by level
     SparseVector m_byPosition, m_byColumn, m_direction, m_alpha;

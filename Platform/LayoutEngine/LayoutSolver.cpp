@@ -1,6 +1,35 @@
 #include "LayoutSolver.h"
 
+#include "LayoutAmbiguity.h"
+
+#include <algorithm>
+#include <iterator>
+
 namespace RVCore::LayoutInternal {
+
+namespace {
+
+constexpr Index reached = none - 1; // in place of a part, while what hangs together is looked for
+
+// Sorts what mostly is a few ascending runs one after another, by merging them. The buffer is kept for its memory.
+template <typename T> void sortRuns(std::vector<T>& list, std::vector<T>& buffer)
+{
+    constexpr int mostRuns = 32;
+    auto end = list.begin();
+    for (int run = 0; end != list.end(); ++run) {
+        if (run == mostRuns)
+            return std::sort(list.begin(), list.end());
+        const auto start = end;
+        end = std::is_sorted_until(start, list.end());
+        if (start == list.begin())
+            continue;
+        buffer.clear();
+        std::merge(list.begin(), start, start, end, std::back_inserter(buffer));
+        std::copy(buffer.begin(), buffer.end(), list.begin());
+    }
+}
+
+} // namespace
 
 void Solver::solve()
 {
@@ -10,83 +39,163 @@ void Solver::solve()
     m_changedVariables.clear();
     m_isAmbiguousKnown = false;
     dropChangedConflicts();
-    m_notedClasses = std::exchange(m_model.notedClasses(), {});
-    for (const Index index : m_notedClasses)
-        m_model.classes()[index].isNoted = false;
-    rebuildParts();
+    m_model.takeNotedClasses(m_notedClasses);
+    editParts();
     updateCosts();
     runParts();
     settleConflictsByThemselves();
     reportConflicts();
-    std::sort(m_changedVariables.begin(), m_changedVariables.end());
+    sortRuns(m_changedVariables, m_variableBuffer);
     m_statistics.parts = std::uint32_t(m_parts.size() - m_freeParts.size());
 }
 
-// Pass 2. A part is built anew when a row of it appears or goes, or a priority it has no level for.
-void Solver::rebuildParts()
+// Pass 2. Parts are edited in place where that is the cheaper way; others are taken apart, and what hangs together
+// now is built anew.
+void Solver::editParts()
 {
-    std::vector<Index> loose, gone;
-    m_rebuiltParts.clear();
+    m_loose.clear();
+    m_absorbedClasses.clear();
+    // 1. Parts that lose too much, or have no level for a new priority.
+    std::vector<Index> gone;
     for (const Index index : m_notedClasses) {
-        FormClass& formClass = m_model.classes()[index];
-        const bool isWanted = !formClass.constraints.empty();
-        if (!isWanted)
-            gone.push_back(index);
-        const bool isPresent = formClass.part != none;
-        if (isPresent && isWanted && m_parts[formClass.part]->coversPriorities(m_model, index))
+        const FormClass& formClass = m_model.classes()[index];
+        if (!formClass.constraints.empty())
             continue;
-        if (takesOwnRow(index))
-            continue;
-        for (const Term& term : formClass.terms) {
-            if (m_model.variables()[term.column].part != none)
-                takeApart(m_model.variables()[term.column].part, loose);
-            else if (isWanted && !std::exchange(m_model.variables()[term.column].isLoose, true))
-                loose.push_back(term.column);
-        }
+        gone.push_back(index);
+        if (formClass.part != none && formClass.terms.size() > 1)
+            m_parts[formClass.part]->noteWear();
     }
-    for (const Index index : gone) {
-        FormClass& formClass = m_model.classes()[index];
-        if (formClass.part != none && formClass.terms.size() == 1) {
-            m_parts[formClass.part]->forgetClass(m_model, index);
-            m_touchedParts.push_back(formClass.part);
-        }
-        formClass.part = none;
-        formClass.row = none;
+    for (const Index index : m_notedClasses) {
+        const Index part = m_model.classes()[index].part;
+        if (part != none && (m_parts[part]->isWorn() || !m_parts[part]->coversPriorities(m_model, index)))
+            takeApart(part);
     }
+    // 2. What new forms tie together goes into one part.
+    for (const Index index : m_notedClasses) {
+        if (m_model.classes()[index].part == none && !m_model.classes()[index].constraints.empty())
+            tieTogether(index);
+    }
+    // 3. Rows in place.
+    for (const Index index : m_notedClasses)
+        editInPlace(index);
+    for (const Index index : m_absorbedClasses)
+        editInPlace(index);
     m_model.removeClasses(gone);
     std::erase_if(m_notedClasses, [&](Index index) { return m_model.classes()[index].terms.empty(); });
-    std::sort(loose.begin(), loose.end());
-    buildParts(loose);
-    m_model.recycleVariables();
+    // 4. The rest anew.
+    sortRuns(m_loose, m_indexBuffer);
+    buildParts(m_loose);
+    letGoOfRemovedVariables();
 }
 
-// A form of one variable comes and goes without building anything: the variable's own row is there anyhow.
-bool Solver::takesOwnRow(Index index)
+// Sees to it that the variables of a new form are all in one part, or all loose. The largest of their parts takes in
+// the others, or is taken apart as well where these are too many.
+void Solver::tieTogether(Index index)
 {
-    FormClass& formClass = m_model.classes()[index];
-    const Variable& variable = m_model.variables()[formClass.terms.front().column];
-    if (formClass.terms.size() != 1 || variable.part == none)
+    const FormClass& formClass = m_model.classes()[index];
+    Index largest = none;
+    for (const Term& term : formClass.terms) {
+        const Index part = m_model.variables()[term.column].part;
+        if (part != none && (largest == none || m_parts[part]->variableCount() > m_parts[largest]->variableCount()))
+            largest = part;
+    }
+    for (const Term& term : formClass.terms) {
+        const Index part = m_model.variables()[term.column].part;
+        if (part != none && part != largest)
+            takeApart(part);
+    }
+    if (largest != none && !absorb(index, *m_parts[largest]))
+        takeApart(largest);
+    for (const Term& term : formClass.terms) {
+        Variable& variable = m_model.variables()[term.column];
+        if (variable.part == none && !std::exchange(variable.isLoose, true))
+            m_loose.push_back(term.column);
+    }
+}
+
+// Takes what hangs on a form and is in no part into one. False, and nothing is done, when that is too much, or needs
+// levels that the part does not have.
+bool Solver::absorb(Index first, Part& part)
+{
+    const std::size_t most = part.variableCount() / 4 + 8;
+    std::vector<Index> classes{first}, variables;
+    bool fits = true;
+    for (std::size_t next = 0; next < classes.size() && fits; ++next) {
+        fits = !part.isWorn() && part.coversPriorities(m_model, classes[next]);
+        for (const Term& term : m_model.classes()[classes[next]].terms) {
+            Variable& variable = m_model.variables()[term.column];
+            if (variable.part != none)
+                continue;
+            variable.part = reached;
+            variables.push_back(term.column);
+            for (const ClassUse& use : variable.classes) {
+                const FormClass& other = m_model.classes()[use.formClass];
+                if (other.part == none && !other.constraints.empty())
+                    classes.push_back(use.formClass);
+            }
+        }
+        fits = fits && variables.size() <= most;
+    }
+    for (const Index variable : variables)
+        m_model.variables()[variable].part = none;
+    if (!fits)
         return false;
-    if (formClass.constraints.empty())
-        return formClass.part != none && variable.classes.size() > 1;
-    if (formClass.part != none || !m_parts[variable.part]->coversPriorities(m_model, index))
-        return false;
-    formClass.part = variable.part;
-    formClass.row = variable.column;
+    for (const Index variable : variables)
+        part.addVariable(m_model, variable);
+    m_absorbedClasses.insert(m_absorbedClasses.end(), classes.begin(), classes.end());
     return true;
 }
 
-void Solver::takeApart(Index part, std::vector<Index>& loose)
+void Solver::editInPlace(Index index)
+{
+    FormClass& formClass = m_model.classes()[index];
+    const bool isWanted = !formClass.constraints.empty();
+    if (!isWanted && formClass.part != none) {
+        const Index part = std::exchange(formClass.part, none);
+        m_parts[part]->removeClass(m_model, index);
+        m_touchedParts.push_back(part);
+        if (m_parts[part]->classCount() == 0)
+            takeApart(part);
+    } else if (isWanted && formClass.part == none) {
+        if (const Index part = m_model.variables()[formClass.terms.front().column].part; part != none) {
+            m_parts[part]->addClass(m_model, index);
+            m_touchedParts.push_back(part);
+        }
+    }
+}
+
+// Of removed variables, in parts that stay.
+void Solver::letGoOfRemovedVariables()
+{
+    for (const Index index : m_model.removedVariables()) {
+        const Index part = m_model.variables()[index].part;
+        if (part == none)
+            continue;
+        m_parts[part]->removeVariable(m_model, index);
+        if (m_parts[part]->variableCount() == 0)
+            freePart(part);
+    }
+    m_model.recycleVariables();
+}
+
+void Solver::freePart(Index part)
+{
+    m_parts[part]->clear();
+    m_freeParts.push_back(part);
+}
+
+void Solver::takeApart(Index part)
 {
     for (const Index variable : m_parts[part]->variables()) {
-        loose.push_back(variable);
+        if (variable == none)
+            continue;
+        m_loose.push_back(variable);
         m_model.variables()[variable].isLoose = true;
         m_model.variables()[variable].part = none;
         for (const ClassUse& use : m_model.variables()[variable].classes)
             m_model.classes()[use.formClass].part = none;
     }
-    m_parts[part]->clear();
-    m_freeParts.push_back(part);
+    freePart(part);
 }
 
 Index Solver::takePart()
@@ -103,7 +212,6 @@ Index Solver::takePart()
 // Sorts variables into what hangs together by shared classes, without recursion.
 void Solver::buildParts(const std::vector<Index>& loose)
 {
-    constexpr Index reached = none - 1;
     std::vector<Index> members;
     for (const Index first : loose) {
         Variable& variable = m_model.variables()[first];
@@ -112,7 +220,7 @@ void Solver::buildParts(const std::vector<Index>& loose)
             continue;
         if (variable.classes.empty()) {
             // Nothing holds it any more.
-            if (variable.value != 0.0 && variable.isAlive)
+            if (variable.value != 0.0 && m_model.isAlive(first))
                 m_changedVariables.push_back({first});
             variable.value = 0.0;
             continue;
@@ -131,10 +239,10 @@ void Solver::buildParts(const std::vector<Index>& loose)
                 }
             }
         }
-        std::sort(members.begin(), members.end());
+        sortRuns(members, m_indexBuffer);
         const Index part = takePart();
         m_parts[part]->build(m_model, part, members);
-        m_rebuiltParts.push_back(part);
+        m_touchedParts.push_back(part);
         ++m_statistics.builds;
     }
 }
@@ -152,13 +260,9 @@ void Solver::updateCosts()
 // Pass 4. Only parts that were built or that a noted class is in can have something to do.
 void Solver::runParts()
 {
-    std::vector<Index> parts = m_rebuiltParts;
     for (const Index index : m_notedClasses)
-        parts.push_back(m_model.classes()[index].part);
-    for (const Index part : m_touchedParts)
-        parts.push_back(part);
-    m_touchedParts.clear();
-    for (const Index index : parts) {
+        m_touchedParts.push_back(m_model.classes()[index].part);
+    for (const Index index : m_touchedParts) {
         if (m_parts[index]->isEmpty() || !m_parts[index]->needsRun())
             continue;
         Part& part = *m_parts[index];
@@ -168,12 +272,15 @@ void Solver::runParts()
         countEffort(effort);
         collectChanges(part);
     }
+    m_touchedParts.clear();
 }
 
 // Pass 5.
 void Solver::collectChanges(Part& part)
 {
     for (const Index column : part.simplex().movedColumns()) {
+        if (part.variables()[column] == none)
+            continue;
         Variable& variable = m_model.variables()[part.variables()[column]];
         const double value = part.simplex().value(column);
         if (value == variable.value)
@@ -200,11 +307,16 @@ const std::vector<Index>& Solver::ambiguousVariables()
     for (const auto& part : m_parts) {
         if (part->isEmpty())
             continue;
-        for (const Index column : part->simplex().freeColumns())
-            m_ambiguous.push_back(part->variables()[column]);
+        Effort effort;
+        for (const Index column : ambiguousColumns(part->system(), part->simplex(), effort)) {
+            const Index index = part->variables()[column];
+            if (index != none && m_model.isAlive(index))
+                m_ambiguous.push_back(index);
+        }
+        countEffort(effort);
     }
     for (Index index = 0; index < m_model.variables().size(); ++index) {
-        if (m_model.variables()[index].isAlive && m_model.variables()[index].part == none)
+        if (m_model.isAlive(index) && m_model.variables()[index].part == none)
             m_ambiguous.push_back(index);
     }
     std::sort(m_ambiguous.begin(), m_ambiguous.end());

@@ -15,7 +15,7 @@ namespace RVCore::LayoutInternal {
 //
 // Passes of solve():
 //  1. let go of conflicts of which a member changed (LayoutConflicts.cpp);
-//  2. take apart the parts whose rows appear or go, and build new ones from what hangs together now;
+//  2. let rows come and go in the parts, or take parts apart and build new ones from what hangs together now;
 //  3. hand the changed costs to the other parts;
 //  4. run the parts that have something to do, and settle the contradictions they show;
 //  5. collect the values that changed.
@@ -30,6 +30,8 @@ public:
     std::vector<LayoutConflict> takeConflicts() { return std::exchange(m_newConflicts, {}); }
 
     const std::vector<Index>& ambiguousVariables();
+    // A variable came or went, which alone is nothing to solve.
+    void forgetAmbiguousVariables() { m_isAmbiguousKnown = false; }
     LayoutExplanation explain(Index variable);
     std::string description(const LayoutNaming&);
     LayoutConstraintHandle handle(Index constraint) const
@@ -46,9 +48,13 @@ private:
     };
 
     // LayoutSolver.cpp
-    void rebuildParts();
-    bool takesOwnRow(Index formClass);
-    void takeApart(Index part, std::vector<Index>& loose);
+    void editParts();
+    void tieTogether(Index formClass);
+    bool absorb(Index formClass, Part&);
+    void editInPlace(Index formClass);
+    void letGoOfRemovedVariables();
+    void takeApart(Index part);
+    void freePart(Index part);
     void buildParts(const std::vector<Index>& loose);
     void updateCosts();
     void runParts();
@@ -71,8 +77,11 @@ private:
     Model m_model;
     std::vector<std::unique_ptr<Part>> m_parts;
     std::vector<Index> m_freeParts;
-    std::vector<Index> m_rebuiltParts;
-    std::vector<Index> m_touchedParts; // that lost the constraints of an own row
+    std::vector<Index> m_touchedParts; // that were edited in place or built
+    std::vector<Index> m_loose;        // variables whose part is to be built
+    std::vector<Index> m_absorbedClasses;
+    std::vector<Index> m_indexBuffer;
+    std::vector<LayoutVariable> m_variableBuffer;
     std::vector<Index> m_notedClasses; // taken over from the model for one solve
     std::vector<Conflict> m_conflicts;
     std::set<std::uint64_t> m_knownCauses;

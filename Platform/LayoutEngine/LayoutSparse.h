@@ -29,6 +29,12 @@ public:
         m_marks.assign(size, 0);
         m_indices.clear();
     }
+    // Keeps what there is.
+    void grow(std::size_t size)
+    {
+        m_values.resize(size, 0.0);
+        m_marks.resize(size, 0);
+    }
     void add(Index index, double value)
     {
         if (!m_marks[index]) {
@@ -80,6 +86,7 @@ public:
         m_marks.assign(size, 0);
         m_indices.clear();
     }
+    void grow(std::size_t size) { m_marks.resize(size, 0); } // keeps what there is
     void insert(Index index)
     {
         if (m_marks[index])

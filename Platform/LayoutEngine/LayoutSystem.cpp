@@ -1,16 +1,21 @@
 #include "LayoutSystem.h"
 
+#include <algorithm>
+
 namespace RVCore::LayoutInternal {
 
-void System::clear(Index columns, Index levels)
+void System::clear(Index levels, Index freeLevels)
 {
-    m_columns = columns;
     m_levels = levels;
+    m_firstFreeLevel = levels - freeLevels;
+    m_columns.clear();
     m_rows.clear();
+    m_freeRows.clear();
     m_terms.clear();
     m_entries.clear();
     m_pieces.clear();
     m_unusedPieces = 0;
+    m_isFinished = false;
 }
 
 void System::reserve(std::size_t rows, std::size_t terms, std::size_t pieces)
@@ -20,26 +25,90 @@ void System::reserve(std::size_t rows, std::size_t terms, std::size_t pieces)
     m_pieces.reserve(pieces);
 }
 
+Index System::addColumn()
+{
+    const auto column = Index(m_columns.size());
+    m_columns.emplace_back();
+    m_columns[column].ownRow = addRow({{{column, 1.0}}});
+    return column;
+}
+
+Index System::makeRow(std::span<const Term> terms)
+{
+    if (m_freeRows.empty()) {
+        m_rows.emplace_back();
+        m_freeRows.push_back(Index(m_rows.size() - 1));
+    }
+    const Index index = m_freeRows.back();
+    m_freeRows.pop_back();
+    Row& row = m_rows[index];
+    if (terms.size() > row.termCapacity) {
+        row.firstTerm = Index(m_terms.size());
+        row.termCapacity = Index(terms.size());
+        m_terms.insert(m_terms.end(), terms.begin(), terms.end());
+    } else {
+        std::copy(terms.begin(), terms.end(), m_terms.begin() + row.firstTerm);
+    }
+    row.termCount = Index(terms.size());
+    return index;
+}
+
 Index System::addRow(std::span<const Term> terms)
 {
-    m_rows.push_back({Index(m_terms.size()), Index(terms.size()), 0, 0, 0, 0});
-    m_terms.insert(m_terms.end(), terms.begin(), terms.end());
-    return Index(m_rows.size() - 1);
+    const Index row = makeRow(terms);
+    if (m_isFinished) {
+        for (const Term& term : terms)
+            addEntry(term.column, {row, term.coefficient});
+    }
+    return row;
+}
+
+void System::removeRow(Index row)
+{
+    for (const Term& term : terms(row)) {
+        Column& column = m_columns[term.column];
+        const auto first = m_entries.begin() + column.firstEntry;
+        const auto last = first + column.entryCount;
+        const auto found = std::find_if(first, last, [&](const Term& entry) { return entry.column == row; });
+        std::copy(found + 1, last, found);
+        --column.entryCount;
+    }
+    setPieces(row, {});
+    m_rows[row].termCount = 0;
+    m_freeRows.push_back(row);
+}
+
+// A column that is full moves to the end, with room for as many again as a quarter of it.
+void System::addEntry(Index index, const Term& entry)
+{
+    Column& column = m_columns[index];
+    if (column.entryCount == column.entryCapacity) {
+        const auto first = Index(m_entries.size());
+        column.entryCapacity += column.entryCapacity / 4 + 2;
+        m_entries.resize(m_entries.size() + column.entryCapacity);
+        std::copy_n(m_entries.begin() + column.firstEntry, column.entryCount, m_entries.begin() + first);
+        column.firstEntry = first;
+    }
+    m_entries[column.firstEntry + column.entryCount++] = entry;
 }
 
 void System::finish()
 {
-    m_entryStart.assign(m_columns + 1, 0);
     for (const Term& term : m_terms)
-        ++m_entryStart[term.column + 1];
-    for (Index column = 0; column < m_columns; ++column)
-        m_entryStart[column + 1] += m_entryStart[column];
-    m_entries.resize(m_terms.size());
-    std::vector<Index> next(m_entryStart.begin(), m_entryStart.end());
-    for (Index row = 0; row < rowCount(); ++row) {
-        for (const Term& term : terms(row))
-            m_entries[next[term.column]++] = {row, term.coefficient};
+        ++m_columns[term.column].entryCapacity;
+    Index next = 0;
+    for (Column& column : m_columns) {
+        column.firstEntry = next;
+        next += column.entryCapacity;
     }
+    m_entries.resize(next);
+    for (Index row = 0; row < rowCount(); ++row) {
+        for (const Term& term : terms(row)) {
+            Column& column = m_columns[term.column];
+            m_entries[column.firstEntry + column.entryCount++] = {row, term.coefficient};
+        }
+    }
+    m_isFinished = true;
 }
 
 std::span<const Piece> System::piecesOfKink(Index row, Index kink) const

@@ -26,24 +26,29 @@ struct Term {
     friend bool operator==(const Term&, const Term&) = default;
 };
 
-// How many levels below all priorities decide what those leave free.
-constexpr Index freeLevelCount = 2;
-
 // One independent part of the constraints in the form the solver works on.
 //
-// A row is a linear form over the columns together with its cost. Row j below columnCount() is the form
-// "column j" by itself; each has a kink at the lowest levels, so that a basis always exists. The forms are
-// fixed once finish() was called; costs may be exchanged at any time.
+// A row is a linear form over the columns together with its cost. Every column has a row of its own, the form
+// "column" by itself, with a kink at the lowest levels, so that a basis always exists: these are the free levels, on
+// which only own rows cost anything. Rows with more columns, and columns, may come and rows may go at any time, and
+// costs be exchanged.
 class System {
 public:
-    void clear(Index columns, Index levels);
+    void clear(Index levels, Index freeLevels); // the free ones are the last of them
     void reserve(std::size_t rows, std::size_t terms, std::size_t pieces);
-    Index addRow(std::span<const Term>); // the own rows first
+    Index addColumn(); // with its own row
+    Index addRow(std::span<const Term>);
+    // Its number is used again. Not for own rows.
+    void removeRow(Index row);
+    // After the rows of a new system, and only then: enters all of them in their columns at once.
     void finish();
 
-    Index columnCount() const { return m_columns; }
+    Index columnCount() const { return Index(m_columns.size()); }
     Index levelCount() const { return m_levels; }
-    Index rowCount() const { return Index(m_rows.size()); }
+    Index firstFreeLevel() const { return m_firstFreeLevel; }
+    Index rowCount() const { return Index(m_rows.size()); } // removed ones included
+    Index ownRow(Index column) const { return m_columns[column].ownRow; }
+    bool isOwnRow(Index row) const { return m_rows[row].termCount == 1; }
 
     std::span<const Term> terms(Index row) const
     {
@@ -52,7 +57,7 @@ public:
     // The rows that a column is in; `column` of the result is the row.
     std::span<const Term> entries(Index column) const
     {
-        return {m_entries.data() + m_entryStart[column], m_entryStart[column + 1] - m_entryStart[column]};
+        return {m_entries.data() + m_columns[column].firstEntry, m_columns[column].entryCount};
     }
 
     std::span<const Piece> pieces(Index row) const
@@ -75,20 +80,29 @@ public:
     }
 
 private:
+    struct Column {
+        Index ownRow = none;
+        Index firstEntry = 0, entryCount = 0, entryCapacity = 0;
+    };
     struct Row {
-        Index firstTerm, termCount, firstPiece, pieceCount, pieceCapacity, kinkCount;
+        Index firstTerm = 0, termCount = 0, termCapacity = 0;
+        Index firstPiece = 0, pieceCount = 0, pieceCapacity = 0, kinkCount = 0;
     };
 
+    Index makeRow(std::span<const Term>);
+    void addEntry(Index column, const Term& entry);
     void compactPieces();
 
-    Index m_columns = 0;
     Index m_levels = 0;
+    Index m_firstFreeLevel = 0;
+    std::vector<Column> m_columns;
     std::vector<Row> m_rows;
+    std::vector<Index> m_freeRows;
     std::vector<Term> m_terms;
-    std::vector<Index> m_entryStart;
     std::vector<Term> m_entries;
     std::vector<Piece> m_pieces;
     std::size_t m_unusedPieces = 0;
+    bool m_isFinished = false;
 };
 
 } // namespace RVCore::LayoutInternal

@@ -2,83 +2,10 @@
 
 #include <AppKit/ViewDump.h>
 
-#include <cctype>
-
 namespace RVCore {
 namespace {
 
 using testing::HasSubstr;
-using testing::internal::CaptureStderr;
-using testing::internal::GetCapturedStderr;
-
-// The report without addresses.
-std::string withoutAddresses(std::string text)
-{
-    for (std::size_t start = text.find(": 0x"); start != std::string::npos; start = text.find(": 0x")) {
-        std::size_t end = start + 4;
-        while (end < text.size() && std::isxdigit(static_cast<unsigned char>(text[end])))
-            ++end;
-        text.erase(start, end - start);
-    }
-    return text;
-}
-
-std::string reportOf(NSView& host)
-{
-    CaptureStderr();
-    host.layoutSubtreeIfNeeded();
-    return withoutAddresses(GetCapturedStderr());
-}
-
-struct Conflict {
-    std::shared_ptr<FlippedView> host = makeHost(100, 100);
-    std::shared_ptr<NSView> view = addTo(*host, "box");
-    std::shared_ptr<NSLayoutConstraint> first = hold(*view, Attribute::width, {.constant = 10});
-    std::shared_ptr<NSLayoutConstraint> second = hold(*view, Attribute::width, *host, Attribute::width);
-
-    Conflict() { second->setIdentifier("fill"); }
-};
-
-TEST(LayoutConflictReport, NamesTheWholeSetAndWhatIsLeftOutOnce)
-{
-    Conflict conflict;
-    conflict.host->setIdentifier("host");
-    EXPECT_EQ(reportOf(*conflict.host),
-              "Layout conflict: these required constraints contradict each other:\n"
-              "    width of the frame of NSView \"host\"\n"
-              "    <NSLayoutConstraint NSView \"box\".width == 10 @1000>\n"
-              "    <NSLayoutConstraint NSView \"box\".width == NSView \"host\".width @1000 'fill'>\n"
-              "Left out: <NSLayoutConstraint NSView \"box\".width == NSView \"host\".width @1000 'fill'>\n");
-    EXPECT_EQ(conflict.view->frame().size.width, 10);
-    conflict.host->setNeedsLayout(true);
-    hold(*conflict.view, Attribute::height, {.constant = 5});
-    EXPECT_EQ(reportOf(*conflict.host), "");
-}
-
-TEST(LayoutConflictReport, NamesARowThatKeepsAnExtentFromBeingNegative)
-{
-    Conflict conflict;
-    conflict.first->setConstant(-5);
-    conflict.second->setActive(false);
-    EXPECT_EQ(reportOf(*conflict.host), "Layout conflict: these required constraints contradict each other:\n"
-                                        "    width ≥ 0 of NSView \"box\"\n"
-                                        "    <NSLayoutConstraint NSView \"box\".width == -5 @1000>\n"
-                                        "Left out: <NSLayoutConstraint NSView \"box\".width == -5 @1000>\n");
-}
-
-TEST(LayoutConflictReport, WhatWasLeftOutComesBackWhenTheConflictIsGone)
-{
-    Conflict conflict;
-    reportOf(*conflict.host);
-    conflict.first->setActive(false);
-    EXPECT_EQ(reportOf(*conflict.host), "");
-    EXPECT_EQ(conflict.view->frame().size.width, 100);
-    conflict.first->setActive(true);
-    EXPECT_THAT(reportOf(*conflict.host), HasSubstr("Left out: <NSLayoutConstraint NSView \"box\".width == 10"));
-    conflict.first->setConstant(100);
-    EXPECT_EQ(reportOf(*conflict.host), "");
-}
-
 TEST(LayoutContext, TheOrderOfActivationDecidesWhenADetachedTreeIsFirstLaidOut)
 {
     for (const bool innerFirst : {false, true}) {

@@ -1,5 +1,6 @@
 #include "ViewTesting.h"
 
+#include <AppKit/NSTextField.h>
 #include <AppKit/ViewDump.h>
 #include <Foundation/NSException.h>
 #include <Platform/Foundation/Raised.h>
@@ -114,6 +115,47 @@ TEST(LayoutPass, EndsWithViewsThatInvalidateEachOthersSize)
     tree.layOut();
     EXPECT_EQ(GetCapturedStderr(), "Layout of NSView \"host\" does not settle: after 32 rounds the size of its "
                                    "content still asks for more\n");
+}
+
+// Counts how often it is told that its subviews have moved.
+class CountingHost : public FlippedView {
+public:
+    int markCount = 0;
+
+    void setNeedsLayout(bool needsLayout) override
+    {
+        markCount += needsLayout ? 1 : 0;
+        FlippedView::setNeedsLayout(needsLayout);
+    }
+};
+
+TEST(LayoutPass, ManyTextsThatWrapAreSolvedTogether)
+{
+    const auto host = make<CountingHost>(CGRect(0, 0, 300, 100));
+    std::shared_ptr<NSView> previous;
+    std::vector<std::shared_ptr<NSTextField>> texts;
+    for (int i = 0; i < 40; ++i) {
+        const auto text = makeTextField("Several words that wrap at the width of the host");
+        text->setLineBreakMode(NSLineBreakMode::wordWrapping);
+        text->setTranslatesAutoresizingMaskIntoConstraints(false);
+        host->addSubview(text);
+        hold(*text, Attribute::left, *host, Attribute::left);
+        hold(*text, Attribute::right, *host, Attribute::right);
+        if (previous)
+            hold(*text, Attribute::top, *previous, Attribute::bottom);
+        else
+            hold(*text, Attribute::top, *host, Attribute::top);
+        previous = text;
+        texts.push_back(text);
+    }
+    host->layoutSubtreeIfNeeded();
+    const CGFloat height = texts[0]->frame().size.height;
+    host->markCount = 0;
+    host->setFrameSize({100, 100});
+    host->layoutSubtreeIfNeeded();
+    EXPECT_GT(texts[0]->frame().size.height, height);
+    EXPECT_EQ(texts[39]->frame().minY(), 39 * texts[0]->frame().size.height);
+    EXPECT_LE(host->markCount, 4); // the new size, the new widths, the new heights; not once for each text
 }
 
 TEST(LayoutPass, ANestedPassBringsItsSubtreeUpToDate)
@@ -244,7 +286,7 @@ TEST(LayoutPass, AnOverrideMayEndAConstraintThatIsInConflict)
     };
     CaptureStderr();
     tree.layOut();
-    EXPECT_THAT(GetCapturedStderr(), HasSubstr("NSView \"a\".width == 20"));
+    EXPECT_THAT(GetCapturedStderr(), HasSubstr("constraint of NSView \"a\": width = 20"));
     EXPECT_EQ(late, nullptr);
 }
 

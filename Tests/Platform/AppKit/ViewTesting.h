@@ -124,6 +124,14 @@ inline void place(NSView& view, const CGRect& rect)
     hold(view, Attribute::height, {.constant = rect.size.height});
 }
 
+// What laying the tree out reports on standard error.
+inline std::string reportOf(NSView& root)
+{
+    testing::internal::CaptureStderr();
+    root.layoutSubtreeIfNeeded();
+    return testing::internal::GetCapturedStderr();
+}
+
 // A superview that is as large as its frame says, flipped so that tests count from the top.
 inline std::shared_ptr<FlippedView> makeHost(CGFloat width, CGFloat height)
 {

@@ -68,6 +68,30 @@ TEST_F(ConstraintBlocksTest, aPriorityBlockGivesItsPriorityToWhatIsCreatedInIt)
     EXPECT_EQ(installed(), "a.width == 1 @1000\na.width == 2 @749\na.width == 3 @1000\n");
 }
 
+TEST_F(ConstraintBlocksTest, theInnermostIdentifierApplies)
+{
+    std::vector<std::string> identifiers;
+    const auto add = [&] { identifiers.push_back(width(1)->identifier()); };
+    autoSetIdentifierForConstraints("outer", [&] {
+        add();
+        autoSetPriorityForConstraints(600, [&] { autoSetIdentifierForConstraints("inner", add); });
+        autoSetIdentifierForConstraints("", add);
+        EXPECT_ANY_THROW(autoSetIdentifierForConstraints("lost", [] { throw std::exception(); }));
+        add();
+    });
+    add();
+    EXPECT_EQ(identifiers, (std::vector<std::string>{"outer", "inner", "", "outer", "dimension"}));
+}
+
+TEST_F(ConstraintBlocksTest, anIdentifierBlockIsFoundByName)
+{
+    send(NSLayoutConstraint::staticClass(), "autoSetIdentifier:forConstraints:", "role",
+         Closure([this] { width(1); }));
+    EXPECT_EQ(a->constraints().at(0)->identifier(), "role");
+    EXPECT_EQ(raised([] { autoSetIdentifierForConstraints("role", nullptr); }),
+              "NSInvalidArgumentException: autoSetIdentifierForConstraints: there is no closure to run");
+}
+
 TEST_F(ConstraintBlocksTest, theInnermostPriorityApplies)
 {
     autoSetPriorityForConstraints(500, [this] {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <AppKit/LayoutWords.h>
 #include <AppKit/NSView.h>
 #include <ConstraintLibrary/ConstraintLibrary.h>
 
@@ -10,36 +11,14 @@ namespace RVCore {
 // A constraint as one short line, its views by their identifiers: "a.left == b.right + 8 @1000".
 inline std::string constraintText(const NSLayoutConstraint& constraint)
 {
-    const auto attribute = [](NSLayoutAttribute value) -> std::string {
-        switch (value) {
-        case NSLayoutAttribute::left:
-            return "left";
-        case NSLayoutAttribute::right:
-            return "right";
-        case NSLayoutAttribute::top:
-            return "top";
-        case NSLayoutAttribute::bottom:
-            return "bottom";
-        case NSLayoutAttribute::width:
-            return "width";
-        case NSLayoutAttribute::height:
-            return "height";
-        case NSLayoutAttribute::centerX:
-            return "centerX";
-        case NSLayoutAttribute::centerY:
-            return "centerY";
-        default:
-            return "?";
-        }
-    };
-    std::string text = constraint.firstItem()->identifier() + "." + attribute(constraint.firstAttribute());
+    std::string text = constraint.firstItem()->identifier() + "." + attributeName(constraint.firstAttribute());
     text += constraint.relation() == NSLayoutRelation::equal             ? " == "
             : constraint.relation() == NSLayoutRelation::lessThanOrEqual ? " <= "
                                                                          : " >= ";
     if (constraint.multiplier() != 1)
         text += numberText(constraint.multiplier()) + " * ";
     if (constraint.secondItem()) {
-        text += constraint.secondItem()->identifier() + "." + attribute(constraint.secondAttribute());
+        text += constraint.secondItem()->identifier() + "." + attributeName(constraint.secondAttribute());
         if (constraint.constant() != 0)
             text += (constraint.constant() > 0 ? " + " : " - ") + numberText(std::abs(constraint.constant()));
     } else {

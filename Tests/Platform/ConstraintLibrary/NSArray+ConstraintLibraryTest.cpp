@@ -67,7 +67,7 @@ TEST_F(ArrayConstraintLibraryTest, aListWithAnythingElseIsRefusedAsAWhole)
     EXPECT_EQ(
         raised([&] { autoIdentifyConstraints(*mixed, "x"); }),
         "NSInvalidArgumentException: autoIdentifyConstraints: element 1 must be NSLayoutConstraint, got integer");
-    EXPECT_EQ(constraints[0]->identifier(), "");
+    EXPECT_EQ(constraints[0]->identifier(), "dimension");
 }
 
 TEST_F(ArrayConstraintLibraryTest, theSelectorsDoTheSame)

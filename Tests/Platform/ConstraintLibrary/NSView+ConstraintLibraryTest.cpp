@@ -62,9 +62,24 @@ TEST_F(ViewConstraintLibraryTest, constraintsAreInstalledAtOnceInTheNearestCommo
     const auto constraint = autoPinEdge(*a, LayoutEdge::left, LayoutEdge::left, *b);
     EXPECT_TRUE(constraint->isActive());
     EXPECT_EQ(constraint->holder(), host.get());
-    EXPECT_EQ(constraint->identifier(), "");
     const auto size = autoSetDimension(*a, LayoutDimension::width, 10);
     EXPECT_EQ(size->holder(), a.get());
+}
+
+TEST_F(ViewConstraintLibraryTest, everyOperationNamesTheRoleOfItsConstraints)
+{
+    EXPECT_EQ(autoPinEdge(*a, LayoutEdge::left, LayoutEdge::left, *b)->identifier(), "pin edge");
+    EXPECT_EQ(autoPinEdgeToSuperviewEdge(*a, LayoutEdge::left)->identifier(), "pin to superview");
+    EXPECT_EQ(autoAlignAxis(*a, LayoutAxis::vertical, *b)->identifier(), "align axis");
+    EXPECT_EQ(autoSetDimension(*a, LayoutDimension::width, 1)->identifier(), "dimension");
+    const std::pair<LayoutConstraints, const char*> several[] = {
+        {autoPinEdgesToSuperviewEdges(*a), "pin to superview"},
+        {autoCenterInSuperview(*a), "center"},
+        {autoSetDimensionsToSize(*a, {1, 2}), "size"}};
+    for (const auto& [constraints, role] : several) {
+        for (const auto& constraint : constraints)
+            EXPECT_EQ(constraint->identifier(), role);
+    }
 }
 
 TEST_F(ViewConstraintLibraryTest, onlyTheReceiverIsMarkedAsNotTranslatingItsMask)

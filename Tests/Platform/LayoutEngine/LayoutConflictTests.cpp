@@ -5,10 +5,6 @@
 namespace RVCore {
 namespace {
 
-constexpr auto equal = LayoutRelation::equal;
-constexpr auto atLeast = LayoutRelation::greaterThanOrEqual;
-constexpr auto atMost = LayoutRelation::lessThanOrEqual;
-
 using Tags = std::vector<std::uint64_t>;
 
 TEST(LayoutConflict, theNewestIsLeftOutAndTheOthersHold)

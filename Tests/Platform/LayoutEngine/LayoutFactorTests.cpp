@@ -19,9 +19,9 @@ double product(const System& system, const std::vector<Index>& basis, const std:
 System makeSystem(Index columns, const std::vector<std::vector<Term>>& forms)
 {
     System system;
-    system.clear(columns, 1);
+    system.clear(1, 1);
     for (Index column = 0; column < columns; ++column)
-        system.addRow({{{column, 1.0}}});
+        system.addColumn();
     for (const std::vector<Term>& form : forms)
         system.addRow(form);
     system.finish();

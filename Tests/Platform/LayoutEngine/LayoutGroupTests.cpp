@@ -5,10 +5,6 @@
 namespace RVCore {
 namespace {
 
-constexpr auto equal = LayoutRelation::equal;
-constexpr auto atLeast = LayoutRelation::greaterThanOrEqual;
-constexpr auto atMost = LayoutRelation::lessThanOrEqual;
-
 // What a group view asks for: elements (spacers and members in turn) chained along the main axis and centred across
 // it. Along means the horizontal axis of a horizontal group and the vertical one of a vertical group.
 struct GroupShape {

@@ -68,6 +68,25 @@ public:
             glp_set_obj_coef(m_problem, column, 0);
         return least;
     }
+    // Over all that is best so far.
+    bool isAmbiguous(int variable)
+    {
+        constexpr double narrow = 1e-7;
+        if (glp_get_num_rows(m_problem) == 0)
+            return true;
+        double ends[2] = {0, 0};
+        for (const int end : {0, 1}) {
+            glp_set_obj_coef(m_problem, variable + 1, end == 0 ? 1 : -1);
+            const int status = solve();
+            ends[end] = glp_get_col_prim(m_problem, variable + 1);
+            glp_set_obj_coef(m_problem, variable + 1, 0);
+            if (status == GLP_UNBND)
+                return true;
+            if (status != GLP_OPT)
+                throw std::runtime_error("the oracle found no optimum");
+        }
+        return ends[1] - ends[0] > narrow * std::max(1.0, std::abs(ends[0]));
+    }
     const std::map<float, std::vector<int>, std::greater<float>>& slacks() const { return m_slacks; }
 
 private:
@@ -75,7 +94,8 @@ private:
     // instead would need a tolerance, which later levels would turn into a gain or a loss of their own.
     void keepOptimal()
     {
-        constexpr double smallestPrice = 1e-9;
+        // Coefficients of 1e-4 and 1e4 make prices of 1e-11; rounding in the given numbers makes some of 1e-16.
+        constexpr double smallestPrice = 1e-13;
         for (int row = 1; row <= glp_get_num_rows(m_problem); ++row) {
             const int status = glp_get_row_stat(m_problem, row);
             if (status == GLP_BS || std::abs(glp_get_row_dual(m_problem, row)) <= smallestPrice)
@@ -111,13 +131,11 @@ private:
     std::map<float, std::vector<int>, std::greater<float>> m_slacks;
 };
 
-} // namespace
-
-OracleAnswer askOracle(const TestSystem& system)
+// Takes the system in and settles one priority after the other.
+OracleAnswer settle(Program& program, const TestSystem& system)
 {
     OracleAnswer answer;
     answer.leftOut.assign(system.constraints.size(), false);
-    Program program(system);
     for (std::size_t i = 0; i < system.constraints.size(); ++i) {
         if (system.constraints[i].priority != 1000.0f)
             continue;
@@ -136,6 +154,24 @@ OracleAnswer askOracle(const TestSystem& system)
         priorities.push_back(priority);
     for (const float priority : priorities)
         answer.violations[priority] = program.settle(priority);
+    return answer;
+}
+
+} // namespace
+
+OracleAnswer askOracle(const TestSystem& system)
+{
+    Program program(system);
+    return settle(program, system);
+}
+
+std::vector<bool> askOracleForAmbiguity(const TestSystem& system)
+{
+    Program program(system);
+    settle(program, system);
+    std::vector<bool> answer;
+    for (int variable = 0; variable < system.variables; ++variable)
+        answer.push_back(program.isAmbiguous(variable));
     return answer;
 }
 

@@ -10,6 +10,10 @@
 
 namespace RVCore {
 
+inline constexpr auto equal = LayoutRelation::equal;
+inline constexpr auto atLeast = LayoutRelation::greaterThanOrEqual;
+inline constexpr auto atMost = LayoutRelation::lessThanOrEqual;
+
 // A constraint in a form that neither the engine nor the oracle owns.
 struct TestConstraint {
     std::vector<std::pair<int, double>> terms; // variable, coefficient
@@ -24,9 +28,11 @@ struct TestSystem {
     std::vector<TestConstraint> constraints;
 };
 
-// One random system; the same seed gives the same one everywhere.
+// One random system, of the families in turn; the same seed gives the same one everywhere.
 TestSystem makeRandomSystem(unsigned seed);
 TestConstraint makeRandomConstraint(std::mt19937& random, int variables);
+// A number from the environment, for runs that are longer than the test command's.
+unsigned numberFromEnvironment(const char* name, unsigned standard);
 std::string text(const TestSystem&);
 
 // A system together with an engine that it was put into.
