@@ -9,7 +9,9 @@
 #include <AppKit/NSTextField.h>
 #include <AppKit/NSView.h>
 #include <AppKit/NSWindow.h>
+#include <AppKit/ViewDiagram.h>
 #include <AppKit/ViewDump.h>
+#include <AppKit/ViewExplanation.h>
 #include <AppKit/ViewSnapshot.h>
 #include <Common/Misc/GlobalFunctions.h>
 #include <ConstraintLibrary/ConstraintLibrary.h>

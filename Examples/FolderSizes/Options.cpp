@@ -52,6 +52,8 @@ Options parseOptions(const std::vector<std::string>& arguments)
             options.snapshot = value();
         } else if (argument == "--dump") {
             options.dump = value();
+        } else if (argument == "--explain") {
+            options.diagram = value();
         } else if (argument == "--rows") {
             options.rows = row();
         } else if (argument == "--width") {
@@ -75,6 +77,7 @@ std::string usageText()
            "\n"
            "  --snapshot FILE.png   write a picture instead of opening a window\n"
            "  --dump FILE.txt       write the views with their frames and constraints as text\n"
+           "  --explain FILE.png    write a picture with frames, padding and gaps drawn in\n"
            "  --rows N              show the N largest entries one by one (default 20, at most 200)\n"
            "  --width POINTS        width of the content (default 760)\n"
            "  --scale N             pixels to a point in the picture (default 2)\n"

@@ -11,6 +11,7 @@ struct Options {
     std::string path = ".";
     std::string snapshot; // PNG file to write; empty for none
     std::string dump;     // text file to write; empty for none
+    std::string diagram;  // PNG file that explains the layout; empty for none
     std::size_t rows = 20;
     double width = 760;                   // points
     double scale = 2;                     // pixels to a point, of the picture

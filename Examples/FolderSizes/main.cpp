@@ -84,6 +84,10 @@ void writeFiles(FolderView& view, const Options& options)
         writeViewPicture(view, options.snapshot, options.scale, white);
         std::printf("Wrote the picture to %s\n", options.snapshot.c_str());
     }
+    if (!options.diagram.empty()) {
+        writeViewDiagram(view, options.diagram, options.scale);
+        std::printf("Wrote the picture of the layout to %s\n", options.diagram.c_str());
+    }
     if (!options.dump.empty()) {
         writeText(options.dump, describeViewTree(view));
         std::printf("Wrote the views as text to %s\n", options.dump.c_str());
@@ -111,7 +115,7 @@ int run(Options options)
     applyVisibility(*view, options);
     view->layoutSubtreeIfNeeded();
 
-    const bool writesFiles = !options.snapshot.empty() || !options.dump.empty();
+    const bool writesFiles = !options.snapshot.empty() || !options.dump.empty() || !options.diagram.empty();
     if (!writesFiles && Backend::shared().hasDisplay()) {
         runWindow(view, listing);
         return 0;

@@ -10,6 +10,8 @@
 
 namespace RVCore {
 
+struct ConstraintCreation;
+
 // Stacks its members along one axis, with spacing between them and padding around them:
 //
 //     ┌───────────────────────────────────────────┐   s   spacers, one more than members; their sizes are the
@@ -152,7 +154,7 @@ private:
     void configureSpacers(const Elements& elements);
     void configureConstraints();
     void createLayoutConstraints(const Elements& elements);
-    void createLayoutConstraints(float priority, const std::function<void()>& closure);
+    void createLayoutConstraints(const ConstraintCreation& creation, const std::function<void()>& closure);
     void setHuggingPriorities(const Elements& elements);
     void alignElement(NSView& element, const Edge& edge, CGFloat offset);
 

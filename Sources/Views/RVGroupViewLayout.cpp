@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <ranges>
 #include <unordered_set>
+#include <utility>
 
 namespace RVCore {
 
@@ -98,12 +99,16 @@ const NSView* RVGroupView::expandingView(const Elements& elements) const
 
 const RVGroupView::Edge& RVGroupView::alignmentForView(const std::shared_ptr<NSView>& view) const
 {
+    if (m_viewsAlignment.empty())
+        return m_alignment;
     const auto own = m_viewsAlignment.find(view);
     return own != m_viewsAlignment.end() ? own->second : m_alignment;
 }
 
 CGFloat RVGroupView::offsetForView(const std::shared_ptr<NSView>& view, Orientation orientation) const
 {
+    if (m_viewsOffsets.empty())
+        return 0;
     const auto own = m_viewsOffsets.find(view);
     if (own == m_viewsOffsets.end())
         return 0;
@@ -120,14 +125,13 @@ float RVGroupView::huggingPriorityForView(const NSView& view, const NSView* expa
 
 void RVGroupView::configureViews(const Elements& oldElements)
 {
-    autoRemoveConstraints(m_viewsIntrinsicConstraints);
-    m_viewsIntrinsicConstraints.clear();
-    autoRemoveConstraints(m_layoutConstraints);
-    m_layoutConstraints.clear();
+    autoRemoveConstraints(std::exchange(m_viewsIntrinsicConstraints, {}));
+    autoRemoveConstraints(std::exchange(m_layoutConstraints, {}));
     removeElements(oldElements);
     wrapViews();
     warnOfViewsWithoutSize();
-    m_viewsIntrinsicConstraints = autoCreateConstraints({.priority = RVLayoutPriorityDefaultMedium}, [this] {
+    const ConstraintCreation memberSize{.priority = RVLayoutPriorityDefaultMedium, .identifier = "member size"};
+    m_viewsIntrinsicConstraints = autoCreateConstraints(memberSize, [this] {
         for (const auto& view : m_views) {
             if (!hasIntrinsicSize(*view))
                 continue;
@@ -223,8 +227,7 @@ void RVGroupView::configureSpacers(const Elements& elements)
 
 void RVGroupView::configureConstraints()
 {
-    autoRemoveConstraints(m_layoutConstraints);
-    m_layoutConstraints.clear();
+    autoRemoveConstraints(std::exchange(m_layoutConstraints, {}));
     RVCore::setNeedsUpdateConstraints(*this);
     RVCore::setNeedsLayout(*this);
     notifyIntrinsicContentSizeChanged();
@@ -236,16 +239,15 @@ void RVGroupView::configureConstraints()
         createLayoutConstraints(visibleElements);
     } catch (...) {
         // An alignment target that has left the tree. Rather none of the constraints than the first few.
-        autoRemoveConstraints(m_layoutConstraints);
-        m_layoutConstraints.clear();
+        autoRemoveConstraints(std::exchange(m_layoutConstraints, {}));
         throw;
     }
 }
 
-void RVGroupView::createLayoutConstraints(float priority, const std::function<void()>& closure)
+void RVGroupView::createLayoutConstraints(const ConstraintCreation& creation, const std::function<void()>& closure)
 {
-    const LayoutConstraints created = autoCreateConstraints({.priority = priority}, closure);
-    m_layoutConstraints.insert(m_layoutConstraints.end(), created.begin(), created.end());
+    LayoutConstraints created = autoCreateConstraints(creation, closure);
+    std::ranges::move(created, std::back_inserter(m_layoutConstraints));
 }
 
 void RVGroupView::createLayoutConstraints(const Elements& elements)
@@ -254,26 +256,26 @@ void RVGroupView::createLayoutConstraints(const Elements& elements)
     const Views& layout = elements.layout;
 
     // 1. The chain: every element begins where the one before it ends.
-    createLayoutConstraints(chainPriority, [&] {
+    createLayoutConstraints({.priority = chainPriority, .identifier = "chain"}, [&] {
         for (std::size_t i = 1; i < layout.size(); ++i)
             autoPinEdge(*layout[i], axes.mainStart, axes.mainEnd, *layout[i - 1],
                         offsetForView(layout[i], m_orientation));
     });
     // 2. Its ends are the group's.
-    createLayoutConstraints(endsPriority, [&] {
+    createLayoutConstraints({.priority = endsPriority, .identifier = "ends"}, [&] {
         autoPinEdgeToSuperviewEdge(*layout.front(), axes.mainStart);
         autoPinEdgeToSuperviewEdge(*layout.back(), axes.mainEnd);
     });
     // 3. Which element gives way when there is room to spare.
     setHuggingPriorities(elements);
     // 4. Where every element goes across the axis.
-    createLayoutConstraints(chainPriority, [&] {
+    createLayoutConstraints({.priority = chainPriority, .identifier = "alignment"}, [&] {
         for (const auto& element : layout)
             alignElement(*element, alignmentForView(element), offsetForView(element, oppositeOrientation()));
     });
     // 5. Every element stays inside the padding across the axis.
     const bool isHorizontal = m_orientation == Orientation::horizontal;
-    createLayoutConstraints(endsPriority, [&] {
+    createLayoutConstraints({.priority = endsPriority, .identifier = "inside padding"}, [&] {
         for (const auto& element : layout) {
             autoPinEdgeToSuperviewEdge(*element, axes.crossStart, isHorizontal ? m_padding.top : m_padding.left,
                                        NSLayoutRelation::greaterThanOrEqual);
@@ -283,12 +285,21 @@ void RVGroupView::createLayoutConstraints(const Elements& elements)
     });
 }
 
+// One block for all neighbours of equal priority: there are thousands of elements at times, and two or three runs.
 void RVGroupView::setHuggingPriorities(const Elements& elements)
 {
     const NSView* expanding = expandingView(elements);
-    for (const auto& element : elements.layout) {
-        autoSetPriority(huggingPriorityForView(*element, expanding),
-                        [&] { autoSetContentHuggingPriorityForAxis(*element, axesOf(m_orientation).hugging); });
+    const auto priorityOf = [&](const auto& element) { return huggingPriorityForView(*element, expanding); };
+    const Views& layout = elements.layout;
+    for (auto first = layout.begin(); first != layout.end();) {
+        const float priority = priorityOf(*first);
+        const auto last =
+            std::find_if(first, layout.end(), [&](const auto& it) { return priorityOf(it) != priority; });
+        autoSetPriority(priority, [&] {
+            for (auto element = first; element != last; ++element)
+                autoSetContentHuggingPriorityForAxis(**element, axesOf(m_orientation).hugging);
+        });
+        first = last;
     }
 }
 

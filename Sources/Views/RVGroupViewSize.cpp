@@ -21,7 +21,8 @@ CGFloat adding(CGFloat metric, CGFloat accumulated, bool sums)
 
 CGSize RVGroupView::intrinsicContentSize() const
 {
-    const Views visible = visibleViews();
+    const Views withoutHidden = m_hiddenViews.empty() ? Views() : visibleViews();
+    const Views& visible = m_hiddenViews.empty() ? m_views : withoutHidden;
     const bool isHorizontal = m_orientation == Orientation::horizontal;
     CGSize total;
     for (const auto& view : visible) {
@@ -40,6 +41,8 @@ CGFloat RVGroupView::addSpacing(CGFloat metric, Orientation orientation, const V
     const CGFloat padding =
         orientation == Orientation::horizontal ? m_padding.left + m_padding.right : m_padding.top + m_padding.bottom;
     CGFloat additions = 0;
+    if (orientation != m_orientation && m_viewsOffsets.empty())
+        return padding + metric; // there is nothing to add; in large groups that is worth knowing
     for (const auto& view : visibleViews) {
         const CGFloat gap = orientation == m_orientation ? spacingForView(*view, visibleViews) : 0;
         additions = offsetForView(view, orientation) + (additions + gap);

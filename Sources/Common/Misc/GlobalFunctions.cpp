@@ -15,11 +15,17 @@ LayoutConstraints autoCreateConstraints(const ConstraintCreation& creation, cons
     const Selector create =
         creation.installConstraints ? "autoCreateAndInstallConstraints:" : "autoCreateConstraintsWithoutInstalling:";
     LayoutConstraints result;
-    autoSetPriority(creation.priority.value_or(RVLayoutPriorityRequired), [&] {
-        const Value created = send(NSLayoutConstraint::staticClass(), create, closure);
-        if (!created.isNothing())
-            result = created.as<LayoutConstraints>();
-    });
+    const std::function<void()> run = [&] {
+        autoSetPriority(creation.priority.value_or(RVLayoutPriorityRequired), [&] {
+            const Value created = send(NSLayoutConstraint::staticClass(), create, closure);
+            if (!created.isNothing())
+                result = created.as<LayoutConstraints>();
+        });
+    };
+    if (creation.identifier.empty())
+        run();
+    else
+        send(NSLayoutConstraint::staticClass(), "autoSetIdentifier:forConstraints:", creation.identifier, run);
     return result;
 }
 
@@ -38,9 +44,9 @@ void autoInstallConstraints(const LayoutConstraints& constraints)
     send(makeArray(constraints), "autoInstallConstraints");
 }
 
-void autoRemoveConstraints(const LayoutConstraints& constraints)
+void autoRemoveConstraints(LayoutConstraints constraints)
 {
-    send(makeArray(constraints), "autoRemoveConstraints");
+    send(makeArray(std::move(constraints)), "autoRemoveConstraints");
 }
 
 void autoIdentifyConstraints(const LayoutConstraints& constraints, const std::string& identifier)

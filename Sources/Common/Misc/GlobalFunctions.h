@@ -25,6 +25,7 @@ inline constexpr CGFloat RVViewNoIntrinsicMetric = -1.0;
 struct ConstraintCreation {
     bool installConstraints = true;
     std::optional<float> priority = std::nullopt; // RVLayoutPriorityRequired when absent
+    std::string identifier = {}; // the role of what is created; empty for what blocks around it or operations say
 };
 
 // Runs a closure of constraint-building calls and returns every constraint created while it ran, in order. The blocks
@@ -38,7 +39,7 @@ void autoSetPriority(float priority, const std::function<void()>& closure);
 
 // Send autoInstallConstraints, autoRemoveConstraints and autoIdentifyConstraints: to the constraints as a list.
 void autoInstallConstraints(const LayoutConstraints& constraints);
-void autoRemoveConstraints(const LayoutConstraints& constraints);
+void autoRemoveConstraints(LayoutConstraints constraints);
 void autoIdentifyConstraints(const LayoutConstraints& constraints, const std::string& identifier);
 
 // Stops the program with "Not Supported": what unarchiving a class without archives comes to.

@@ -26,6 +26,10 @@ grep -q '“12 bytes”' foldersizes.txt || fail "the dump does not show the siz
 # On request, only what was asked for.
 "$program" --dump only.txt sample >/dev/null 2>&1 || fail "exit status $? with --dump"
 [ -s only.txt ] || fail "--dump wrote nothing"
+[ ! -e only.png ] || fail "--dump wrote a picture"
+printed=$("$program" --explain only.png sample 2>/dev/null) || fail "exit status $? with --explain"
+[ "$printed" = 'Wrote the picture of the layout to only.png' ] || fail "--explain says: $printed"
+head -c 8 only.png | od -An -c | grep -q 'P   N   G' || fail "only.png is no PNG file"
 
 # A row hidden and shown again leaves the same views in the same places. (Its constraints are new ones.)
 "$program" --dump plain.txt sample >/dev/null 2>&1

@@ -19,6 +19,7 @@ TEST(Options, defaultsToTheCurrentFolderAndNoFiles)
     EXPECT_EQ(options.path, ".");
     EXPECT_EQ(options.snapshot, "");
     EXPECT_EQ(options.dump, "");
+    EXPECT_EQ(options.diagram, "");
     EXPECT_EQ(options.rows, 20U);
     EXPECT_EQ(options.width, 760);
     EXPECT_EQ(options.scale, 2);
@@ -27,11 +28,13 @@ TEST(Options, defaultsToTheCurrentFolderAndNoFiles)
 
 TEST(Options, readsEverything)
 {
-    const Options options = parseOptions({"--snapshot", "a.png", "--dump", "b.txt", "--rows", "7", "--width", "700.5",
-                                          "--scale", "1.5", "--hide-and-show", "2", "folder"});
+    const Options options =
+        parseOptions({"--snapshot", "a.png", "--dump", "b.txt", "--explain", "c.png", "--rows", "7", "--width",
+                      "700.5", "--scale", "1.5", "--hide-and-show", "2", "folder"});
     EXPECT_EQ(options.path, "folder");
     EXPECT_EQ(options.snapshot, "a.png");
     EXPECT_EQ(options.dump, "b.txt");
+    EXPECT_EQ(options.diagram, "c.png");
     EXPECT_EQ(options.rows, 7U);
     EXPECT_EQ(options.width, 700.5);
     EXPECT_EQ(options.scale, 1.5);

@@ -106,6 +106,20 @@ TEST_P(RVGroupViewGolden, creation)
     EXPECT_EQ(texts(created), golden({"before the members", "sizes", "chain", "ends", "center", "no padding"}));
 }
 
+// Every run of equal identifiers with its length.
+TEST_P(RVGroupViewGolden, everyConstraintIsNamedByItsRole)
+{
+    std::vector<std::pair<std::string, int>> runs;
+    for (const auto& constraint : created) {
+        if (runs.empty() || runs.back().first != constraint->identifier())
+            runs.emplace_back(constraint->identifier(), 0);
+        ++runs.back().second;
+    }
+    const std::vector<std::pair<std::string, int>> expected{
+        {"dimension", 2}, {"member size", 6}, {"chain", 6}, {"ends", 2}, {"alignment", 7}, {"inside padding", 14}};
+    EXPECT_EQ(runs, expected);
+}
+
 TEST_P(RVGroupViewGolden, everyAlignmentWithTheGroup)
 {
     const std::pair<const char*, Edge> alignments[] = {{"center", Edge::centerParent()},

@@ -97,6 +97,19 @@ TEST_F(AutoCreateConstraintsTest, theLibraryIsReachedByItsSelectors)
     EXPECT_EQ(autoCreateConstraints(sizes()).size(), 2U);
 }
 
+TEST_F(AutoCreateConstraintsTest, anIdentifierNamesWhatIsCreatedUnlessABlockInsideDoes)
+{
+    const LayoutConstraints created = autoCreateConstraints({.identifier = "outer"}, [this] {
+        sizes()();
+        autoCreateConstraints({.identifier = "inner"}, sizes());
+        autoCreateConstraints(sizes());
+    });
+    std::vector<std::string> identifiers;
+    for (const auto& constraint : created)
+        identifiers.push_back(constraint->identifier());
+    EXPECT_EQ(identifiers, (std::vector<std::string>{"outer", "outer", "inner", "inner", "outer", "outer"}));
+}
+
 TEST_F(AutoCreateConstraintsTest, autoSetPriorityGivesItsPriorityToEveryConstraintCreatedInside)
 {
     autoSetPriority(300, sizes());
