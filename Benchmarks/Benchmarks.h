@@ -1,7 +1,10 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <string>
+#include <vector>
 
 namespace RVCore {
 
@@ -9,11 +12,13 @@ namespace RVCore {
 void benchmarkMessaging();
 void benchmarkLayoutEngine();
 void benchmarkGroupLayout();
+void benchmarkLayoutSamples();
 
 // One line of the result: "message.send_ns 41.7".
-inline void report(const char* name, double value)
+inline void report(const std::string& name, double value)
 {
-    std::printf("%s %.3f\n", name, value);
+    std::printf("%s %.3f\n", name.c_str(), value);
+    std::fflush(stdout);
 }
 
 // Keeps the compiler from leaving out work whose result nobody looks at.
@@ -22,20 +27,26 @@ template <class T> void keep(const T& value)
     asm volatile("" : : "g"(&value) : "memory");
 }
 
-// Nanoseconds that one run of `work` takes, the best of `rounds`: everything else that the machine does can only
-// make a round slower.
-template <class Work> double nanoseconds(int rounds, Work&& work)
+// Nanoseconds that one run of `work` takes, the median of `rounds`. `prepare` runs before each, not measured.
+template <class Prepare, class Work> double nanoseconds(int rounds, Prepare&& prepare, Work&& work)
 {
     using Clock = std::chrono::steady_clock;
-    double best = 0;
+    std::vector<double> taken;
     for (int round = 0; round < rounds; round++) {
+        prepare();
         const auto start = Clock::now();
         work();
-        const double taken = std::chrono::duration<double, std::nano>(Clock::now() - start).count();
-        if (round == 0 || taken < best)
-            best = taken;
+        taken.push_back(std::chrono::duration<double, std::nano>(Clock::now() - start).count());
     }
-    return best;
+    const auto middle = taken.begin() + static_cast<std::ptrdiff_t>(taken.size() / 2);
+    std::nth_element(taken.begin(), middle, taken.end());
+    return *middle;
+}
+
+template <class Work> double nanoseconds(int rounds, Work&& work)
+{
+    return nanoseconds(
+        rounds, [] {}, work);
 }
 
 } // namespace RVCore

@@ -1,111 +1,155 @@
 #include "Benchmarks.h"
+#include "Stacks.h"
 
-#include <Foundation/Stop.h>
 #include <RVCore.h>
 
 #include <algorithm>
-#include <string>
-#include <vector>
+#include <cmath>
+#include <malloc.h>
 
 namespace RVCore {
 
 namespace {
 
-constexpr CGFloat spacing = 8;
-constexpr CGSize memberSize{50, 20};
+using MakeStack = std::unique_ptr<Stack> (*)(const StackShape&);
 
-// A host with one group of members in it, the last one stretching.
-class Stack {
-public:
-    Stack(std::size_t count, RVGroupView::Orientation orientation)
-        : m_isHorizontal(orientation == RVGroupView::Orientation::horizontal),
-          m_host(make<NSView>(CGRect({}, hostSize(count))))
-    {
-        RVGroupView::Views members;
-        for (std::size_t i = 0; i < count; ++i)
-            members.push_back(make<RVSpacerView>(memberSize));
-        m_group = makeGroupView(members, {.orientation = orientation, .spacing = spacing});
-        m_host->addSubview(m_group);
-        autoPinEdgesToSuperviewEdges(*m_group);
-        m_host->layoutSubtreeIfNeeded();
-    }
+std::unique_ptr<Stack> makeGroupStack(const StackShape& shape)
+{
+    return std::make_unique<GroupStack>(shape);
+}
 
-    void resize(CGFloat length)
-    {
-        CGSize size = m_host->frame().size;
-        (m_isHorizontal ? size.width : size.height) = length;
-        m_host->setFrameSize(size);
-        m_host->layoutSubtreeIfNeeded();
-    }
+double nanosecondsOfBuild(MakeStack make, const StackShape& shape, int rounds)
+{
+    std::unique_ptr<Stack> stack;
+    const double taken = nanoseconds(
+        rounds, [&] { stack.reset(); }, [&] { stack = make(shape); });
+    stack->check(100);
+    return taken;
+}
 
-    // Hides a member in the middle and shows it again.
-    void toggle()
-    {
-        const auto& member = m_group->views()[m_group->views().size() / 2];
-        for (const bool visible : {false, true}) {
-            m_group->setVisibility(member, visible);
-            m_host->layoutSubtreeIfNeeded();
-        }
-    }
+double nanosecondsOfResize(Stack& stack, int rounds)
+{
+    CGFloat spare = 100;
+    const double taken = nanoseconds(
+        rounds, [] {}, [&] { stack.resize(spare = spare == 100 ? 164 : 100); });
+    stack.check(spare);
+    stack.resize(100);
+    stack.check(100);
+    return taken;
+}
 
-    // A figure counts only for a layout that came out right.
-    void check() const
-    {
-        const auto& members = m_group->views();
-        const CGFloat step = (m_isHorizontal ? memberSize.width : memberSize.height) + spacing;
-        for (std::size_t i = 0; i < members.size(); ++i) {
-            const CGPoint origin = members[i]->frame().origin;
-            if ((m_isHorizontal ? origin.x : origin.y) != static_cast<CGFloat>(i) * step)
-                fatalError("member " + std::to_string(i) + " is in the wrong place");
-        }
-        const CGRect last = members.back()->frame();
-        const CGSize host = m_host->frame().size;
-        if (m_isHorizontal ? last.maxX() != host.width : last.maxY() != host.height)
-            fatalError("the last member does not reach the end");
-    }
+// Of hiding and of showing one member, on average.
+double nanosecondsOfToggle(GroupStack& stack, int rounds)
+{
+    const double hide = nanoseconds(
+        rounds, [&] { stack.setVisible(true); }, [&] { stack.setVisible(false); });
+    const double show = nanoseconds(
+        rounds, [&] { stack.setVisible(false); }, [&] { stack.setVisible(true); });
+    stack.check(100);
+    return (hide + show) / 2;
+}
 
-    CGFloat length() const { return m_isHorizontal ? m_host->frame().size.width : m_host->frame().size.height; }
-
-private:
-    CGSize hostSize(std::size_t count) const
-    {
-        const auto n = static_cast<CGFloat>(count);
-        return m_isHorizontal ? CGSize{n * (memberSize.width + spacing) + 100, 100}
-                              : CGSize{100, n * (memberSize.height + spacing) + 100};
-    }
-
-    bool m_isHorizontal;
-    std::shared_ptr<NSView> m_host;
-    std::shared_ptr<RVGroupView> m_group;
+struct Figures {
+    double build = 0;
+    double resize = 0;
+    double toggle = 0;
 };
 
-void reportStack(const std::string& suffix, std::size_t count, RVGroupView::Orientation orientation, int rounds)
+Figures figuresOfGroup(const StackShape& shape, int rounds)
 {
-    const double build = nanoseconds(rounds, [&] { Stack(count, orientation).check(); });
-    Stack stack(count, orientation);
-    const CGFloat length = stack.length();
-    bool isWide = false;
-    const double resize = nanoseconds(rounds * 4, [&] {
-        isWide = !isWide;
-        stack.resize(isWide ? length + 64 : length);
-    });
-    stack.check();
-    const double toggle = nanoseconds(rounds, [&] { stack.toggle(); });
-    stack.check();
-    report(("group.build_ms." + suffix).c_str(), build / 1e6);
-    report(("group.resize_ms." + suffix).c_str(), resize / 1e6);
-    report(("group.toggle_ms." + suffix).c_str(), toggle / 1e6);
+    Figures result;
+    result.build = nanosecondsOfBuild(&makeGroupStack, shape, rounds);
+    GroupStack stack(shape);
+    result.resize = nanosecondsOfResize(stack, 4 * rounds);
+    result.toggle = nanosecondsOfToggle(stack, rounds);
+    return result;
+}
+
+void reportFigures(const std::string& suffix, const Figures& figures)
+{
+    report("group.build_ms." + suffix, figures.build / 1e6);
+    report("group.resize_ms." + suffix, figures.resize / 1e6);
+    report("group.toggle_ms." + suffix, figures.toggle / 1e6);
+}
+
+// How the time grows with the number of members: t ~ n^exponent.
+double growth(double small, double large)
+{
+    return std::log10(large / small);
+}
+
+std::size_t bytesInUse()
+{
+    return mallinfo2().uordblks + mallinfo2().hblkhd;
+}
+
+// Comes first, while no memory waits to be used again.
+void reportBytes()
+{
+    constexpr std::size_t count = 1000;
+    std::size_t before = bytesInUse();
+    const GroupStack stack({.count = count});
+    report("layout.bytes_per_member", static_cast<double>(bytesInUse() - before) / count);
+    std::vector<std::shared_ptr<NSView>> views(count);
+    before = bytesInUse();
+    for (auto& view : views)
+        view = make<NSView>();
+    report("view.bytes", static_cast<double>(bytesInUse() - before) / count);
 }
 
 } // namespace
 
 void benchmarkGroupLayout()
 {
-    using Orientation = RVGroupView::Orientation;
-    reportStack("100", 100, Orientation::horizontal, 20);
-    reportStack("1000", 1000, Orientation::horizontal, 10);
-    reportStack("1000.vertical", 1000, Orientation::vertical, 10);
-    reportStack("10000", 10000, Orientation::horizontal, 2);
+    reportBytes();
+    const StackShape thousand{.count = 1000};
+    const Figures small = figuresOfGroup(thousand, 15);
+    reportFigures("100", figuresOfGroup({.count = 100}, 40));
+    reportFigures("1000", small);
+
+    // Peers, each beside a fresh measurement of the group.
+    const double boxBuild = nanosecondsOfBuild(&makeBoxLayoutStack, thousand, 15);
+    const double groupBuild = nanosecondsOfBuild(&makeGroupStack, thousand, 15);
+    report("qboxlayout.build_ms.1000", boxBuild / 1e6);
+    report("layout.build.1000.vs_qhboxlayout", groupBuild / boxBuild);
+    report("layout.toggle.1000.vs_build", small.toggle / groupBuild);
+    for (const bool allMove : {false, true}) {
+        const StackShape shape{.count = 1000, .leadingStretches = allMove};
+        const std::string suffix = allMove ? ".all_move" : "";
+        GroupStack group(shape);
+        const double resize = nanosecondsOfResize(group, 60);
+        report("group.resize_ms.1000" + suffix, resize / 1e6);
+        const double box = nanosecondsOfResize(*makeBoxLayoutStack(shape), 60);
+        report("qboxlayout.resize_ms.1000" + suffix, box / 1e6);
+        report("layout.resize.1000.vs_qhboxlayout" + suffix, resize / box);
+        report("layout.resize.1000.vs_frame_loop" + suffix,
+               resize / nanosecondsOfResize(*makeFrameLoopStack(shape), 60));
+    }
+    report("layout.build.1000.vs_frame_loop", groupBuild / nanosecondsOfBuild(&makeFrameLoopStack, thousand, 15));
+    const StackShape hundred{.count = 100};
+    report("layout.build.100.vs_qgraphicsanchorlayout",
+           nanosecondsOfBuild(&makeGroupStack, hundred, 15) / nanosecondsOfBuild(&makeAnchorLayoutStack, hundred, 1));
+
+    // The exponents are the worst of both orientations.
+    Figures worst;
+    double worstOfAllMove = 0;
+    for (const bool isVertical : {false, true}) {
+        const std::string suffix = isVertical ? ".vertical" : "";
+        const Figures few = figuresOfGroup({.count = 1000, .isVertical = isVertical}, 15);
+        const Figures many = figuresOfGroup({.count = 10000, .isVertical = isVertical}, 5);
+        reportFigures("10000" + suffix, many);
+        worst.build = std::max(worst.build, growth(few.build, many.build));
+        worst.resize = std::max(worst.resize, growth(few.resize, many.resize));
+        worst.toggle = std::max(worst.toggle, growth(few.toggle, many.toggle));
+        GroupStack fewMoving({.count = 1000, .isVertical = isVertical, .leadingStretches = true});
+        GroupStack manyMoving({.count = 10000, .isVertical = isVertical, .leadingStretches = true});
+        worstOfAllMove =
+            std::max(worstOfAllMove, growth(nanosecondsOfResize(fewMoving, 60), nanosecondsOfResize(manyMoving, 20)));
+    }
+    report("layout.growth.build", worst.build);
+    report("layout.growth.resize", worst.resize);
+    report("layout.growth.resize.all_move", worstOfAllMove);
+    report("layout.growth.toggle", worst.toggle);
 }
 
 } // namespace RVCore

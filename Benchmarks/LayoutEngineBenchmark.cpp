@@ -95,14 +95,14 @@ void measure(int members)
     const std::string prefix = "layoutengine." + std::to_string(members) + ".";
     const int rounds = members > 1000 ? 5 : 20;
     const auto print = [&](const char* what, double nanosecondsTaken) {
-        report((prefix + what + "_ms").c_str(), nanosecondsTaken / 1e6);
+        report(prefix + what + "_ms", nanosecondsTaken / 1e6);
     };
     std::vector<GroupOfMembers> made;
     print("install", nanoseconds(rounds, [&] { made.emplace_back(members, members - 1); }));
     std::size_t next = 0;
     print("first_solve", nanoseconds(rounds, [&] { made[next++].engine().solve(); }));
     GroupOfMembers& group = made.front();
-    report((prefix + "first_pivots").c_str(), double(group.engine().statistics().pivots));
+    report(prefix + "first_pivots", double(group.engine().statistics().pivots));
 
     double width = 100.0 * members;
     const auto resize = [&](double step) {
@@ -110,7 +110,7 @@ void measure(int members)
         group.engine().solve();
     };
     print("resize", nanoseconds(10 * rounds, [&] { resize(1); }));
-    report((prefix + "resize_changed").c_str(), double(group.engine().changedVariables().size()));
+    report(prefix + "resize_changed", double(group.engine().changedVariables().size()));
     print("put_back", nanoseconds(rounds, [&] {
               group.rebuild(group.elementCount());
               group.engine().solve();
@@ -128,8 +128,8 @@ void measure(int members)
               resize(80.0 * members);
               resize(-80.0 * members);
           }));
-    report((prefix + "pivots").c_str(), double(group.engine().statistics().pivots));
-    report((prefix + "builds").c_str(), double(group.engine().statistics().builds));
+    report(prefix + "pivots", double(group.engine().statistics().pivots));
+    report(prefix + "builds", double(group.engine().statistics().builds));
 
     width = 100.0 * members;
     GroupOfMembers moving(members, 0);
@@ -138,7 +138,7 @@ void measure(int members)
               moving.resize(width += 1);
               moving.engine().solve();
           }));
-    report((prefix + "resize_all_move_changed").c_str(), double(moving.engine().changedVariables().size()));
+    report(prefix + "resize_all_move_changed", double(moving.engine().changedVariables().size()));
     keep(group.end() + moving.end());
 }
 

@@ -1,8 +1,27 @@
 #include "Benchmarks.h"
 
-int main()
+#include <QApplication>
+
+#include <cstring>
+#include <limits>
+#include <malloc.h>
+
+// Benchmarks [part]: all parts, or the one that is named (messaging, engine, layout, samples).
+int main(int argc, char** argv)
 {
-    RVCore::benchmarkMessaging();
-    RVCore::benchmarkLayoutEngine();
-    RVCore::benchmarkGroupLayout();
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // The heap keeps what it has, as that of an application that has run for a while does: what is compared is
+    // layout, not the kernel's handing out of fresh pages.
+    mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+    mallopt(M_MMAP_THRESHOLD, std::numeric_limits<int>::max());
+    const QApplication application(argc, argv);
+    const auto isWanted = [&](const char* part) { return argc < 2 || std::strcmp(argv[1], part) == 0; };
+    if (isWanted("messaging"))
+        RVCore::benchmarkMessaging();
+    if (isWanted("engine"))
+        RVCore::benchmarkLayoutEngine();
+    if (isWanted("layout"))
+        RVCore::benchmarkGroupLayout();
+    if (isWanted("samples"))
+        RVCore::benchmarkLayoutSamples();
 }
