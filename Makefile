@@ -34,6 +34,9 @@ run: configure-release
 test: configure-release
 	@cmake --build "$(ROOT)build/release" -j $(JOBS) --target all all_verify_interface_header_sets
 	@cd "$(ROOT)" && ctest --preset release
+	@awk -F: '/^oracle:/ { count[$$2] += $$3; all += $$3 } END { print all " random systems agreed with the oracle:"; \
+		for (kind in count) print "  " count[kind] " " kind | "sort -k2" }' \
+		"$(ROOT)build/release/Testing/Temporary/LastTest.log"
 
 bench: configure-release
 	@cmake --build "$(ROOT)build/release" -j $(JOBS) --target Benchmarks
