@@ -5,10 +5,13 @@ namespace RVCore {
 class LayoutContext;
 class NSApplication;
 class NSColor;
+class NSCursor;
+class NSEvent;
 class NSFont;
 class NSLayoutConstraint;
 class NSResponder;
 class NSTextField;
+class NSTrackingArea;
 class NSView;
 class NSWindow;
 
