@@ -6,6 +6,7 @@ namespace RVCore {
 
 class LayoutPass;
 class ViewLayoutState;
+class WindowEvents;
 
 // Opens to each other what AppKit's classes share: operations that take a key are theirs alone, for only they can
 // make one.
@@ -17,6 +18,7 @@ class AppKitKey {
     friend class NSView;
     friend class NSWindow;
     friend class ViewLayoutState;
+    friend class WindowEvents;
 };
 
 } // namespace RVCore

@@ -1,6 +1,8 @@
 #include <AppKit/NSApplication.h>
+#include <AppKit/NSEvent.h>
 #include <AppKit/NSWindow.h>
 #include <Backend/Backend.h>
+#include <Foundation/NSException.h>
 
 #include <algorithm>
 
@@ -11,6 +13,8 @@ Class& NSApplication::staticClass()
     static Class& theClass = defineClass<NSApplication>("NSApplication", NSObject::staticClass(), [](auto& publish) {
         publish.method("run", &NSApplication::run);
         publish.method("terminate", &NSApplication::terminate);
+        publish.method("sendEvent:", &NSApplication::sendEvent);
+        publish.method("postEvent:", &NSApplication::postEvent);
         publish.readOnlyProperty("windows", &NSApplication::windows);
         publish.classMethod("sharedApplication",
                             [](const Class&) { return RVCore::shared(NSApplication::shared()); });
@@ -40,6 +44,20 @@ void NSApplication::terminate()
 {
     if (m_isRunning)
         Backend::shared().stop();
+}
+
+void NSApplication::sendEvent(NSEvent& event)
+{
+    const auto own = event.window();
+    if (NSWindow* window = own ? own.get() : keyWindow())
+        RVCore::shared(*window)->sendEvent(event);
+}
+
+void NSApplication::postEvent(const std::shared_ptr<NSEvent>& event)
+{
+    if (!event)
+        raiseInvalidArgument("NSApplication.postEvent:", "there is no event");
+    Backend::shared().callLater([this, event] { sendEvent(*event); });
 }
 
 void NSApplication::windowShown(const std::shared_ptr<NSWindow>& window, AppKitKey)

@@ -22,6 +22,15 @@ public:
     // The windows that are open, in the order in which they were shown.
     const std::vector<std::shared_ptr<NSWindow>>& windows() const { return m_windows; }
 
+    // The window that keys go to: of those that are open, the one that was shown last; null when there is none.
+    NSWindow* keyWindow() const { return m_windows.empty() ? nullptr : m_windows.back().get(); }
+
+    // Sends an event to its window, or if it has none to the key window. Events of windows that have gone are
+    // dropped.
+    virtual void sendEvent(NSEvent& event);
+    // The same at the next turn of the run loop.
+    void postEvent(const std::shared_ptr<NSEvent>& event);
+
     // For AppKit's own classes.
     void windowShown(const std::shared_ptr<NSWindow>& window, AppKitKey);
     void windowClosed(NSWindow& window, AppKitKey);

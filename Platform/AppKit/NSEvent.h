@@ -1,7 +1,7 @@
 #pragma once
 
 #include <AppKit/Forward.h>
-#include <CoreGraphics/CGGeometry.h>
+#include <Backend/InputEvent.h>
 #include <Foundation/NSObject.h>
 
 #include <cstdint>
@@ -29,17 +29,16 @@ enum class NSEventType : std::uint8_t {
     otherMouseDragged = 27,
 };
 
-// The modifier keys that are down. `command` is the one for shortcuts: on a Linux desktop that is the key Ctrl, while
-// Alt is `option` and the key with the desktop's sign is `control`.
+// The modifier keys that are down, as InputModifier explains them.
 enum class NSEventModifierFlags : std::uint32_t {
     none = 0,
-    capsLock = 1U << 16,
-    shift = 1U << 17,
-    control = 1U << 18,
-    option = 1U << 19,
-    command = 1U << 20,
-    numericPad = 1U << 21,
-    function = 1U << 23,
+    capsLock = InputModifier::capsLock,
+    shift = InputModifier::shift,
+    control = InputModifier::control,
+    option = InputModifier::option,
+    command = InputModifier::command,
+    numericPad = InputModifier::numericPad,
+    function = InputModifier::function,
 };
 constexpr NSEventModifierFlags operator|(NSEventModifierFlags left, NSEventModifierFlags right)
 {
@@ -54,29 +53,6 @@ constexpr bool contains(NSEventModifierFlags flags, NSEventModifierFlags flag)
     return (flags & flag) == flag;
 }
 
-// What keys that have no text give as their characters, in UTF-8.
-namespace NSKey {
-inline constexpr const char* enter = "\x03"; // of the number pad
-inline constexpr const char* backspace = "\x7f";
-inline constexpr const char* tab = "\t";
-inline constexpr const char* backTab = "\x19"; // Shift-Tab
-inline constexpr const char* carriageReturn = "\r";
-inline constexpr const char* escape = "\x1b";
-inline constexpr const char* space = " ";
-inline constexpr const char* up = "\xef\x9c\x80"; // U+F700 and on
-inline constexpr const char* down = "\xef\x9c\x81";
-inline constexpr const char* left = "\xef\x9c\x82";
-inline constexpr const char* right = "\xef\x9c\x83";
-inline constexpr const char* f1 = "\xef\x9c\x84"; // U+F704; F2 to F35 follow
-inline constexpr const char* insert = "\xef\x9c\xa7";
-inline constexpr const char* deleteForward = "\xef\x9c\xa8";
-inline constexpr const char* home = "\xef\x9c\xa9";
-inline constexpr const char* end = "\xef\x9c\xab";
-inline constexpr const char* pageUp = "\xef\x9c\xac";
-inline constexpr const char* pageDown = "\xef\x9c\xad";
-inline constexpr const char* menu = "\xef\x9c\xb5";
-} // namespace NSKey
-
 // What an event says; what its type has no use for stays as it is here.
 struct NSEventContent {
     NSEventType type = NSEventType::mouseMoved;
@@ -89,7 +65,7 @@ struct NSEventContent {
     // How far a scroll event moves the content, in points; positive y down.
     CGPoint scrollingDelta;
     bool hasPreciseScrollingDeltas = false;
-    std::string characters; // UTF-8; see NSKey
+    std::string characters; // UTF-8; see NSKey in InputEvent.h
     std::string charactersIgnoringModifiers;
     std::uint16_t keyCode = 0;
     bool isARepeat = false;

@@ -6,7 +6,7 @@ namespace RVCore {
 
 namespace {
 
-void handOn(const NSResponder& responder, NSEventHandler handler, NSEvent& event)
+void handOn(const NSResponder& responder, void (NSResponder::*handler)(NSEvent&), NSEvent& event)
 {
     if (NSResponder* next = responder.nextResponder()) {
         const auto alive = shared(*next); // its handler may let go of it

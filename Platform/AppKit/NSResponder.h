@@ -48,7 +48,4 @@ public:
     bool tryToPerform(Selector action, const ObjectRef& sender);
 };
 
-// A handler of an event, such as &NSResponder::mouseDown.
-using NSEventHandler = void (NSResponder::*)(NSEvent& event);
-
 } // namespace RVCore

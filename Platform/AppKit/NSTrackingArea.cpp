@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::uint32_t tellingOptions = 0x07;
 constexpr std::uint32_t activeOptions = 0xf0;
-constexpr std::uint32_t knownOptions = 0x7f7;
+constexpr std::uint32_t knownOptions = 0x6f7;
 
 void requireOptions(NSTrackingAreaOptions options)
 {

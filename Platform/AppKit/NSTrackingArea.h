@@ -19,7 +19,6 @@ enum class NSTrackingAreaOptions : std::uint32_t {
     activeInKeyWindow = 0x20,
     activeInActiveApp = 0x40,
     activeAlways = 0x80,
-    assumeInside = 0x100,          // the first thing told is the exit
     inVisibleRect = 0x200,         // the view's visible part, whatever the rectangle says
     enabledDuringMouseDrag = 0x400 // otherwise nothing is told while a button is down
 };

@@ -3,6 +3,7 @@
 #include <AppKit/NSView.h>
 #include <AppKit/NSWindow.h>
 #include <AppKit/ViewExplanation.h>
+#include <AppKit/ViewExtras.h>
 #include <AppKit/ViewLayoutState.h>
 #include <Foundation/NSException.h>
 
@@ -80,6 +81,19 @@ Class& NSView::staticClass()
                        &NSView::contentCompressionResistancePriority);
         publish.method("setContentCompressionResistancePriority:forOrientation:",
                        &NSView::setContentCompressionResistancePriority);
+        publish.method("hitTest:", [](NSView& self, CGPoint point) {
+            NSView* hit = self.hitTest(point);
+            return hit ? shared(*hit) : nullptr;
+        });
+        publish.readOnlyProperty("isHiddenOrHasHiddenAncestor", &NSView::isHiddenOrHasHiddenAncestor);
+        publish.readOnlyProperty("trackingAreas", &NSView::trackingAreas);
+        publish.method("addTrackingArea:", &NSView::addTrackingArea);
+        publish.method("removeTrackingArea:", &NSView::removeTrackingArea);
+        publish.method("addCursorRect:cursor:", &NSView::addCursorRect);
+        publish.method("resetCursorRects", &NSView::resetCursorRects);
+        publish.method("invalidateCursorRects", &NSView::invalidateCursorRects);
+        publish.readOnlyProperty("canBecomeKeyView", &NSView::canBecomeKeyView);
+        publish.property("nextKeyView", &NSView::nextKeyView, &NSView::setNextKeyView);
         publish.readOnlyProperty("fittingSize", [](NSView& self) { return self.fittingSize(); });
         publish.property("translatesAutoresizingMaskIntoConstraints",
                          &NSView::translatesAutoresizingMaskIntoConstraints,
@@ -157,6 +171,7 @@ void NSView::frameChanged(const CGRect& oldFrame)
     if (oldFrame.size != m_frame.size) {
         if (LayoutContext* context = LayoutContext::of(*this); context && !isFlipped())
             context->subviewsFollowHeight(*this);
+        m_hasCursorRects = false;
         setNeedsLayout(true);
         frameSizeDidChange();
     }
@@ -319,6 +334,8 @@ void NSView::leaveSuperview()
     NSView& superview = *m_superview;
     if (NSWindow* host = window())
         host->subtreeWillLeave(*this, {});
+    if (m_superview != &superview)
+        return; // the first responder took it out when it was told
     takeOutCrossingConstraints();
     if (LayoutContext* context = LayoutContext::of(superview))
         context->subtreeWillBeRemoved(*this);
@@ -438,17 +455,6 @@ void NSView::setNeedsDisplay(bool needsDisplay)
 }
 
 void NSView::draw(Canvas&, const CGRect&) {}
-
-const std::string& NSView::identifier() const
-{
-    static const std::string none;
-    return m_identifier ? *m_identifier : none;
-}
-
-void NSView::setIdentifier(const std::string& identifier)
-{
-    m_identifier = identifier.empty() ? nullptr : std::make_unique<std::string>(identifier);
-}
 
 void NSView::requestFrame()
 {

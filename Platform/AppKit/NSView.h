@@ -7,6 +7,7 @@
 
 #include <QuartzCore/Forward.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -104,6 +105,43 @@ public:
     // Draws the view's own content, in its own coordinates. The default draws nothing.
     virtual void draw(Canvas& canvas, const CGRect& dirtyRect);
 
+    // Input.
+    NSResponder* nextResponder() const override; // the superview, of a content view the window
+    void mouseDown(NSEvent& event) override;
+    void mouseUp(NSEvent& event) override;
+    void mouseMoved(NSEvent& event) override;
+    void mouseDragged(NSEvent& event) override;
+    void scrollWheel(NSEvent& event) override;
+    void keyDown(NSEvent& event) override;
+    void keyUp(NSEvent& event) override;
+    // What every view does with the seven events above unless a subclass overrides the handler: the function gets the
+    // inherited handler, which hands the event on. There is one for the program; null (the default) hands on.
+    using InheritedHandler = void (*)(NSView& view, NSEvent& event);
+    using EventDefault = void (*)(NSView& view, NSEvent& event, InheritedHandler inherited);
+    static void setEventDefault(EventDefault function);
+    // Asks the subviews that can be seen, in order.
+    bool performKeyEquivalent(NSEvent& event) override;
+    // The topmost view at a point of the superview's coordinates (a root's: the window's): this one or one in it,
+    // null for none. Views are hit where they are painted, transforms included, inside the bounds of every view
+    // around them; hidden ones are not.
+    virtual NSView* hitTest(CGPoint point);
+    bool isHiddenOrHasHiddenAncestor() const;
+    const std::vector<std::shared_ptr<NSTrackingArea>>& trackingAreas() const;
+    void addTrackingArea(const std::shared_ptr<NSTrackingArea>& area);    // adding one twice does nothing
+    void removeTrackingArea(const std::shared_ptr<NSTrackingArea>& area); // one that is not there does nothing
+    // The pointer's look over a part of the view, in its own coordinates; of overlapping parts the later one counts.
+    // Called from resetCursorRects, which runs again when the view's size has changed.
+    void addCursorRect(const CGRect& rect, const std::shared_ptr<NSCursor>& cursor);
+    virtual void resetCursorRects() {}
+    void invalidateCursorRects();
+    // Whether Tab can make this the first responder. Default: if it accepts that and can be seen.
+    virtual bool canBecomeKeyView() const;
+    // The view that Tab goes to from here instead of the next one in layout order; null (the default) for that one.
+    std::shared_ptr<NSView> nextKeyView() const;
+    void setNextKeyView(const std::shared_ptr<NSView>& view);
+    // The subviews in the order in which Tab visits them. Default: in lines from the top, each from the left.
+    virtual std::vector<NSView*> subviewsInKeyOrder() const;
+
     // Size from content. An absent metric is NSViewNoIntrinsicMetric. Whoever changes what intrinsicContentSize
     // would return calls invalidateIntrinsicContentSize.
     virtual CGSize intrinsicContentSize() const;
@@ -162,6 +200,10 @@ public:
     std::unique_ptr<ViewLayoutState>& layoutState(AppKitKey) { return m_layoutState; }
     void takeSolvedFrame(const CGRect& frame, AppKitKey) { storeFrame(frame); }
     void setHostWindow(NSWindow* window, AppKitKey);
+    // A point of the superview's coordinates in this view's own, as it is painted; nothing where it is not.
+    std::optional<CGPoint> pointInside(CGPoint pointInSuperview, AppKitKey) const;
+    // Null where no cursor rectangle is.
+    NSCursor* cursorAt(CGPoint point, AppKitKey);
 
 protected:
     // Makes the layer of a view that becomes layer-backed.
@@ -172,6 +214,7 @@ protected:
     virtual void didMoveToSuperview() {}
 
 private:
+    struct Extras;
     void attach(const std::shared_ptr<NSView>& view, std::size_t index);
     void leaveSuperview();
     void takeOutCrossingConstraints();
@@ -181,6 +224,7 @@ private:
     void syncLayerGeometry();
     void markAncestors(bool LayoutMarks::*mark);
     void requestFrame();
+    Extras& extras();
     void setContentPriority(NSLayoutPriority& field, NSLayoutPriority priority,
                             NSLayoutConstraintOrientation orientation);
     void frameRowsChanged();
@@ -195,6 +239,7 @@ private:
     NSAutoresizingMask m_autoresizingMask = NSAutoresizingMask::none;
     bool m_translatesMask = true;
     bool m_isHidden = false;
+    bool m_hasCursorRects = false; // resetCursorRects has run for the present size
     LayoutMarks m_marks;
     NSLayoutPriority m_huggingPriorities[2] = {250, 250};
     NSLayoutPriority m_compressionResistancePriorities[2] = {750, 750};
@@ -203,7 +248,7 @@ private:
     NSWindow* m_hostWindow = nullptr; // of a content view
     std::vector<std::shared_ptr<NSView>> m_subviews;
     std::shared_ptr<CALayer> m_layer;
-    std::unique_ptr<std::string> m_identifier;
+    std::unique_ptr<Extras> m_extras; // what few views have
     CGFloat m_alphaValue = 1;
     NSViewLayerContentsRedrawPolicy m_redrawPolicy = NSViewLayerContentsRedrawPolicy::duringViewResize;
 };

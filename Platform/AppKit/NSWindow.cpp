@@ -1,5 +1,7 @@
+#include <AppKit/KeyViewLoop.h>
 #include <AppKit/LayoutContext.h>
 #include <AppKit/NSApplication.h>
+#include <AppKit/NSEvent.h>
 #include <AppKit/NSView.h>
 #include <AppKit/NSWindow.h>
 #include <AppKit/ViewSnapshot.h>
@@ -46,6 +48,11 @@ Class& NSWindow::staticClass()
         publish.method("makeFirstResponder:", [](NSWindow& self, const std::shared_ptr<NSResponder>& responder) {
             return self.makeFirstResponder(responder.get());
         });
+        publish.method("sendEvent:", &NSWindow::sendEvent);
+        publish.property("acceptsMouseMovedEvents", &NSWindow::acceptsMouseMovedEvents,
+                         &NSWindow::setAcceptsMouseMovedEvents);
+        publish.method("selectNextKeyView", &NSWindow::selectNextKeyView);
+        publish.method("selectPreviousKeyView", &NSWindow::selectPreviousKeyView);
         publish.method("layoutIfNeeded", &NSWindow::layoutIfNeeded);
     });
     return theClass;
@@ -137,21 +144,59 @@ void NSWindow::close()
         return;
     const auto alive = shared(*this); // the application may hold the last reference
     m_isVisible = false;
+    m_events.windowClosed();
     m_backend->setVisible(false);
     NSApplication::shared().windowClosed(*this, {});
 }
 
+void NSWindow::sendEvent(NSEvent& event)
+{
+    if (m_isVisible)
+        m_events.dispatch(event);
+}
+
+bool NSWindow::performKeyEquivalent(NSEvent& event)
+{
+    const auto content = m_contentView;
+    return content->performKeyEquivalent(event);
+}
+
+void NSWindow::keyDown(NSEvent& event)
+{
+    const std::string& key = event.charactersIgnoringModifiers();
+    const bool isShifted = contains(event.modifierFlags(), NSEventModifierFlags::shift);
+    if (performKeyEquivalent(event))
+        return;
+    if (key == NSKey::backTab || (key == NSKey::tab && isShifted))
+        selectPreviousKeyView();
+    else if (key == NSKey::tab)
+        selectNextKeyView();
+    else
+        NSResponder::keyDown(event);
+}
+
 bool NSWindow::makeFirstResponder(NSResponder* responder)
 {
-    if (!responder || responder == this) {
-        m_firstResponder.reset();
+    if (!responder)
+        responder = this;
+    NSResponder* const present = firstResponder();
+    if (responder == present)
         return true;
-    }
     const auto* view = dynamic_cast<const NSView*>(responder);
-    if (!responder->acceptsFirstResponder() || (view && view->window() != this))
+    if (responder != this && (!responder->acceptsFirstResponder() || (view && view->window() != this)))
         return false;
-    m_firstResponder = shared(*responder);
-    return true;
+    const auto keptNext = shared(*responder);
+    const auto keptPresent = shared(*present);
+    if (present != this && !present->resignFirstResponder())
+        return false;
+    m_firstResponder.reset();
+    contentNeedsFrame({});
+    if (responder == this)
+        return true;
+    m_firstResponder = keptNext;
+    if (!responder->becomeFirstResponder())
+        m_firstResponder.reset();
+    return firstResponder() == responder;
 }
 
 NSResponder* NSWindow::firstResponder() const
@@ -160,11 +205,26 @@ NSResponder* NSWindow::firstResponder() const
     return responder ? responder.get() : const_cast<NSWindow*>(this);
 }
 
+void NSWindow::selectNextKeyView()
+{
+    if (NSView* next = keyViewAfter(*m_contentView, dynamic_cast<NSView*>(firstResponder())))
+        makeFirstResponder(next);
+}
+
+void NSWindow::selectPreviousKeyView()
+{
+    if (NSView* previous = keyViewBefore(*m_contentView, dynamic_cast<NSView*>(firstResponder())))
+        makeFirstResponder(previous);
+}
+
 void NSWindow::subtreeWillLeave(NSView& subtree, AppKitKey)
 {
-    const auto* view = dynamic_cast<const NSView*>(firstResponder());
-    if (view && view->isDescendantOf(subtree))
-        m_firstResponder.reset();
+    const auto responder = m_firstResponder.lock();
+    const auto* view = dynamic_cast<const NSView*>(responder.get());
+    if (!view || !view->isDescendantOf(subtree))
+        return;
+    m_firstResponder.reset();
+    responder->resignFirstResponder(); // whatever it says: it goes
 }
 
 void NSWindow::layoutIfNeeded()
@@ -216,6 +276,19 @@ void NSWindow::contentSizeChanged(CGSize size)
     const auto alive = shared(*this);
     if (size != m_contentSize && size.width >= 1 && size.height >= 1)
         applyContentSize(size);
+}
+
+void NSWindow::prepareFrame()
+{
+    const auto alive = shared(*this);
+    layoutIfNeeded();
+    m_events.contentMoved();
+}
+
+void NSWindow::setCursor(CursorShape shape, AppKitKey)
+{
+    if (m_backend)
+        m_backend->setCursor(shape);
 }
 
 void NSWindow::paint(Canvas& canvas)

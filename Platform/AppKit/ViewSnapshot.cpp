@@ -1,46 +1,15 @@
 #include <AppKit/NSView.h>
+#include <AppKit/ViewPlacement.h>
 #include <AppKit/ViewSnapshot.h>
 #include <Backend/Backend.h>
 
 #include <QuartzCore/CALayer.h>
-
-#include <algorithm>
 
 namespace RVCore {
 
 namespace {
 
 constexpr CGColor black{0, 0, 0, 1};
-
-// The view's place on the canvas of its superview, whose vertical axis points down from the superview's visible top
-// left corner: where its top left corner lies, and, for a layer, the transform about the anchor point.
-CGAffineTransform placement(const NSView& view)
-{
-    const CGRect& frame = view.frame();
-    const NSView* superview = view.superview();
-    const CGRect outer = superview ? superview->bounds() : CGRect();
-    const bool isMirrored = superview && !superview->isFlipped();
-    const auto onCanvas = [&](CGPoint point) {
-        return CGPoint{point.x - outer.minX(), isMirrored ? outer.maxY() - point.y : point.y - outer.minY()};
-    };
-    const CALayer* layer = view.layer().get();
-    if (!layer) {
-        const CGPoint corner = onCanvas({frame.minX(), isMirrored ? frame.maxY() : frame.minY()});
-        return CGAffineTransform::translation(corner.x, corner.y);
-    }
-    CGAffineTransform transform = layer->affineTransform();
-    CGPoint anchor{layer->anchorPoint().x * frame.size.width, layer->anchorPoint().y * frame.size.height};
-    if (isMirrored) { // the layer's numbers are in upward coordinates, the canvas's run downward
-        transform.b = -transform.b;
-        transform.c = -transform.c;
-        transform.ty = -transform.ty;
-        anchor.y = frame.size.height - anchor.y;
-    }
-    const CGPoint position = onCanvas(layer->position());
-    return CGAffineTransform::translation(-anchor.x, -anchor.y)
-        .concatenating(transform)
-        .concatenating(CGAffineTransform::translation(position.x, position.y));
-}
 
 // What is drawn during its life is blended in as a group.
 class TransparencyLayer {
@@ -91,12 +60,8 @@ void paintContents(NSView& view, Canvas& canvas)
         if (layer && layer->masksToBounds())
             canvas.clip(outline);
         drawContent(view, canvas);
-        auto subviews = view.subviews();
-        std::stable_sort(subviews.begin(), subviews.end(), [](const auto& below, const auto& above) {
-            const auto height = [](const NSView& v) { return v.layer() ? v.layer()->zPosition() : 0; };
-            return height(*below) < height(*above);
-        });
-        for (const auto& subview : subviews)
+        const auto kept = view.subviews(); // drawing may change the list
+        for (NSView* subview : subviewsInPaintingOrder(view))
             paintView(*subview, canvas);
     }
     if (layer && layer->borderWidth() > 0)
@@ -108,7 +73,7 @@ void paintView(NSView& view, Canvas& canvas)
     if (!isVisible(view))
         return;
     const CanvasState state(canvas);
-    canvas.concatenate(placement(view));
+    canvas.concatenate(placementInSuperview(view));
     const TransparencyLayer group(canvas, view.alphaValue());
     paintContents(view, canvas);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Backend/InputEvent.h>
 #include <CoreGraphics/Canvas.h>
 
 #include <functional>
@@ -21,6 +22,8 @@ public:
     // Once before the window is painted: the time to bring layout up to date.
     virtual void prepareFrame() = 0;
     virtual void paint(Canvas& canvas) = 0;
+    // The user moved, pressed, scrolled or typed something.
+    virtual void handleInput(const InputEvent& event) = 0;
 };
 
 // One window of the desktop. It ends (and leaves the screen) with this object.
@@ -34,6 +37,8 @@ public:
     // The desktop does not let the content be smaller than this; content that is smaller now grows to it.
     virtual void setMinimumContentSize(CGSize size) = 0;
     virtual void setVisible(bool visible) = 0;
+    // What the pointer looks like over the content. The arrow at first.
+    virtual void setCursor(CursorShape shape) = 0;
     // Asks for one prepareFrame and paint, soon; asking again before the paint adds nothing. A window that is not
     // visible gets its frame when it becomes so.
     virtual void requestFrame() = 0;

@@ -71,6 +71,12 @@ void HeadlessWindow::userResize(CGSize size)
         resize(size, m_contentSize);
 }
 
+void HeadlessWindow::userInput(const InputEvent& event)
+{
+    if (m_isVisible)
+        m_client.handleInput(event);
+}
+
 void HeadlessWindow::setBackingScale(CGFloat scale)
 {
     m_backingScale = scale;

@@ -23,6 +23,7 @@ public:
     void setContentSize(CGSize size) override;
     void setMinimumContentSize(CGSize size) override;
     void setVisible(bool visible) override;
+    void setCursor(CursorShape shape) override { m_cursor = shape; }
     void requestFrame() override { m_needsFrame = true; }
     CGFloat backingScale() const override { return m_backingScale; }
 
@@ -32,12 +33,15 @@ public:
     CGSize contentSize() const { return m_contentSize; }
     CGSize minimumContentSize() const { return m_minimumContentSize; }
     bool isVisible() const { return m_isVisible; }
+    CursorShape cursor() const { return m_cursor; }
     bool needsFrame() const { return m_needsFrame; }
 
     // As a user would: drags the window's edge, as far as the minimum size lets him; asks to close the window, which
     // may end its life.
     void userResize(CGSize size);
     void userClose() { m_client.closeRequested(); }
+    // Moves the pointer, presses, types: sent if the window is visible.
+    void userInput(const InputEvent& event);
     // As a desktop would when the window moves to another screen.
     void setBackingScale(CGFloat scale);
 
@@ -57,6 +61,7 @@ private:
     CGSize m_contentSize;
     CGSize m_minimumContentSize{1, 1};
     CGFloat m_backingScale = 1;
+    CursorShape m_cursor = CursorShape::arrow;
     bool m_isVisible = false;
     bool m_needsFrame = false;
     RecordingCanvas m_lastFrame;

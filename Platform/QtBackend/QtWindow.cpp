@@ -7,6 +7,7 @@
 #include <QtBackend/QtApplication.h>
 #include <QtBackend/QtCanvas.h>
 #include <QtBackend/QtConversions.h>
+#include <QtBackend/QtInput.h>
 #include <QtBackend/QtWindow.h>
 
 #include <algorithm>
@@ -96,6 +97,8 @@ bool QtWindowSurface::event(QEvent* event)
         m_frameTimer.stop();
     else if (event->type() == QEvent::Expose && m_needsFrame)
         scheduleFrame();
+    else if (event->type() == QEvent::Leave)
+        report(pointerLeft());
     return isHandled;
 }
 
@@ -119,6 +122,41 @@ void QtWindowSurface::closeEvent(QCloseEvent* event)
     // Whether the window closes is the client's decision.
     event->ignore();
     call([](WindowClient& client) { client.closeRequested(); });
+}
+
+void QtWindowSurface::report(const InputEvent& event)
+{
+    call([&](WindowClient& client) { client.handleInput(event); });
+}
+
+void QtWindowSurface::mousePressEvent(QMouseEvent* event)
+{
+    report(fromQMouseEvent(*event));
+}
+
+void QtWindowSurface::mouseReleaseEvent(QMouseEvent* event)
+{
+    report(fromQMouseEvent(*event));
+}
+
+void QtWindowSurface::mouseMoveEvent(QMouseEvent* event)
+{
+    report(fromQMouseEvent(*event));
+}
+
+void QtWindowSurface::wheelEvent(QWheelEvent* event)
+{
+    report(fromQWheelEvent(*event));
+}
+
+void QtWindowSurface::keyPressEvent(QKeyEvent* event)
+{
+    report(fromQKeyEvent(*event));
+}
+
+void QtWindowSurface::keyReleaseEvent(QKeyEvent* event)
+{
+    report(fromQKeyEvent(*event));
 }
 
 void QtWindowSurface::paintFrame()
@@ -193,6 +231,12 @@ void QtWindow::setVisible(bool visible)
 {
     if (hasSurface())
         m_surface->setVisible(visible);
+}
+
+void QtWindow::setCursor(CursorShape shape)
+{
+    if (hasSurface())
+        m_surface->setCursor(toQCursorShape(shape));
 }
 
 void QtWindow::requestFrame()

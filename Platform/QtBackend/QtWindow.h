@@ -30,10 +30,17 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
 
 private:
     void call(const std::function<void(WindowClient&)>& closure);
     void reportSize(CGSize size);
+    void report(const InputEvent& event);
     void scheduleFrame();
     void paintFrame();
     void paintContent();
@@ -60,6 +67,7 @@ public:
     void setContentSize(CGSize size) override;
     void setMinimumContentSize(CGSize size) override;
     void setVisible(bool visible) override;
+    void setCursor(CursorShape shape) override;
     void requestFrame() override;
     CGFloat backingScale() const override;
 

@@ -179,6 +179,7 @@ public:
     }
     void setMinimumContentSize(CGSize) override {}
     void setVisible(bool) override {}
+    void setCursor(CursorShape) override {}
     void requestFrame() override {}
     CGFloat backingScale() const override { return 1; }
     static inline int askedCount = 0;

@@ -37,6 +37,11 @@ public:
         if (onPaint)
             onPaint();
     }
+    void handleInput(const InputEvent& event) override
+    {
+        note("input");
+        inputs.push_back(event);
+    }
 
     // What has been told since the last call.
     std::vector<std::string> takeCalls() { return std::exchange(m_calls, {}); }
@@ -45,6 +50,7 @@ public:
     CGSize size() const { return m_size; }
     void setSize(CGSize size) { m_size = size; }
 
+    std::vector<InputEvent> inputs;
     CGColor color{1, 0, 0, 1};
     std::function<void()> onSizeChanged;
     std::function<void()> onClose;

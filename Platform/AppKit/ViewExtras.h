@@ -1,0 +1,22 @@
+#pragma once
+
+#include <AppKit/NSCursor.h>
+#include <AppKit/NSTrackingArea.h>
+#include <AppKit/NSView.h>
+
+namespace RVCore {
+
+// What few views have, kept apart so that the many others stay small.
+struct NSView::Extras {
+    struct CursorRect {
+        CGRect rect;
+        std::shared_ptr<NSCursor> cursor;
+    };
+
+    std::string identifier;
+    std::vector<std::shared_ptr<NSTrackingArea>> trackingAreas;
+    std::vector<CursorRect> cursorRects;
+    std::weak_ptr<NSView> nextKeyView;
+};
+
+} // namespace RVCore

@@ -1,0 +1,58 @@
+#include <AppKit/NSView.h>
+#include <AppKit/ViewPlacement.h>
+
+#include <QuartzCore/CALayer.h>
+
+#include <algorithm>
+
+namespace RVCore {
+
+namespace {
+
+CGFloat zPosition(const NSView* view)
+{
+    return view->layer() ? view->layer()->zPosition() : 0;
+}
+
+} // namespace
+
+CGAffineTransform placementInSuperview(const NSView& view)
+{
+    const CGRect& frame = view.frame();
+    const NSView* superview = view.superview();
+    const CGRect outer = superview ? superview->bounds() : CGRect();
+    const bool isMirrored = superview && !superview->isFlipped();
+    const auto onCanvas = [&](CGPoint point) {
+        return CGPoint{point.x - outer.minX(), isMirrored ? outer.maxY() - point.y : point.y - outer.minY()};
+    };
+    const CALayer* layer = view.layer().get();
+    if (!layer) {
+        const CGPoint corner = onCanvas({frame.minX(), isMirrored ? frame.maxY() : frame.minY()});
+        return CGAffineTransform::translation(corner.x, corner.y);
+    }
+    CGAffineTransform transform = layer->affineTransform();
+    CGPoint anchor{layer->anchorPoint().x * frame.size.width, layer->anchorPoint().y * frame.size.height};
+    if (isMirrored) { // the layer's numbers are in upward coordinates, the canvas's run downward
+        transform.b = -transform.b;
+        transform.c = -transform.c;
+        transform.ty = -transform.ty;
+        anchor.y = frame.size.height - anchor.y;
+    }
+    const CGPoint position = onCanvas(layer->position());
+    return CGAffineTransform::translation(-anchor.x, -anchor.y)
+        .concatenating(transform)
+        .concatenating(CGAffineTransform::translation(position.x, position.y));
+}
+
+std::vector<NSView*> subviewsInPaintingOrder(const NSView& view)
+{
+    std::vector<NSView*> subviews;
+    subviews.reserve(view.subviews().size());
+    for (const auto& subview : view.subviews())
+        subviews.push_back(subview.get());
+    std::stable_sort(subviews.begin(), subviews.end(),
+                     [](const NSView* below, const NSView* above) { return zPosition(below) < zPosition(above); });
+    return subviews;
+}
+
+} // namespace RVCore
