@@ -61,17 +61,17 @@ struct InputEvent {
     std::uint32_t modifiers = 0; // InputModifier
 
     // Of pointer, button and scroll events: where in the content, in points from its top left corner.
-    CGPoint location;
+    CGPoint location{};
     // 0 left, 1 right, 2 middle, then as the desktop counts.
     int button = 0;
     // How far the content is to follow, in points; positive y moves it down. A wheel's notch is 10 points.
-    CGPoint scroll;
+    CGPoint scroll{};
     bool isPreciseScroll = false; // from a device that knows points rather than notches
 
     // Of key events: the text that the key gives, with modifiers and without them, and the number of the key on the
     // keyboard. Keys without a text give one of NSKey.
-    std::string characters;
-    std::string charactersIgnoringModifiers;
+    std::string characters{};
+    std::string charactersIgnoringModifiers{};
     std::uint16_t keyCode = 0;
     bool isRepeat = false;
 };

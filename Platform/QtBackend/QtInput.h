@@ -10,7 +10,7 @@ class QWheelEvent;
 
 namespace RVCore {
 
-// A press, release or move. Qt's report of a second quick press is a press like any other.
+// A press, release or move.
 InputEvent fromQMouseEvent(const QMouseEvent& event);
 InputEvent fromQWheelEvent(const QWheelEvent& event);
 // A press or release; of a modifier key, a change of the modifiers.

@@ -2,12 +2,15 @@
 #include <AppKit/NSWindow.h>
 #include <Common/Misc/GlobalFunctions.h>
 #include <Extensions/NSView+RVCore.h>
+#include <Foundation/AssociatedObjects.h>
 
 #include <QuartzCore/CALayer.h>
 
 namespace RVCore {
 
 namespace {
+
+constexpr AssociationKey disableEventPropagationKey{"disableEventPropagation"};
 
 void makeLayerBacked(NSView& view)
 {
@@ -146,8 +149,24 @@ void setNeedsUpdateConstraints(NSView& view)
     view.setNeedsUpdateConstraints(true);
 }
 
+bool disableEventPropagation(NSView& view)
+{
+    // Anything that is no number counts as false.
+    const Value stored = associatedObject(view, disableEventPropagationKey);
+    return stored.boolean() && *stored.boolean() && !view.isHidden() && alpha(view) > 0;
+}
+
+void setDisableEventPropagation(NSView& view, bool disable)
+{
+    setAssociatedObject(view, disableEventPropagationKey, Value(disable));
+}
+
 bool publishViewOperations()
 {
+    NSView::setEventDefault([](NSView& view, NSEvent& event, NSView::InheritedHandler inherited) {
+        if (!disableEventPropagation(view))
+            inherited(view, event);
+    });
     return addCategory<NSView>("RVCore", [](auto& publish) {
         publish.readOnlyProperty("left", &left);
         publish.readOnlyProperty("top", &top);
@@ -166,6 +185,7 @@ bool publishViewOperations()
         publish.property("center", &center, &setCenter);
         publish.property("transform", &transform, &setTransform);
         publish.property("alpha", &alpha, &setAlpha);
+        publish.property("disableEventPropagation", &disableEventPropagation, &setDisableEventPropagation);
         publish.method("wantsAnimations", &wantsAnimations);
         publish.method("isFirstResponder", &isFirstResponder);
         publish.method("setNeedsLayout", &setNeedsLayout);

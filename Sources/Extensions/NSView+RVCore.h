@@ -55,6 +55,13 @@ bool isFirstResponder(const NSView& view);
 void setNeedsLayout(NSView& view);
 void setNeedsUpdateConstraints(NSView& view);
 
+// Whether the view keeps the clicks, moves, drags, scrolls and keys that reach it instead of handing them on. Stored
+// as a number beside the view; it holds only while the view is not hidden and its alpha, which this reads and so
+// makes the view layer-backed, is above 0. A subclass's own handler of an event comes first, and other events are
+// handed on.
+bool disableEventPropagation(NSView& view);
+void setDisableEventPropagation(NSView& view, bool disable);
+
 // Publishes these operations; runs once, before main.
 bool publishViewOperations();
 inline const bool viewOperationsPublished = publishViewOperations();

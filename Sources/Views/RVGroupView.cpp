@@ -5,6 +5,7 @@
 #include <Views/RVSpacerView.h>
 
 #include <algorithm>
+#include <unordered_set>
 
 namespace RVCore {
 
@@ -85,6 +86,21 @@ void RVGroupView::setViews(const Views& views)
     const Elements oldElements = elements();
     m_views = views;
     configureViews(oldElements);
+}
+
+std::vector<NSView*> RVGroupView::subviewsInKeyOrder() const
+{
+    std::unordered_set<const NSView*> members;
+    std::vector<NSView*> order;
+    for (const auto& member : m_views) {
+        if (member->superview() == this && members.insert(member.get()).second)
+            order.push_back(member.get());
+    }
+    for (NSView* view : RVBaseView::subviewsInKeyOrder()) {
+        if (!members.contains(view))
+            order.push_back(view);
+    }
+    return order;
 }
 
 void RVGroupView::setSpacing(CGFloat spacing)

@@ -115,6 +115,9 @@ public:
     // visible one do nothing; hiding any other view stops the program.
     void setVisibility(const std::shared_ptr<NSView>& view, bool visible);
 
+    // The members in their order; what else the host has added follows.
+    std::vector<NSView*> subviewsInKeyOrder() const override;
+
     // Looks at the intrinsic size again before the request goes on.
     void setNeedsLayout(bool needsLayout) override;
 

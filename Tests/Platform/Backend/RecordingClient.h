@@ -41,6 +41,8 @@ public:
     {
         note("input");
         inputs.push_back(event);
+        if (onInput)
+            onInput();
     }
 
     // What has been told since the last call.
@@ -56,6 +58,7 @@ public:
     std::function<void()> onClose;
     std::function<void()> onPrepare;
     std::function<void()> onPaint;
+    std::function<void()> onInput;
 
 private:
     void note(std::string call) { m_calls.push_back(std::move(call)); }

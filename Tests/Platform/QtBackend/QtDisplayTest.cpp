@@ -37,14 +37,14 @@ protected:
             isMet = true;
             Backend::shared().stop();
         };
-        m_client.onPaint = m_client.onClose = m_client.onSizeChanged = look;
+        m_client.onPaint = m_client.onClose = m_client.onSizeChanged = m_client.onInput = look;
         QTimer end;
         end.setSingleShot(true);
         end.callOnTimeout([] { Backend::shared().stop(); });
         end.start(patience);
         if (!isMet)
             Backend::shared().run();
-        m_client.onPaint = m_client.onClose = m_client.onSizeChanged = nullptr;
+        m_client.onPaint = m_client.onClose = m_client.onSizeChanged = m_client.onInput = nullptr;
         return isMet;
     }
 
@@ -68,6 +68,20 @@ protected:
     {
         const std::vector<std::string>& calls = m_client.calls();
         return static_cast<std::size_t>(std::count(calls.begin(), calls.end(), "paint"));
+    }
+
+    // A pointer and a keyboard at work on the window: the arguments of xdotool that follow its search.
+    void user(const QStringList& arguments)
+    {
+        QProcess::execute("xdotool", QStringList{"search", "--onlyvisible", "--name", "^Display Test$"} + arguments);
+    }
+    // Serves the desktop until an input of the kind has come; returns it.
+    InputEvent awaitInput(InputKind kind)
+    {
+        const auto isIt = [&](const InputEvent& event) { return event.kind == kind; };
+        EXPECT_TRUE(runUntil([&] { return std::ranges::any_of(m_client.inputs, isIt); }));
+        const auto place = std::ranges::find_if(m_client.inputs, isIt);
+        return place == m_client.inputs.end() ? InputEvent() : *place;
     }
 
     RecordingClient m_client;
@@ -175,6 +189,46 @@ TEST_F(QtDisplay, AUsersCloseIsAQuestionToTheClient)
     }));
     runFor(100);
     EXPECT_TRUE(surface().isVisible());
+}
+
+TEST_F(QtDisplay, APointerMovesPressesAndReleases)
+{
+    show();
+    user({"mousemove", "--window", "%1", "40", "30", "mousedown", "1"});
+    const InputEvent press = awaitInput(InputKind::buttonPressed);
+    EXPECT_EQ(press.location, (CGPoint{40, 30}));
+    EXPECT_EQ(press.button, 0);
+    EXPECT_TRUE(std::ranges::any_of(m_client.inputs, [](const InputEvent& event) {
+        return event.kind == InputKind::pointerMoved && event.location == CGPoint{40, 30};
+    }));
+    // While the button is down, the window hears of the pointer wherever it is.
+    m_client.inputs.clear();
+    user({"mousemove", "--window", "%1", "50", "-60"});
+    EXPECT_EQ(awaitInput(InputKind::pointerMoved).location, (CGPoint{50, -60}));
+    user({"mouseup", "1"});
+    EXPECT_EQ(awaitInput(InputKind::buttonReleased).location, (CGPoint{50, -60}));
+}
+
+TEST_F(QtDisplay, AWheelScrolls)
+{
+    show();
+    user({"mousemove", "--window", "%1", "40", "30", "click", "5"});
+    const InputEvent scroll = awaitInput(InputKind::scrolled);
+    EXPECT_LT(scroll.scroll.y, 0) << "the content moves up";
+}
+
+TEST_F(QtDisplay, AKeyboardTypes)
+{
+    show();
+    user({"windowfocus", "--sync", "key", "shift+a"});
+    const InputEvent key = awaitInput(InputKind::keyPressed);
+    EXPECT_EQ(key.characters, "A");
+    EXPECT_EQ(key.modifiers & InputModifier::shift, InputModifier::shift);
+    EXPECT_NE(key.keyCode, 0);
+    EXPECT_EQ(awaitInput(InputKind::modifiersChanged).modifiers, InputModifier::shift);
+    m_client.inputs.clear();
+    user({"key", "Left"});
+    EXPECT_EQ(awaitInput(InputKind::keyReleased).characters, NSKey::left);
 }
 
 TEST_F(QtDisplay, TheProgramsOwnSizeIsWhatTheUserSees)
