@@ -1,12 +1,14 @@
 #pragma once
 
 #include <AppKit/Forward.h>
+#include <Backend/Accessibility.h>
 
 namespace RVCore {
 
 class LayoutPass;
 class ViewLayoutState;
 class WindowEvents;
+void postAccessibilityChange(NSView& view, AccessibleChange change);
 
 // Opens to each other what AppKit's classes share: operations that take a key are theirs alone, for only they can
 // make one.
@@ -19,6 +21,7 @@ class AppKitKey {
     friend class NSWindow;
     friend class ViewLayoutState;
     friend class WindowEvents;
+    friend void postAccessibilityChange(NSView& view, AccessibleChange change);
 };
 
 } // namespace RVCore

@@ -1,3 +1,4 @@
+#include <AppKit/NSAccessibility.h>
 #include <AppKit/NSColor.h>
 #include <AppKit/NSFont.h>
 #include <AppKit/NSTextField.h>
@@ -147,6 +148,7 @@ void NSTextField::textChanged()
     m_measured.reset();
     invalidateIntrinsicContentSize();
     setNeedsDisplay(true);
+    postAccessibilityChange(*this, AccessibleChange::value);
 }
 
 CGSize NSTextField::intrinsicContentSize() const

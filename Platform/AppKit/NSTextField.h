@@ -39,6 +39,8 @@ public:
 
     CGSize intrinsicContentSize() const override;
     bool isFlipped() const override { return true; }
+    AccessibleRole accessibilityRole() const override { return AccessibleRole::staticText; }
+    std::string accessibilityValue() const override { return m_text.text; }
     void draw(Canvas& canvas, const CGRect& dirtyRect) override;
 
 protected:

@@ -94,6 +94,12 @@ Class& NSView::staticClass()
         publish.method("invalidateCursorRects", &NSView::invalidateCursorRects);
         publish.readOnlyProperty("canBecomeKeyView", &NSView::canBecomeKeyView);
         publish.property("nextKeyView", &NSView::nextKeyView, &NSView::setNextKeyView);
+        publish.property("accessibilityLabel", &NSView::accessibilityLabel, &NSView::setAccessibilityLabel);
+        publish.readOnlyProperty("accessibilityRole", &NSView::accessibilityRole);
+        publish.property("accessibilityValue", &NSView::accessibilityValue, &NSView::setAccessibilityValue);
+        publish.method("accessibilityPerformPress", &NSView::accessibilityPerformPress);
+        publish.readOnlyProperty("isAccessibilityModal", &NSView::isAccessibilityModal);
+        publish.method("setAccessibilityModal:", &NSView::setAccessibilityModal);
         publish.readOnlyProperty("fittingSize", [](NSView& self) { return self.fittingSize(); });
         publish.property("translatesAutoresizingMaskIntoConstraints",
                          &NSView::translatesAutoresizingMaskIntoConstraints,

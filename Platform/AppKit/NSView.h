@@ -3,6 +3,7 @@
 #include <AppKit/AppKitKey.h>
 #include <AppKit/NSLayoutConstraint.h>
 #include <AppKit/NSResponder.h>
+#include <Backend/Accessibility.h>
 #include <CoreGraphics/CGAffineTransform.h>
 
 #include <QuartzCore/Forward.h>
@@ -141,6 +142,19 @@ public:
     void setNextKeyView(const std::shared_ptr<NSView>& view);
     // The subviews in the order in which Tab visits them. Default: in lines from the top, each from the left.
     virtual std::vector<NSView*> subviewsInKeyOrder() const;
+
+    // Assistive technology. What a view without a role contains takes its place; a label makes it a group. A view
+    // with neither a label nor a text of its own is named by the label next to it (see NSAccessibility.h).
+    virtual AccessibleRole accessibilityRole() const;
+    virtual std::string accessibilityLabel() const; // default: the one that was set, else empty
+    void setAccessibilityLabel(const std::string& label);
+    virtual std::string accessibilityValue() const;              // default empty
+    virtual bool setAccessibilityValue(const std::string& text); // returns whether it could; default no
+    virtual AccessibleState accessibilityState() const;
+    virtual bool accessibilityPerformPress(); // returns whether it did; default no
+    // While it is visible, the views below it in its superview cannot be reached. Default no.
+    bool isAccessibilityModal() const;
+    void setAccessibilityModal(bool modal);
 
     // Size from content. An absent metric is NSViewNoIntrinsicMetric. Whoever changes what intrinsicContentSize
     // would return calls invalidateIntrinsicContentSize.

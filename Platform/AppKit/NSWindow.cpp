@@ -1,5 +1,6 @@
 #include <AppKit/KeyViewLoop.h>
 #include <AppKit/LayoutContext.h>
+#include <AppKit/NSAccessibility.h>
 #include <AppKit/NSApplication.h>
 #include <AppKit/NSEvent.h>
 #include <AppKit/NSView.h>
@@ -191,11 +192,13 @@ bool NSWindow::makeFirstResponder(NSResponder* responder)
         return false;
     m_firstResponder.reset();
     contentNeedsFrame({});
-    if (responder == this)
-        return true;
-    m_firstResponder = keptNext;
-    if (!responder->becomeFirstResponder())
-        m_firstResponder.reset();
+    if (responder != this) {
+        m_firstResponder = keptNext;
+        if (!responder->becomeFirstResponder())
+            m_firstResponder.reset();
+    }
+    if (auto* focused = dynamic_cast<NSView*>(firstResponder()))
+        postAccessibilityChange(*focused, AccessibleChange::focus);
     return firstResponder() == responder;
 }
 
@@ -289,6 +292,19 @@ void NSWindow::setCursor(CursorShape shape, AppKitKey)
 {
     if (m_backend)
         m_backend->setCursor(shape);
+}
+
+void NSWindow::accessibilityChanged(const std::shared_ptr<AccessibleElement>& element, AccessibleChange change,
+                                    AppKitKey)
+{
+    if (m_backend && m_isVisible)
+        m_backend->accessibilityChanged(element, change);
+}
+
+std::vector<std::shared_ptr<AccessibleElement>> NSWindow::accessibleElements()
+{
+    layoutIfNeeded();
+    return accessibleElementsIn(*m_contentView);
 }
 
 void NSWindow::paint(Canvas& canvas)

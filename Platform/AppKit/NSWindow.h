@@ -66,6 +66,7 @@ public:
     // For AppKit's own classes: what happens in the content.
     void contentNeedsFrame(AppKitKey);
     void setCursor(CursorShape shape, AppKitKey);
+    void accessibilityChanged(const std::shared_ptr<AccessibleElement>& element, AccessibleChange change, AppKitKey);
     void subtreeWillLeave(NSView& subtree, AppKitKey);
 
 private:
@@ -78,6 +79,7 @@ private:
     void prepareFrame() override;
     void paint(Canvas& canvas) override;
     void handleInput(const InputEvent& event) override { m_events.handleInput(event); }
+    std::vector<std::shared_ptr<AccessibleElement>> accessibleElements() override;
 
     std::string m_title;
     std::shared_ptr<NSView> m_contentView;

@@ -17,6 +17,8 @@ struct NSView::Extras {
     std::vector<std::shared_ptr<NSTrackingArea>> trackingAreas;
     std::vector<CursorRect> cursorRects;
     std::weak_ptr<NSView> nextKeyView;
+    std::string accessibilityLabel;
+    bool isAccessibilityModal = false;
 };
 
 } // namespace RVCore

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Backend/Accessibility.h>
 #include <Backend/InputEvent.h>
 #include <CoreGraphics/Canvas.h>
 
@@ -24,6 +25,8 @@ public:
     virtual void paint(Canvas& canvas) = 0;
     // The user moved, pressed, scrolled or typed something.
     virtual void handleInput(const InputEvent& event) = 0;
+    // What assistive technology finds in the content, outermost first.
+    virtual std::vector<std::shared_ptr<AccessibleElement>> accessibleElements() = 0;
 };
 
 // One window of the desktop. It ends (and leaves the screen) with this object.
@@ -39,6 +42,8 @@ public:
     virtual void setVisible(bool visible) = 0;
     // What the pointer looks like over the content. The arrow at first.
     virtual void setCursor(CursorShape shape) = 0;
+    // Tells assistive technology, if there is any. A null element stands for the window.
+    virtual void accessibilityChanged(const std::shared_ptr<AccessibleElement>& element, AccessibleChange change) = 0;
     // Asks for one prepareFrame and paint, soon; asking again before the paint adds nothing. A window that is not
     // visible gets its frame when it becomes so.
     virtual void requestFrame() = 0;

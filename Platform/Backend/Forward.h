@@ -2,6 +2,7 @@
 
 namespace RVCore {
 
+class AccessibleElement;
 class Backend;
 class WindowBackend;
 class WindowClient;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace RVCore {
 
@@ -81,6 +82,16 @@ void HeadlessWindow::setBackingScale(CGFloat scale)
 {
     m_backingScale = scale;
     m_needsFrame = true;
+}
+
+void HeadlessWindow::accessibilityChanged(const std::shared_ptr<AccessibleElement>& element, AccessibleChange change)
+{
+    m_accessibilityChanges.emplace_back(element ? element->name() : m_title, change);
+}
+
+std::vector<std::pair<std::string, AccessibleChange>> HeadlessWindow::takeAccessibilityChanges()
+{
+    return std::exchange(m_accessibilityChanges, {});
 }
 
 bool HeadlessWindow::flushFrame()

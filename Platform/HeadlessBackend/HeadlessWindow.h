@@ -24,6 +24,7 @@ public:
     void setMinimumContentSize(CGSize size) override;
     void setVisible(bool visible) override;
     void setCursor(CursorShape shape) override { m_cursor = shape; }
+    void accessibilityChanged(const std::shared_ptr<AccessibleElement>& element, AccessibleChange change) override;
     void requestFrame() override { m_needsFrame = true; }
     CGFloat backingScale() const override { return m_backingScale; }
 
@@ -34,6 +35,8 @@ public:
     CGSize minimumContentSize() const { return m_minimumContentSize; }
     bool isVisible() const { return m_isVisible; }
     CursorShape cursor() const { return m_cursor; }
+    // What assistive technology was told since the last call: the names of elements (of the window: its title).
+    std::vector<std::pair<std::string, AccessibleChange>> takeAccessibilityChanges();
     bool needsFrame() const { return m_needsFrame; }
 
     // As a user would: drags the window's edge, as far as the minimum size lets him; asks to close the window, which
@@ -64,6 +67,7 @@ private:
     CursorShape m_cursor = CursorShape::arrow;
     bool m_isVisible = false;
     bool m_needsFrame = false;
+    std::vector<std::pair<std::string, AccessibleChange>> m_accessibilityChanges;
     RecordingCanvas m_lastFrame;
     std::size_t m_frameCount = 0;
 };

@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <QPainter>
 #include <QScreen>
+#include <QtBackend/QtAccessibility.h>
 #include <QtBackend/QtApplication.h>
 #include <QtBackend/QtCanvas.h>
 #include <QtBackend/QtConversions.h>
@@ -129,6 +130,19 @@ void QtWindowSurface::report(const InputEvent& event)
     call([&](WindowClient& client) { client.handleInput(event); });
 }
 
+std::vector<std::shared_ptr<AccessibleElement>> QtWindowSurface::accessibleElements() const
+{
+    std::vector<std::shared_ptr<AccessibleElement>> elements;
+    if (m_client)
+        callGuarded([&] { elements = m_client->accessibleElements(); });
+    return elements;
+}
+
+QAccessibleInterface* QtWindowSurface::accessibleRoot() const
+{
+    return accessibleOf(const_cast<QtWindowSurface&>(*this));
+}
+
 void QtWindowSurface::mousePressEvent(QMouseEvent* event)
 {
     report(fromQMouseEvent(*event));
@@ -237,6 +251,12 @@ void QtWindow::setCursor(CursorShape shape)
 {
     if (hasSurface())
         m_surface->setCursor(toQCursorShape(shape));
+}
+
+void QtWindow::accessibilityChanged(const std::shared_ptr<AccessibleElement>& element, AccessibleChange change)
+{
+    if (hasSurface())
+        reportAccessibilityChange(*m_surface, element, change);
 }
 
 void QtWindow::requestFrame()

@@ -21,6 +21,9 @@ public:
     void setContentSize(CGSize size);
     void setMinimumContentSize(CGSize size);
     void requestFrame();
+    // Empty when the client has gone.
+    std::vector<std::shared_ptr<AccessibleElement>> accessibleElements() const;
+    QAccessibleInterface* accessibleRoot() const override;
     // No call reaches the client from now on. Ends the surface now, or if it is calling its client just now, as soon
     // as Qt is done with it.
     void abandon();
@@ -68,6 +71,7 @@ public:
     void setMinimumContentSize(CGSize size) override;
     void setVisible(bool visible) override;
     void setCursor(CursorShape shape) override;
+    void accessibilityChanged(const std::shared_ptr<AccessibleElement>& element, AccessibleChange change) override;
     void requestFrame() override;
     CGFloat backingScale() const override;
 

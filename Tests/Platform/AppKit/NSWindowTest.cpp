@@ -180,6 +180,7 @@ public:
     void setMinimumContentSize(CGSize) override {}
     void setVisible(bool) override {}
     void setCursor(CursorShape) override {}
+    void accessibilityChanged(const std::shared_ptr<AccessibleElement>&, AccessibleChange) override {}
     void requestFrame() override {}
     CGFloat backingScale() const override { return 1; }
     static inline int askedCount = 0;

@@ -44,6 +44,7 @@ public:
         if (onInput)
             onInput();
     }
+    std::vector<std::shared_ptr<AccessibleElement>> accessibleElements() override { return elements; }
 
     // What has been told since the last call.
     std::vector<std::string> takeCalls() { return std::exchange(m_calls, {}); }
@@ -53,6 +54,7 @@ public:
     void setSize(CGSize size) { m_size = size; }
 
     std::vector<InputEvent> inputs;
+    std::vector<std::shared_ptr<AccessibleElement>> elements;
     CGColor color{1, 0, 0, 1};
     std::function<void()> onSizeChanged;
     std::function<void()> onClose;

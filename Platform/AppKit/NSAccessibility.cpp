@@ -1,0 +1,285 @@
+#include <AppKit/NSAccessibility.h>
+#include <AppKit/NSWindow.h>
+#include <AppKit/ViewExtras.h>
+
+#include <algorithm>
+
+namespace RVCore {
+
+namespace {
+
+// A view as an element. A second one for the same view is as good as the first.
+class ViewElement : public AccessibleElement {
+public:
+    explicit ViewElement(NSView& view) : m_view(shared(view)), m_identity(&view) {}
+
+    bool isValid() const override
+    {
+        const auto view = m_view.lock();
+        return view && view->window();
+    }
+    const void* identity() const override { return m_identity; }
+    AccessibleRole role() const override;
+    std::string name() const override
+    {
+        const auto view = m_view.lock();
+        return view ? accessibilityName(*view) : std::string();
+    }
+    std::string value() const override
+    {
+        const auto view = m_view.lock();
+        return view ? view->accessibilityValue() : std::string();
+    }
+    AccessibleState state() const override
+    {
+        const auto view = m_view.lock();
+        return view ? view->accessibilityState() : AccessibleState{.isEnabled = false};
+    }
+    CGRect frame() const override;
+    std::shared_ptr<AccessibleElement> parent() const override;
+    std::vector<std::shared_ptr<AccessibleElement>> children() const override
+    {
+        const auto view = m_view.lock();
+        return view ? accessibleElementsIn(*view) : std::vector<std::shared_ptr<AccessibleElement>>();
+    }
+    bool press() override
+    {
+        const auto view = m_view.lock();
+        return view && view->accessibilityPerformPress();
+    }
+    bool focus() override
+    {
+        const auto view = m_view.lock();
+        return view && view->window() && view->window()->makeFirstResponder(view.get());
+    }
+    bool setValue(const std::string& text) override
+    {
+        const auto view = m_view.lock();
+        return view && view->setAccessibilityValue(text);
+    }
+
+private:
+    std::weak_ptr<NSView> m_view;
+    const void* m_identity;
+};
+
+// A label makes a group of a view that is nothing else. An empty text says nothing.
+AccessibleRole roleOf(const NSView& view)
+{
+    const AccessibleRole role = view.accessibilityRole();
+    const bool hasLabel = !view.accessibilityLabel().empty();
+    if (role == AccessibleRole::staticText && !hasLabel && view.accessibilityValue().empty())
+        return AccessibleRole::none;
+    return role == AccessibleRole::none && hasLabel ? AccessibleRole::group : role;
+}
+
+AccessibleRole ViewElement::role() const
+{
+    const auto view = m_view.lock();
+    return view ? roleOf(*view) : AccessibleRole::none;
+}
+
+CGRect ViewElement::frame() const
+{
+    const auto view = m_view.lock();
+    const NSWindow* window = view ? view->window() : nullptr;
+    if (!window)
+        return {};
+    const CGRect inWindow = view->convertRectTo(view->bounds(), nullptr);
+    return {inWindow.minX(), window->contentSize().height - inWindow.maxY(), inWindow.size.width,
+            inWindow.size.height};
+}
+
+std::shared_ptr<AccessibleElement> ViewElement::parent() const
+{
+    const auto view = m_view.lock();
+    for (NSView* around = view ? view->superview() : nullptr; around; around = around->superview()) {
+        if (roleOf(*around) != AccessibleRole::none)
+            return std::make_shared<ViewElement>(*around);
+    }
+    return nullptr;
+}
+
+// In the order in which Tab goes through them; those that a modal view covers are left out.
+std::vector<NSView*> reachableSubviews(const NSView& view)
+{
+    auto subviews = view.subviewsInKeyOrder();
+    const auto& painted = view.subviews();
+    const auto modal = std::find_if(painted.rbegin(), painted.rend(), [](const auto& subview) {
+        return subview->isAccessibilityModal() && !subview->isHidden();
+    });
+    std::erase_if(subviews, [&](const NSView* subview) {
+        const bool isCovered =
+            modal != painted.rend() &&
+            std::any_of(modal + 1, painted.rend(), [&](const auto& below) { return below.get() == subview; });
+        return isCovered || subview->isHidden();
+    });
+    return subviews;
+}
+
+bool needsLabel(AccessibleRole role)
+{
+    return role == AccessibleRole::textField || role == AccessibleRole::button || role == AccessibleRole::image ||
+           role == AccessibleRole::progressIndicator;
+}
+
+// The text of the static text before the view, up to the next view that is something else.
+std::string labelBefore(const NSView& view)
+{
+    const NSView* inner = &view;
+    for (const NSView* around = view.superview(); around; inner = around, around = around->superview()) {
+        const auto siblings = around->subviewsInKeyOrder();
+        const auto place = std::ranges::find(siblings, inner);
+        for (auto before = place; before != siblings.begin();) {
+            --before;
+            const AccessibleRole role = roleOf(**before);
+            if (role == AccessibleRole::staticText && !(*before)->isHidden())
+                return (*before)->accessibilityValue();
+            if (role != AccessibleRole::none || !(*before)->subviews().empty())
+                return {};
+        }
+        if (roleOf(*around) != AccessibleRole::none)
+            return {};
+    }
+    return {};
+}
+
+std::string_view nameOf(AccessibleRole role)
+{
+    switch (role) {
+    case AccessibleRole::none:
+        return "none";
+    case AccessibleRole::group:
+        return "group";
+    case AccessibleRole::staticText:
+        return "static text";
+    case AccessibleRole::textField:
+        return "text field";
+    case AccessibleRole::button:
+        return "button";
+    case AccessibleRole::checkBox:
+        return "check box";
+    case AccessibleRole::radioButton:
+        return "radio button";
+    case AccessibleRole::image:
+        return "image";
+    case AccessibleRole::progressIndicator:
+        return "progress indicator";
+    case AccessibleRole::toolbar:
+        return "toolbar";
+    case AccessibleRole::popover:
+        return "popover";
+    }
+    return "";
+}
+
+void describe(const AccessibleElement& element, const std::string& indent, std::string& text)
+{
+    const AccessibleState state = element.state();
+    text += indent + std::string(nameOf(element.role())) + " '" + element.name() + "'";
+    if (!element.value().empty())
+        text += " \"" + element.value() + "\"";
+    const std::pair<bool, const char*> states[] = {
+        {!state.isEnabled, "disabled"}, {state.isFocused, "focused"},   {state.isChecked, "checked"},
+        {state.isMixed, "mixed"},       {state.isEditable, "editable"},
+    };
+    for (const auto& [holds, name] : states)
+        text += holds ? std::string(" ") + name : "";
+    text += "\n";
+    for (const auto& child : element.children())
+        describe(*child, indent + "  ", text);
+}
+
+} // namespace
+
+void postAccessibilityChange(NSView& view, AccessibleChange change)
+{
+    if (NSWindow* window = view.window())
+        window->accessibilityChanged(std::make_shared<ViewElement>(view), change, {});
+}
+
+std::string accessibilityName(const NSView& view)
+{
+    std::string name = view.accessibilityLabel();
+    const AccessibleRole role = roleOf(view);
+    if (name.empty() && role == AccessibleRole::staticText)
+        return view.accessibilityValue();
+    if (name.empty() && needsLabel(role))
+        return labelBefore(view);
+    return name;
+}
+
+std::vector<std::shared_ptr<AccessibleElement>> accessibleElementsIn(NSView& view)
+{
+    std::vector<std::shared_ptr<AccessibleElement>> elements;
+    for (NSView* subview : reachableSubviews(view)) {
+        if (roleOf(*subview) != AccessibleRole::none)
+            elements.push_back(std::make_shared<ViewElement>(*subview));
+        else
+            std::ranges::move(accessibleElementsIn(*subview), std::back_inserter(elements));
+    }
+    return elements;
+}
+
+std::string accessibilityTree(NSWindow& window)
+{
+    window.layoutIfNeeded();
+    std::string text = "window '" + window.title() + "'\n";
+    for (const auto& element : accessibleElementsIn(*window.contentView()))
+        describe(*element, "  ", text);
+    return text;
+}
+
+AccessibleRole NSView::accessibilityRole() const
+{
+    return AccessibleRole::none;
+}
+
+std::string NSView::accessibilityLabel() const
+{
+    return m_extras ? m_extras->accessibilityLabel : std::string();
+}
+
+void NSView::setAccessibilityLabel(const std::string& label)
+{
+    if (accessibilityLabel() == label)
+        return;
+    extras().accessibilityLabel = label;
+    postAccessibilityChange(*this, AccessibleChange::name);
+}
+
+std::string NSView::accessibilityValue() const
+{
+    return {};
+}
+
+bool NSView::setAccessibilityValue(const std::string&)
+{
+    return false;
+}
+
+AccessibleState NSView::accessibilityState() const
+{
+    const NSWindow* host = window();
+    return {.isFocusable = acceptsFirstResponder(), .isFocused = host && host->firstResponder() == this};
+}
+
+bool NSView::accessibilityPerformPress()
+{
+    return false;
+}
+
+bool NSView::isAccessibilityModal() const
+{
+    return m_extras && m_extras->isAccessibilityModal;
+}
+
+void NSView::setAccessibilityModal(bool modal)
+{
+    if (modal == isAccessibilityModal())
+        return;
+    extras().isAccessibilityModal = modal;
+    postAccessibilityChange(*this, AccessibleChange::children);
+}
+
+} // namespace RVCore
