@@ -1,5 +1,4 @@
-#include "TemporaryFolder.h"
-
+#include <Examples/TemporaryFolder.h>
 #include <FolderSizes/FolderListing.h>
 
 #include <unistd.h>
@@ -17,7 +16,7 @@ std::vector<std::string> names(const FolderListing& listing)
 
 TEST(FolderListing, putsTheLargestFirstAndEqualOnesByName)
 {
-    const TemporaryFolder folder;
+    const Examples::TemporaryFolder folder;
     folder.addFile("b", 10);
     folder.addFile("a", 10);
     folder.addFile("large", 500);
@@ -32,7 +31,7 @@ TEST(FolderListing, putsTheLargestFirstAndEqualOnesByName)
 
 TEST(FolderListing, ofAnEmptyFolderIsEmpty)
 {
-    const TemporaryFolder folder;
+    const Examples::TemporaryFolder folder;
     const FolderListing listing = listFolder(folder.path());
     EXPECT_TRUE(listing.entries.empty());
     EXPECT_EQ(listing.totalSize, 0U);
@@ -40,7 +39,7 @@ TEST(FolderListing, ofAnEmptyFolderIsEmpty)
 
 TEST(FolderListing, doesNotFollowLinks)
 {
-    const TemporaryFolder folder;
+    const Examples::TemporaryFolder folder;
     folder.addFile("file", 100);
     std::filesystem::create_symlink(folder.path(), folder.path() / "loop");
     std::filesystem::create_symlink("nowhere", folder.path() / "dangling");
@@ -52,7 +51,7 @@ TEST(FolderListing, doesNotFollowLinks)
 
 TEST(FolderListing, marksWhatCannotBeRead)
 {
-    const TemporaryFolder folder;
+    const Examples::TemporaryFolder folder;
     folder.addFile("open", 10);
     folder.addFile("closed/inside", 20);
     const auto closed = folder.path() / "closed";
@@ -76,7 +75,7 @@ TEST(FolderListing, marksWhatCannotBeRead)
 
 TEST(FolderListing, ofAFileThrowsWithItsPath)
 {
-    const TemporaryFolder folder;
+    const Examples::TemporaryFolder folder;
     folder.addFile("file", 1);
     try {
         listFolder(folder.path() / "file");
@@ -88,7 +87,7 @@ TEST(FolderListing, ofAFileThrowsWithItsPath)
 
 TEST(FolderListing, copesWithThousandsOfEntriesAndTellsItsProgress)
 {
-    const TemporaryFolder folder;
+    const Examples::TemporaryFolder folder;
     for (int i = 0; i < 2500; ++i)
         folder.addFile("file" + std::to_string(i), 1);
     std::vector<std::size_t> progress;

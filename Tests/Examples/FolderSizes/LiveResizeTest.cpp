@@ -1,4 +1,4 @@
-#include "TemporaryFolder.h"
+#include <Examples/TemporaryFolder.h>
 
 #include <QElapsedTimer>
 #include <QGuiApplication>
@@ -75,7 +75,7 @@ TEST(FolderSizesWindow, IsLaidOutWhileAUserDragsItsCorner)
     char* arguments[] = {name, nullptr};
     const QGuiApplication application(argumentCount, arguments);
 
-    const TemporaryFolder folder;
+    const Examples::TemporaryFolder folder;
     folder.addFile("some file", 1000);
     folder.addFile("another file", 500);
     QProcess program;

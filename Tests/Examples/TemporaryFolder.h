@@ -6,14 +6,14 @@
 #include <stdexcept>
 #include <string>
 
-namespace FolderSizes {
+namespace Examples {
 
 // A new folder that goes away with the object.
 class TemporaryFolder {
 public:
     TemporaryFolder()
     {
-        std::string name = (std::filesystem::temp_directory_path() / "foldersizes-XXXXXX").string();
+        std::string name = (std::filesystem::temp_directory_path() / "rvcore-XXXXXX").string();
         if (!mkdtemp(name.data()))
             throw std::runtime_error("cannot make " + name);
         m_path = name;
@@ -36,4 +36,4 @@ private:
     std::filesystem::path m_path;
 };
 
-} // namespace FolderSizes
+} // namespace Examples
