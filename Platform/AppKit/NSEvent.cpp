@@ -95,4 +95,10 @@ std::string NSEvent::description() const
     return text + ">";
 }
 
+bool isShortcut(const NSEvent& event)
+{
+    return event.type() == NSEventType::keyDown && (contains(event.modifierFlags(), NSEventModifierFlags::command) ||
+                                                    contains(event.modifierFlags(), NSEventModifierFlags::control));
+}
+
 } // namespace RVCore

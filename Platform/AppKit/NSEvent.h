@@ -105,4 +105,7 @@ private:
     NSEventContent m_content;
 };
 
+// Whether it is a key pressed with the modifier of shortcuts, or with `control`.
+bool isShortcut(const NSEvent& event);
+
 } // namespace RVCore

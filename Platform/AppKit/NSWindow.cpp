@@ -165,10 +165,14 @@ bool NSWindow::performKeyEquivalent(NSEvent& event)
 void NSWindow::keyDown(NSEvent& event)
 {
     const std::string& key = event.charactersIgnoringModifiers();
-    const bool isShifted = contains(event.modifierFlags(), NSEventModifierFlags::shift);
+    const NSEventModifierFlags flags = event.modifierFlags();
+    if (isShortcut(event)) {
+        NSResponder::keyDown(event); // the views have had their chance, see WindowEvents
+        return;
+    }
     if (performKeyEquivalent(event))
         return;
-    if (key == NSKey::backTab || (key == NSKey::tab && isShifted))
+    if (key == NSKey::backTab || (key == NSKey::tab && contains(flags, NSEventModifierFlags::shift)))
         selectPreviousKeyView();
     else if (key == NSKey::tab)
         selectNextKeyView();

@@ -111,7 +111,7 @@ void WindowEvents::dispatch(NSEvent& event)
 {
     const auto alive = shared(m_window);
     const auto eventAlive = shared(event);
-    const int button = event.buttonNumber();
+    const int button = std::max(event.buttonNumber(), 2); // of neither the left nor the right one
     switch (event.type()) {
     case NSEventType::leftMouseDown:
         return press(event, 0, &NSResponder::mouseDown);
@@ -212,9 +212,7 @@ void WindowEvents::move(NSEvent& event)
 
 void WindowEvents::pressKey(NSEvent& event)
 {
-    const bool isShortcut = contains(event.modifierFlags(), NSEventModifierFlags::command) ||
-                            contains(event.modifierFlags(), NSEventModifierFlags::control);
-    if (isShortcut && m_window.performKeyEquivalent(event))
+    if (isShortcut(event) && m_window.performKeyEquivalent(event))
         return;
     shared(*m_window.firstResponder())->keyDown(event);
 }

@@ -400,6 +400,14 @@ TEST_F(WindowEventsTest, tabMovesTheFirstResponderAroundTheLoop)
     EXPECT_EQ(afterTab(NSKey::tab, InputModifier::shift), first.get());
 }
 
+TEST_F(WindowEventsTest, tabWithCommandIsNoMoveThroughTheLoop)
+{
+    const auto view = listen({0, 0, 50, 20}, "view");
+    view->accepts = true;
+    type(NSKey::tab, InputModifier::command);
+    EXPECT_EQ(window->firstResponder(), window.get());
+}
+
 TEST_F(WindowEventsTest, eventsMadeInCodeDoAllThatRealOnesDo)
 {
     const auto view = listen({0, 0, 100, 100}, "view");
