@@ -3,6 +3,7 @@
 // The one header that an application includes: the framework with the platform that it stands on.
 #include <AppKit/NSApplication.h>
 #include <AppKit/NSColor.h>
+#include <AppKit/NSControl.h>
 #include <AppKit/NSFont.h>
 #include <AppKit/NSLayoutConstraint.h>
 #include <AppKit/NSResponder.h>

@@ -5,6 +5,7 @@ namespace RVCore {
 class LayoutContext;
 class NSApplication;
 class NSColor;
+class NSControl;
 class NSCursor;
 class NSEvent;
 class NSFont;

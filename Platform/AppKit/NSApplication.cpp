@@ -2,11 +2,34 @@
 #include <AppKit/NSEvent.h>
 #include <AppKit/NSWindow.h>
 #include <Backend/Backend.h>
+#include <Foundation/Message.h>
 #include <Foundation/NSException.h>
 
 #include <algorithm>
 
 namespace RVCore {
+
+namespace {
+
+// Whether the object answers the action, and did so.
+bool perform(NSObject& object, Selector action, const ObjectRef& sender)
+{
+    if (!object.respondsToSelector(action))
+        return false;
+    const auto alive = shared(object); // what it does may be the end of it
+    if (action.argumentCount() == 0)
+        send(object, action);
+    else
+        send(object, action, sender);
+    return true;
+}
+
+std::string nameOf(const ObjectRef& object)
+{
+    return object ? object->description() : "nobody";
+}
+
+} // namespace
 
 Class& NSApplication::staticClass()
 {
@@ -16,6 +39,7 @@ Class& NSApplication::staticClass()
         publish.method("sendEvent:", &NSApplication::sendEvent);
         publish.method("postEvent:", &NSApplication::postEvent);
         publish.readOnlyProperty("windows", &NSApplication::windows);
+        publish.method("sendAction:to:from:", &NSApplication::sendAction);
         publish.classMethod("sharedApplication",
                             [](const Class&) { return RVCore::shared(NSApplication::shared()); });
     });
@@ -58,6 +82,28 @@ void NSApplication::postEvent(const std::shared_ptr<NSEvent>& event)
     if (!event)
         raiseInvalidArgument("NSApplication.postEvent:", "there is no event");
     Backend::shared().callLater([this, event] { sendEvent(*event); });
+}
+
+bool NSApplication::sendAction(Selector action, const ObjectRef& target, const ObjectRef& sender)
+{
+    if (action.argumentCount() > 1)
+        raiseInvalidArgument("NSApplication.sendAction:to:from:", "an action takes the sender or nothing, " +
+                                                                      action.name() + " takes " +
+                                                                      std::to_string(action.argumentCount()));
+    if (target) {
+        if (!perform(*target, action, sender))
+            raiseInvalidArgument("NSApplication.sendAction:to:from:", nameOf(target) + " does not answer " +
+                                                                          action.name() + ", sent by " +
+                                                                          nameOf(sender));
+        return true;
+    }
+    const NSWindow* window = keyWindow();
+    for (NSResponder* responder = window ? window->firstResponder() : nullptr; responder;
+         responder = responder->nextResponder()) {
+        if (perform(*responder, action, sender))
+            return true;
+    }
+    return perform(*this, action, sender);
 }
 
 void NSApplication::windowShown(const std::shared_ptr<NSWindow>& window, AppKitKey)

@@ -31,6 +31,11 @@ public:
     // The same at the next turn of the run loop.
     void postEvent(const std::shared_ptr<NSEvent>& event);
 
+    // Sends the action (a message that takes the sender or nothing) to the target; without a target to the first
+    // object that answers it, from the key window's first responder upward, then to the application itself.
+    // Returns whether anybody got it. Raises NSInvalidArgumentException when the target does not answer.
+    bool sendAction(Selector action, const ObjectRef& target, const ObjectRef& sender);
+
     // For AppKit's own classes.
     void windowShown(const std::shared_ptr<NSWindow>& window, AppKitKey);
     void windowClosed(NSWindow& window, AppKitKey);

@@ -1,0 +1,130 @@
+#include <AppKit/NSApplication.h>
+#include <AppKit/NSControl.h>
+#include <AppKit/NSWindow.h>
+#include <Foundation/NSCoder.h>
+#include <Foundation/NSException.h>
+
+namespace RVCore {
+
+namespace {
+
+class ClosureTarget : public NSObject {
+    RVCORE_CLASS(ClosureTarget)
+
+public:
+    using NSObject::init;
+    void init(std::function<void()> closure) { m_closure = std::move(closure); }
+
+    void perform(const ObjectRef&)
+    {
+        const auto alive = shared(*this); // the closure may give the control another target
+        m_closure();
+    }
+
+private:
+    std::function<void()> m_closure;
+};
+
+Class& ClosureTarget::staticClass()
+{
+    static Class& theClass = defineClass<ClosureTarget>("ClosureTarget", NSObject::staticClass(), [](auto& publish) {
+        publish.method("performClosure:", &ClosureTarget::perform);
+    });
+    return theClass;
+}
+
+} // namespace
+
+Class& NSControl::staticClass()
+{
+    static Class& theClass = defineClass<NSControl>("NSControl", NSView::staticClass(), [](auto& publish) {
+        publish.property("target", &NSControl::target, &NSControl::setTarget);
+        publish.property("action", &NSControl::action, &NSControl::setAction);
+        publish.method("setOnAction:", &NSControl::setOnAction);
+        publish.method("sendAction", &NSControl::sendAction);
+        publish.readOnlyProperty("isEnabled", &NSControl::isEnabled);
+        publish.method("setEnabled:", &NSControl::setEnabled);
+        publish.property("tag", &NSControl::tag, &NSControl::setTag);
+    });
+    return theClass;
+}
+
+void NSControl::init(NSCoder& coder)
+{
+    NSView::init(coder);
+    setAction(coder.decode<std::optional<Selector>>("action"));
+    setTag(coder.decode<std::int64_t>("tag"));
+    setEnabled(coder.decode<bool>("enabled"));
+}
+
+void NSControl::encode(NSCoder& coder) const
+{
+    NSView::encode(coder);
+    // A closure is not archived, so neither is the action that reaches it.
+    coder.encode("action", ValueConversion<std::optional<Selector>>::wrap(m_closureTarget ? std::nullopt : m_action));
+    coder.encode("tag", m_tag);
+    coder.encode("enabled", m_isEnabled);
+}
+
+void NSControl::setTarget(const ObjectRef& target)
+{
+    m_target = target;
+    m_hasTarget = target != nullptr;
+    if (m_closureTarget != target)
+        m_closureTarget = nullptr;
+}
+
+void NSControl::setAction(const std::optional<Selector>& action)
+{
+    if (action && action->argumentCount() > 1)
+        raiseInvalidArgument(classObject().name() + ".setAction:", "an action takes the sender or nothing, " +
+                                                                       action->name() + " takes " +
+                                                                       std::to_string(action->argumentCount()));
+    m_action = action;
+}
+
+void NSControl::setOnAction(std::function<void()> closure)
+{
+    m_closureTarget = closure ? make<ClosureTarget>(std::move(closure)) : nullptr;
+    setTarget(m_closureTarget);
+    setAction(m_closureTarget ? std::optional<Selector>("performClosure:") : std::nullopt);
+}
+
+bool NSControl::sendAction()
+{
+    const ObjectRef target = m_target.lock();
+    if (!m_action || (m_hasTarget && !target))
+        return false;
+    return NSApplication::shared().sendAction(*m_action, target, shared(*this));
+}
+
+void NSControl::setEnabled(bool enabled)
+{
+    if (m_isEnabled == enabled)
+        return;
+    m_isEnabled = enabled;
+    setNeedsDisplay(true);
+    NSWindow* host = window();
+    if (!enabled && host && host->firstResponder() == this)
+        host->makeFirstResponder(nullptr); // keys would go to something that does not take them
+}
+
+bool NSControl::becomeFirstResponder()
+{
+    setNeedsDisplay(true);
+    return NSView::becomeFirstResponder();
+}
+
+bool NSControl::resignFirstResponder()
+{
+    setNeedsDisplay(true);
+    return NSView::resignFirstResponder();
+}
+
+bool NSControl::hasKeyboardFocus() const
+{
+    const NSWindow* host = window();
+    return host && host->firstResponder() == this;
+}
+
+} // namespace RVCore

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <AppKit/NSView.h>
+
+#include <functional>
+#include <optional>
+
+namespace RVCore {
+
+// A view that a user operates and that tells a target about it: it sends its action, the selector of a message that
+// takes the control or nothing, to its target. Without a target, the first object on the responder chain that answers
+// gets it (see NSApplication::sendAction). The target is not held; once it has died, the action goes nowhere.
+//
+//     button->setTarget(document);            button->setOnAction([this] { save(); });
+//     button->setAction("save:");
+class NSControl : public NSView {
+    RVCORE_CLASS(NSControl)
+
+public:
+    using NSView::init;
+    // What a user may have changed is archived, and the action; the target is set again by whoever holds it.
+    void init(NSCoder& coder) override;
+    void encode(NSCoder& coder) const override;
+
+    ObjectRef target() const { return m_target.lock(); } // null when there is none, or once it has died
+    virtual void setTarget(const ObjectRef& target);
+    const std::optional<Selector>& action() const { return m_action; } // default absent: nothing is sent
+    virtual void setAction(const std::optional<Selector>& action);
+    // Makes a target of the closure, which the control holds until it gets another target; an empty one leaves the
+    // control without target and action.
+    void setOnAction(std::function<void()> closure);
+    // Sends the action to the target. Returns whether anybody got it; false without an action or when the target has
+    // died. Raises NSInvalidArgumentException when the target does not answer.
+    bool sendAction();
+
+    // What is not enabled is shown as such, takes neither clicks nor keys, and does not become first responder.
+    bool isEnabled() const { return m_isEnabled; } // default yes
+    virtual void setEnabled(bool enabled);
+    std::int64_t tag() const { return m_tag; } // the host's own number; default 0
+    void setTag(std::int64_t tag) { m_tag = tag; }
+
+    bool isFlipped() const override { return true; }
+    bool acceptsFirstResponder() const override { return m_isEnabled; }
+    bool becomeFirstResponder() override;
+    bool resignFirstResponder() override;
+
+protected:
+    // Whether keys go to this control and it is to show so.
+    bool hasKeyboardFocus() const;
+
+private:
+    std::weak_ptr<NSObject> m_target;
+    ObjectRef m_closureTarget; // what `setOnAction` made
+    std::optional<Selector> m_action;
+    std::int64_t m_tag = 0;
+    bool m_hasTarget = false; // also once it has died
+    bool m_isEnabled = true;
+};
+
+} // namespace RVCore
