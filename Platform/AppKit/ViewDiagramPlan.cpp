@@ -45,6 +45,9 @@ public:
         const CGFloat start = isRight ? slack : text.alignment == NSTextAlignment::center ? slack / 2 : 0;
         texts.emplace_back(rect.minX() + start, rect.minY(), size.width, rect.size.height);
     }
+    void drawImage(const CGImage&, const CGRect&) override { hasDrawn = true; }
+    void drawMask(const CGImage&, const CGRect&, const CGColor&) override { hasDrawn = true; }
+    void drawControl(const ControlDescription&, const CGRect&) override { hasDrawn = true; }
     void beginTransparencyLayer(CGFloat) override {}
     void endTransparencyLayer() override {}
 };

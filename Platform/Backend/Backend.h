@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Backend/Accessibility.h>
+#include <Backend/ControlLook.h>
 #include <Backend/InputEvent.h>
 #include <CoreGraphics/Canvas.h>
 
@@ -73,6 +74,12 @@ public:
     // only if the text wraps. Rounded up to whole points. Empty text is one line high. Raises
     // NSInvalidArgumentException unless the font's size is finite and above 0.
     virtual TextMetrics measureText(const TextDescription& text, CGFloat maximumWidth) = 0;
+
+    // The style of controls.
+    virtual ControlLook& controlLook() = 0;
+
+    // The picture in a PNG file; null when there is no such file or it holds none.
+    virtual CGImageRef readImage(const std::string& path) = 0;
 
     virtual std::unique_ptr<WindowBackend> makeWindow(WindowClient& client, CGSize contentSize) = 0;
 

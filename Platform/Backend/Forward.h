@@ -4,6 +4,7 @@ namespace RVCore {
 
 class AccessibleElement;
 class Backend;
+class ControlLook;
 class WindowBackend;
 class WindowClient;
 

@@ -2,6 +2,8 @@
 
 #include <CoreGraphics/CGAffineTransform.h>
 #include <CoreGraphics/CGColor.h>
+#include <CoreGraphics/CGImage.h>
+#include <CoreGraphics/ControlDescription.h>
 #include <CoreGraphics/TextDescription.h>
 
 namespace RVCore {
@@ -33,6 +35,13 @@ public:
     // Sets the text in the rectangle from its top, aligned and broken as it says, clipped to it. It stands upright
     // even where the transform mirrors the vertical axis.
     virtual void drawText(const TextDescription& text, const CGRect& rect) = 0;
+    // Stretches the image to fill the rectangle, whose edges are moved to the nearest device pixels; upright like
+    // text.
+    virtual void drawImage(const CGImage& image, const CGRect& rect) = 0;
+    // The same with the colour in place of the image's own, as thick as the image is opaque.
+    virtual void drawMask(const CGImage& mask, const CGRect& rect, const CGColor& color) = 0;
+    // Draws a control without its content, as the desktop's style has it (see ControlLook.h); upright, too.
+    virtual void drawControl(const ControlDescription& control, const CGRect& rect) = 0;
 
     // What is drawn until the matching end is composed first, then blended in with this opacity (0 to 1) as a whole.
     // Nests with save and restore; the end brings back transform and clip, too.

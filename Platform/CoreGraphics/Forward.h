@@ -2,12 +2,14 @@
 
 namespace RVCore {
 
+class CGImage;
 class Canvas;
 struct CGAffineTransform;
 struct CGColor;
 struct CGPoint;
 struct CGRect;
 struct CGSize;
+struct ControlDescription;
 struct EdgeInsets;
 struct FontDescription;
 struct RoundedRect;

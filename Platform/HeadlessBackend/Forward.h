@@ -3,6 +3,7 @@
 namespace RVCore {
 
 class HeadlessBackend;
+class HeadlessControlLook;
 class HeadlessWindow;
 class RecordingCanvas;
 

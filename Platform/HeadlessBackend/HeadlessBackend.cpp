@@ -3,6 +3,7 @@
 #include <HeadlessBackend/HeadlessText.h>
 
 #include <algorithm>
+#include <filesystem>
 
 namespace RVCore {
 
@@ -13,6 +14,15 @@ HeadlessBackend::~HeadlessBackend() = default;
 TextMetrics HeadlessBackend::measureText(const TextDescription& text, CGFloat maximumWidth)
 {
     return headlessTextMetrics(text, maximumWidth);
+}
+
+CGImageRef HeadlessBackend::readImage(const std::string& path)
+{
+    if (std::filesystem::exists(path))
+        raiseInvalidArgument("Backend.readImage",
+                             "cannot read " + path +
+                                 ": there is no decoder without a desktop backend; link RVCore::QtBackend");
+    return nullptr;
 }
 
 std::unique_ptr<WindowBackend> HeadlessBackend::makeWindow(WindowClient& client, CGSize contentSize)

@@ -2,6 +2,7 @@
 
 #include <Backend/Backend.h>
 #include <Backend/CallQueue.h>
+#include <HeadlessBackend/HeadlessControlLook.h>
 #include <HeadlessBackend/HeadlessWindow.h>
 
 namespace RVCore {
@@ -19,6 +20,9 @@ public:
 
     bool hasDisplay() const override { return false; }
     TextMetrics measureText(const TextDescription& text, CGFloat maximumWidth) override;
+    HeadlessControlLook& controlLook() override { return m_controlLook; }
+    // Raises NSInvalidArgumentException when the file exists: pictures take a desktop backend.
+    CGImageRef readImage(const std::string& path) override;
     std::unique_ptr<WindowBackend> makeWindow(WindowClient& client, CGSize contentSize) override;
     // Always raises NSInvalidArgumentException: pictures take a desktop backend.
     void writePicture(const std::string& path, CGSize size, CGFloat scale,
@@ -40,6 +44,7 @@ public:
 
 private:
     std::shared_ptr<HeadlessWindow::List> m_windows = std::make_shared<HeadlessWindow::List>();
+    HeadlessControlLook m_controlLook;
     CallQueue m_calls;
     int m_runDepth = 0;
     bool m_isStopped = false;

@@ -35,6 +35,11 @@ std::string colorText(const CGColor& color)
     return describe(CGColor{rounded(color.red), rounded(color.green), rounded(color.blue), rounded(color.alpha)});
 }
 
+std::string pixelsText(const CGImage& image)
+{
+    return std::to_string(image.width()) + " × " + std::to_string(image.height()) + " pixels";
+}
+
 std::string alignmentText(NSTextAlignment alignment)
 {
     switch (alignment) {
@@ -130,6 +135,21 @@ void RecordingCanvas::drawText(const TextDescription& text, const CGRect& rect)
         line += ", at most " + std::to_string(text.maximumNumberOfLines) +
                 (text.maximumNumberOfLines == 1 ? " line" : " lines");
     record(line);
+}
+
+void RecordingCanvas::drawImage(const CGImage& image, const CGRect& rect)
+{
+    record("image " + pixelsText(image) + " in " + rectText(rect));
+}
+
+void RecordingCanvas::drawMask(const CGImage& mask, const CGRect& rect, const CGColor& color)
+{
+    record("mask " + pixelsText(mask) + " in " + rectText(rect) + " " + colorText(color));
+}
+
+void RecordingCanvas::drawControl(const ControlDescription& control, const CGRect& rect)
+{
+    record(describe(control) + " in " + rectText(rect));
 }
 
 void RecordingCanvas::beginTransparencyLayer(CGFloat alpha)

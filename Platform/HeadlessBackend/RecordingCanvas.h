@@ -15,6 +15,9 @@ namespace RVCore {
 //       fill (0, 0) 100 × 50 rgba(1, 0, 0, 1)
 //       stroke (0, 0) 100 × 50 radius 4 width 1 rgba(0, 0, 0, 1)
 //       text "Hello" system 13 rgba(0, 0, 0, 1) in (0, 0) 40 × 17, right, truncatingTail, at most 2 lines
+//       image 16 × 16 pixels in (0, 0) 8 × 8
+//       mask 16 × 16 pixels in (0, 0) 8 × 8 rgba(0, 0, 0, 1)
+//       push button, pressed in (0, 0) 60 × 22
 //     restore
 //     layer 0.5
 //     end
@@ -37,6 +40,9 @@ public:
     void fill(const RoundedRect& shape, const CGColor& color) override;
     void strokeInside(const RoundedRect& shape, CGFloat width, const CGColor& color) override;
     void drawText(const TextDescription& text, const CGRect& rect) override;
+    void drawImage(const CGImage& image, const CGRect& rect) override;
+    void drawMask(const CGImage& mask, const CGRect& rect, const CGColor& color) override;
+    void drawControl(const ControlDescription& control, const CGRect& rect) override;
     void beginTransparencyLayer(CGFloat alpha) override;
     void endTransparencyLayer() override;
 

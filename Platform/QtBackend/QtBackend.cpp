@@ -5,6 +5,8 @@
 #include <QGuiApplication>
 #include <QtBackend/QtApplication.h>
 #include <QtBackend/QtBackend.h>
+#include <QtBackend/QtControlLook.h>
+#include <QtBackend/QtImage.h>
 #include <QtBackend/QtPicture.h>
 #include <QtBackend/QtText.h>
 #include <QtBackend/QtWindow.h>
@@ -77,6 +79,7 @@ QtBackend::QtBackend()
 {
     requireQtApplication();
     m_loop = std::make_unique<EventLoop>();
+    m_controlLook = std::make_unique<QtControlLook>();
 }
 
 QtBackend::~QtBackend() = default;
@@ -90,6 +93,16 @@ bool QtBackend::hasDisplay() const
 TextMetrics QtBackend::measureText(const TextDescription& text, CGFloat maximumWidth)
 {
     return RVCore::measureText(text, maximumWidth);
+}
+
+ControlLook& QtBackend::controlLook()
+{
+    return *m_controlLook;
+}
+
+CGImageRef QtBackend::readImage(const std::string& path)
+{
+    return RVCore::readImage(path);
 }
 
 std::unique_ptr<WindowBackend> QtBackend::makeWindow(WindowClient& client, CGSize contentSize)

@@ -19,6 +19,8 @@ public:
 
     bool hasDisplay() const override;
     TextMetrics measureText(const TextDescription& text, CGFloat maximumWidth) override;
+    ControlLook& controlLook() override;
+    CGImageRef readImage(const std::string& path) override;
     std::unique_ptr<WindowBackend> makeWindow(WindowClient& client, CGSize contentSize) override;
     void writePicture(const std::string& path, CGSize size, CGFloat scale,
                       const std::function<void(Canvas&)>& paint) override;
@@ -29,6 +31,7 @@ public:
 private:
     class EventLoop;
     std::unique_ptr<EventLoop> m_loop;
+    std::unique_ptr<ControlLook> m_controlLook;
 };
 
 } // namespace RVCore

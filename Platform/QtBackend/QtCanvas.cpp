@@ -3,7 +3,9 @@
 #include <QImage>
 #include <QPainter>
 #include <QtBackend/QtCanvas.h>
+#include <QtBackend/QtControlLook.h>
 #include <QtBackend/QtConversions.h>
+#include <QtBackend/QtImage.h>
 #include <QtBackend/QtText.h>
 
 #include <algorithm>
@@ -100,21 +102,46 @@ void QtCanvas::strokeInside(const RoundedRect& shape, CGFloat width, const CGCol
     m_painter->fillPath(path, toQColor(color));
 }
 
-void QtCanvas::drawText(const TextDescription& text, const CGRect& rect)
+void QtCanvas::drawUpright(const CGRect& rect, const std::function<void()>& draw)
 {
     const QTransform transform = m_painter->worldTransform();
     if (transform.determinant() >= 0) {
-        RVCore::drawText(*m_painter, text, rect);
+        draw();
         return;
     }
-    // Mirrored: mirror it back inside its rectangle, about the axis that leaves the text running to the right.
+    // Mirrored: mirror it back inside its rectangle, about the axis that leaves text running to the right.
     const bool mirrorsVertically = transform.m11() >= 0;
     m_painter->save();
     m_painter->translate(rect.midX(), rect.midY());
     m_painter->scale(mirrorsVertically ? 1 : -1, mirrorsVertically ? -1 : 1);
     m_painter->translate(-rect.midX(), -rect.midY());
-    RVCore::drawText(*m_painter, text, rect);
+    draw();
     m_painter->restore();
+}
+
+void QtCanvas::drawText(const TextDescription& text, const CGRect& rect)
+{
+    drawUpright(rect, [&] { RVCore::drawText(*m_painter, text, rect); });
+}
+
+void QtCanvas::drawImage(const CGImage& image, const CGRect& rect)
+{
+    drawUpright(rect, [&] { drawPixels(*m_painter, toQImage(image), rect); });
+}
+
+void QtCanvas::drawMask(const CGImage& mask, const CGRect& rect, const CGColor& color)
+{
+    QImage colored = toQImage(mask).convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    QPainter painter(&colored);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(colored.rect(), toQColor(color));
+    painter.end();
+    drawUpright(rect, [&] { drawPixels(*m_painter, colored, rect); });
+}
+
+void QtCanvas::drawControl(const ControlDescription& control, const CGRect& rect)
+{
+    drawUpright(rect, [&] { RVCore::drawControl(*m_painter, control, rect); });
 }
 
 void QtCanvas::beginTransparencyLayer(CGFloat alpha)

@@ -4,6 +4,7 @@
 
 #include <QTransform>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -27,12 +28,17 @@ public:
     void fill(const RoundedRect& shape, const CGColor& color) override;
     void strokeInside(const RoundedRect& shape, CGFloat width, const CGColor& color) override;
     void drawText(const TextDescription& text, const CGRect& rect) override;
+    void drawImage(const CGImage& image, const CGRect& rect) override;
+    void drawMask(const CGImage& mask, const CGRect& rect, const CGColor& color) override;
+    void drawControl(const ControlDescription& control, const CGRect& rect) override;
     void beginTransparencyLayer(CGFloat alpha) override;
     void endTransparencyLayer() override;
 
 private:
     struct Layer;
     QPainter& innermostPainter() const;
+    // Calls what draws in the rectangle under a transform that does not mirror it.
+    void drawUpright(const CGRect& rect, const std::function<void()>& draw);
 
     QPainter* m_painter; // the innermost layer's, or the one that the canvas was made on
     QPainter* const m_outermost;

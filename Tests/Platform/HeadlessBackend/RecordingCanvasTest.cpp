@@ -19,6 +19,12 @@ TEST(RecordingCanvas, WritesEveryOperationOnALineOfItsOwn)
     canvas.strokeInside({{0.5, 0, 99, 50}, 4}, 1.5, {0, 0, 0, 1});
     canvas.endTransparencyLayer();
     canvas.drawText({.text = "Hello"}, {10, 0, 40, 17});
+    const CGImage image(2, 1, std::vector<std::uint8_t>(8));
+    canvas.drawImage(image, {0, 0, 4, 2});
+    canvas.drawMask(image, {0, 0, 4, 2.00001}, {0, 0, 1, 1});
+    ControlDescription control;
+    control.isPressed = true;
+    canvas.drawControl(control, {0, 0, 60, 21});
     canvas.restore();
     EXPECT_EQ(canvas.text(), "save\n"
                              "  transform [1, 0, 0, -1, 0, 50]\n"
@@ -28,6 +34,9 @@ TEST(RecordingCanvas, WritesEveryOperationOnALineOfItsOwn)
                              "    stroke (0.5, 0) 99 × 50 radius 4 width 1.5 rgba(0, 0, 0, 1)\n"
                              "  end\n"
                              "  text \"Hello\" system 13 rgba(0, 0, 0, 1) in (10, 0) 40 × 17\n"
+                             "  image 2 × 1 pixels in (0, 0) 4 × 2\n"
+                             "  mask 2 × 1 pixels in (0, 0) 4 × 2 rgba(0, 0, 1, 1)\n"
+                             "  push button, pressed in (0, 0) 60 × 21\n"
                              "restore\n");
 }
 

@@ -1,0 +1,75 @@
+#include <HeadlessBackend/HeadlessControlLook.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace RVCore {
+
+namespace {
+
+constexpr CGFloat buttonMarginX = 10;
+constexpr CGFloat buttonMarginY = 4;
+constexpr CGFloat smallestButtonWidth = 60;
+constexpr CGFloat indicatorSide = 14;
+constexpr CGFloat indicatorGap = 4;
+constexpr CGFloat barHeight = 12;
+
+constexpr CGColor black{0, 0, 0, 1};
+constexpr CGColor white{1, 1, 1, 1};
+constexpr CGColor gray{0.5, 0.5, 0.5, 1};
+
+bool hasIndicator(const ControlDescription& control)
+{
+    return control.kind == ControlKind::checkBox || control.kind == ControlKind::radioButton;
+}
+
+} // namespace
+
+CGSize HeadlessControlLook::sizeForContent(const ControlDescription& control, CGSize content)
+{
+    CGSize size{std::ceil(content.width), std::ceil(content.height)};
+    if (control.kind == ControlKind::pushButton) {
+        size = {size.width + 2 * buttonMarginX, size.height + 2 * buttonMarginY};
+        if (control.hasText)
+            size.width = std::max(size.width, smallestButtonWidth);
+    } else if (hasIndicator(control)) {
+        const CGFloat gap = content.width > 0 ? indicatorGap : 0;
+        size = {indicatorSide + gap + size.width, std::max(indicatorSide, size.height)};
+    } else if (control.kind == ControlKind::progressBar) {
+        size = {0, barHeight};
+    }
+    return size;
+}
+
+CGRect HeadlessControlLook::contentRect(const ControlDescription& control, CGSize size)
+{
+    if (control.kind == ControlKind::pushButton)
+        return {buttonMarginX, buttonMarginY, std::max(0.0, size.width - 2 * buttonMarginX),
+                std::max(0.0, size.height - 2 * buttonMarginY)};
+    if (hasIndicator(control))
+        return {indicatorSide + indicatorGap, 0, std::max(0.0, size.width - indicatorSide - indicatorGap),
+                size.height};
+    return {};
+}
+
+CGColor HeadlessControlLook::contentColor(const ControlDescription& control)
+{
+    return control.isEnabled ? textColor(control.appearance) : gray;
+}
+
+CGColor HeadlessControlLook::windowColor(Appearance appearance)
+{
+    return appearance == Appearance::light ? white : black;
+}
+
+CGColor HeadlessControlLook::textColor(Appearance appearance)
+{
+    return appearance == Appearance::light ? black : white;
+}
+
+CGColor HeadlessControlLook::accentColor(Appearance)
+{
+    return {0, 0, 1, 1};
+}
+
+} // namespace RVCore
