@@ -4,10 +4,15 @@
 #include <AppKit/NSApplication.h>
 #include <AppKit/NSColor.h>
 #include <AppKit/NSControl.h>
+#include <AppKit/NSCursor.h>
+#include <AppKit/NSEvent.h>
 #include <AppKit/NSFont.h>
+#include <AppKit/NSImage.h>
+#include <AppKit/NSImageView.h>
 #include <AppKit/NSLayoutConstraint.h>
 #include <AppKit/NSResponder.h>
 #include <AppKit/NSTextField.h>
+#include <AppKit/NSTrackingArea.h>
 #include <AppKit/NSView.h>
 #include <AppKit/NSWindow.h>
 #include <AppKit/ViewDiagram.h>

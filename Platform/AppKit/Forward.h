@@ -9,6 +9,8 @@ class NSControl;
 class NSCursor;
 class NSEvent;
 class NSFont;
+class NSImage;
+class NSImageView;
 class NSLayoutConstraint;
 class NSResponder;
 class NSTextField;

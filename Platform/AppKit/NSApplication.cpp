@@ -1,5 +1,7 @@
+#include <AppKit/KnownValue.h>
 #include <AppKit/NSApplication.h>
 #include <AppKit/NSEvent.h>
+#include <AppKit/NSView.h>
 #include <AppKit/NSWindow.h>
 #include <Backend/Backend.h>
 #include <Foundation/Message.h>
@@ -39,6 +41,8 @@ Class& NSApplication::staticClass()
         publish.method("sendEvent:", &NSApplication::sendEvent);
         publish.method("postEvent:", &NSApplication::postEvent);
         publish.readOnlyProperty("windows", &NSApplication::windows);
+        publish.property("appearance", &NSApplication::appearance, &NSApplication::setAppearance);
+        publish.readOnlyProperty("effectiveAppearance", &NSApplication::effectiveAppearance);
         publish.method("sendAction:to:from:", &NSApplication::sendAction);
         publish.classMethod("sharedApplication",
                             [](const Class&) { return RVCore::shared(NSApplication::shared()); });
@@ -82,6 +86,22 @@ void NSApplication::postEvent(const std::shared_ptr<NSEvent>& event)
     if (!event)
         raiseInvalidArgument("NSApplication.postEvent:", "there is no event");
     Backend::shared().callLater([this, event] { sendEvent(*event); });
+}
+
+void NSApplication::setAppearance(std::optional<Appearance> appearance)
+{
+    if (appearance)
+        requireKnown("NSApplication.setAppearance:", *appearance, Appearance::light, Appearance::dark);
+    if (m_appearance == appearance)
+        return;
+    m_appearance = appearance;
+    for (const auto& window : m_windows)
+        window->contentView()->setNeedsDisplay(true);
+}
+
+Appearance NSApplication::effectiveAppearance() const
+{
+    return m_appearance ? *m_appearance : Backend::shared().controlLook().desktopAppearance();
 }
 
 bool NSApplication::sendAction(Selector action, const ObjectRef& target, const ObjectRef& sender)

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <AppKit/AppKitKey.h>
+#include <CoreGraphics/ControlDescription.h>
 #include <Foundation/NSObject.h>
 
+#include <optional>
 #include <vector>
 
 namespace RVCore {
@@ -31,6 +33,11 @@ public:
     // The same at the next turn of the run loop.
     void postEvent(const std::shared_ptr<NSEvent>& event);
 
+    // Whether controls are light or dark; absent (the default) for what the desktop is.
+    std::optional<Appearance> appearance() const { return m_appearance; }
+    void setAppearance(std::optional<Appearance> appearance);
+    Appearance effectiveAppearance() const;
+
     // Sends the action (a message that takes the sender or nothing) to the target; without a target to the first
     // object that answers it, from the key window's first responder upward, then to the application itself.
     // Returns whether anybody got it. Raises NSInvalidArgumentException when the target does not answer.
@@ -42,6 +49,7 @@ public:
 
 private:
     std::vector<std::shared_ptr<NSWindow>> m_windows;
+    std::optional<Appearance> m_appearance;
     bool m_isRunning = false;
 };
 

@@ -1,6 +1,8 @@
+#include <AppKit/NSAccessibility.h>
 #include <AppKit/NSApplication.h>
 #include <AppKit/NSControl.h>
 #include <AppKit/NSWindow.h>
+#include <Backend/Backend.h>
 #include <Foundation/NSCoder.h>
 #include <Foundation/NSException.h>
 
@@ -104,9 +106,17 @@ void NSControl::setEnabled(bool enabled)
         return;
     m_isEnabled = enabled;
     setNeedsDisplay(true);
+    postAccessibilityChange(*this, AccessibleChange::state);
     NSWindow* host = window();
     if (!enabled && host && host->firstResponder() == this)
         host->makeFirstResponder(nullptr); // keys would go to something that does not take them
+}
+
+AccessibleState NSControl::accessibilityState() const
+{
+    AccessibleState state = NSView::accessibilityState();
+    state.isEnabled = m_isEnabled;
+    return state;
 }
 
 bool NSControl::becomeFirstResponder()
@@ -121,10 +131,22 @@ bool NSControl::resignFirstResponder()
     return NSView::resignFirstResponder();
 }
 
-bool NSControl::hasKeyboardFocus() const
+ControlDescription NSControl::describeControl(ControlKind kind) const
 {
+    const NSApplication& application = NSApplication::shared();
     const NSWindow* host = window();
-    return host && host->firstResponder() == this;
+    ControlDescription description;
+    description.kind = kind;
+    description.appearance = application.effectiveAppearance();
+    description.isEnabled = m_isEnabled;
+    description.isWindowActive = !host || application.keyWindow() == host;
+    description.hasFocus = host && host->firstResponder() == this;
+    return description;
+}
+
+CGColor NSControl::contentColor(ControlKind kind) const
+{
+    return Backend::shared().controlLook().contentColor(describeControl(kind));
 }
 
 } // namespace RVCore

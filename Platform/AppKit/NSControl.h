@@ -1,6 +1,8 @@
 #pragma once
 
 #include <AppKit/NSView.h>
+#include <CoreGraphics/CGColor.h>
+#include <CoreGraphics/ControlDescription.h>
 
 #include <functional>
 #include <optional>
@@ -41,12 +43,15 @@ public:
 
     bool isFlipped() const override { return true; }
     bool acceptsFirstResponder() const override { return m_isEnabled; }
+    AccessibleState accessibilityState() const override;
     bool becomeFirstResponder() override;
     bool resignFirstResponder() override;
 
 protected:
-    // Whether keys go to this control and it is to show so.
-    bool hasKeyboardFocus() const;
+    // What the desktop's style has to know of every control, as it is now.
+    ControlDescription describeControl(ControlKind kind) const;
+    // Of text and templates in a control of that kind.
+    CGColor contentColor(ControlKind kind) const;
 
 private:
     std::weak_ptr<NSObject> m_target;

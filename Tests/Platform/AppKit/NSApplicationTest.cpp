@@ -31,6 +31,18 @@ TEST_F(NSApplicationTest, KnowsItsOpenWindowsInTheOrderInWhichTheyWereShown)
     EXPECT_THAT(application.windows(), ElementsAre(a));
 }
 
+TEST_F(NSApplicationTest, LooksAsTheDesktopDoesUnlessToldOtherwise)
+{
+    EXPECT_EQ(application.appearance(), std::nullopt);
+    EXPECT_EQ(application.effectiveAppearance(), Appearance::light);
+    send(application, "setAppearance:", 1);
+    EXPECT_EQ(application.effectiveAppearance(), Appearance::dark);
+    EXPECT_EQ(send(application, "effectiveAppearance").as<int>(), 1);
+    EXPECT_THROW(send(application, "setAppearance:", 2), NSException);
+    send(application, "setAppearance:", Value());
+    EXPECT_TRUE(send(application, "appearance").isNothing());
+}
+
 TEST_F(NSApplicationTest, RunReturnsAtOnceWithoutAWindow)
 {
     application.run();
