@@ -4,6 +4,7 @@ namespace RVCore {
 
 class LayoutContext;
 class NSApplication;
+class NSButton;
 class NSColor;
 class NSControl;
 class NSCursor;

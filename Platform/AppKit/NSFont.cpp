@@ -1,4 +1,5 @@
 #include <AppKit/NSFont.h>
+#include <Foundation/NSCoder.h>
 #include <Foundation/NSException.h>
 
 namespace RVCore {
@@ -37,6 +38,20 @@ void NSFont::init(const FontDescription& font)
 {
     requireFontSize("NSFont.init", font.size);
     m_font = font;
+}
+
+void NSFont::init(NSCoder& coder)
+{
+    init(FontDescription{coder.decode<std::string>("family"), coder.decode<CGFloat>("size"),
+                         coder.decode<bool>("bold"), coder.decode<bool>("monospacedDigits")});
+}
+
+void NSFont::encode(NSCoder& coder) const
+{
+    coder.encode("family", m_font.family);
+    coder.encode("size", m_font.size);
+    coder.encode("bold", m_font.bold);
+    coder.encode("monospacedDigits", m_font.monospacedDigits);
 }
 
 bool NSFont::isEqual(const NSObject& other) const

@@ -13,6 +13,8 @@ public:
     using NSObject::init;
     // Raises NSInvalidArgumentException unless the size is finite and above 0.
     void init(const FontDescription& font);
+    void init(NSCoder& coder) override;
+    void encode(NSCoder& coder) const override;
 
     const FontDescription& fontDescription() const { return m_font; }
     CGFloat pointSize() const { return m_font.size; }
