@@ -11,6 +11,7 @@
 #include <AppKit/NSImage.h>
 #include <AppKit/NSImageView.h>
 #include <AppKit/NSLayoutConstraint.h>
+#include <AppKit/NSProgressIndicator.h>
 #include <AppKit/NSResponder.h>
 #include <AppKit/NSTextField.h>
 #include <AppKit/NSTrackingArea.h>

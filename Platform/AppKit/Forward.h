@@ -13,6 +13,7 @@ class NSFont;
 class NSImage;
 class NSImageView;
 class NSLayoutConstraint;
+class NSProgressIndicator;
 class NSResponder;
 class NSTextField;
 class NSTrackingArea;
