@@ -28,6 +28,7 @@
 #include <CoreGraphics/CGGeometry.h>
 #include <CoreGraphics/Canvas.h>
 #include <Extensions/Collections.h>
+#include <Extensions/NSButton+RVCore.h>
 #include <Extensions/NSView+RVCore.h>
 #include <Foundation/AssociatedObjects.h>
 #include <Foundation/KeyPath.h>
