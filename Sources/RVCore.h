@@ -41,6 +41,7 @@
 #include <Foundation/Stop.h>
 #include <Foundation/Value.h>
 #include <Views/RVBaseView.h>
+#include <Views/RVColorButton.h>
 #include <Views/RVGroupView.h>
 #include <Views/RVIntrinsicView.h>
 #include <Views/RVSpacerView.h>

@@ -9,7 +9,11 @@ Class& NSColor::staticClass()
     static Class& theClass = defineClass<NSColor>("NSColor", NSObject::staticClass(), [](auto& publish) {
         publish.readOnlyProperty("CGColor", [](NSColor& self) { return self.cgColor(); });
         publish.classMethod("colorWithCGColor:",
-                            [](const Class&, const CGColor& color) { return make<NSColor>(color); });
+                            [](const Class&, const CGColor& color) { return colorWithCGColor(color); });
+        publish.classMethod("whiteColor", [](const Class&) { return whiteColor(); });
+        publish.classMethod("grayColor", [](const Class&) { return grayColor(); });
+        publish.classMethod("blackColor", [](const Class&) { return blackColor(); });
+        publish.classMethod("clearColor", [](const Class&) { return clearColor(); });
     });
     return theClass;
 }
@@ -43,6 +47,31 @@ std::string NSColor::description() const
 std::shared_ptr<NSColor> makeColor(double red, double green, double blue, double alpha)
 {
     return make<NSColor>(CGColor{red, green, blue, alpha});
+}
+
+std::shared_ptr<NSColor> colorWithCGColor(const CGColor& color)
+{
+    return make<NSColor>(color);
+}
+
+std::shared_ptr<NSColor> whiteColor()
+{
+    return makeColor(1, 1, 1);
+}
+
+std::shared_ptr<NSColor> grayColor()
+{
+    return makeColor(0.5, 0.5, 0.5);
+}
+
+std::shared_ptr<NSColor> blackColor()
+{
+    return makeColor(0, 0, 0);
+}
+
+std::shared_ptr<NSColor> clearColor()
+{
+    return makeColor(0, 0, 0, 0);
 }
 
 } // namespace RVCore

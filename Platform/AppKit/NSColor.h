@@ -26,5 +26,11 @@ private:
 
 // Components from 0 to 1; others raise NSInvalidArgumentException.
 std::shared_ptr<NSColor> makeColor(double red, double green, double blue, double alpha = 1);
+std::shared_ptr<NSColor> colorWithCGColor(const CGColor& color);
+
+std::shared_ptr<NSColor> whiteColor();
+std::shared_ptr<NSColor> grayColor(); // half way between black and white
+std::shared_ptr<NSColor> blackColor();
+std::shared_ptr<NSColor> clearColor(); // black of no opacity
 
 } // namespace RVCore

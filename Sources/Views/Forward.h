@@ -3,6 +3,7 @@
 namespace RVCore {
 
 class RVBaseView;
+class RVColorButton;
 class RVGroupView;
 class RVIntrinsicView;
 class RVSpacerView;

@@ -26,6 +26,18 @@ TEST(NSColor, ComponentsOutOfRangeRaise)
     EXPECT_THAT(raised([] { make<NSColor>(CGColor{0, std::nan(""), 0, 1}); }), HasSubstr("got nan"));
 }
 
+TEST(NSColor, SomeHaveNames)
+{
+    const auto named = [](const char* name) {
+        return send(NSColor::staticClass(), name).as<std::shared_ptr<NSColor>>()->cgColor();
+    };
+    EXPECT_EQ(named("whiteColor"), (CGColor{1, 1, 1, 1}));
+    EXPECT_EQ(named("grayColor"), (CGColor{0.5, 0.5, 0.5, 1}));
+    EXPECT_EQ(named("blackColor"), (CGColor{0, 0, 0, 1}));
+    EXPECT_EQ(named("clearColor"), (CGColor{0, 0, 0, 0}));
+    EXPECT_TRUE(colorWithCGColor({0, 1, 0, 0.5})->isEqual(*makeColor(0, 1, 0, 0.5)));
+}
+
 TEST(NSColor, IsMadeAndReadByName)
 {
     const auto color = send(NSColor::staticClass(), "colorWithCGColor:", CGColor{0, 1, 0, 0.5});
