@@ -1,0 +1,28 @@
+#pragma once
+
+namespace RVCore {
+
+// What the program takes for the time. Everything that waits, fades or moves asks this clock, so a test that replaces
+// it has time in its hand. Reading is safe from any thread.
+class DispatchClock {
+public:
+    DispatchClock() = default;
+    virtual ~DispatchClock() = default;
+    DispatchClock(const DispatchClock&) = delete;
+    DispatchClock& operator=(const DispatchClock&) = delete;
+
+    // Seconds since a moment that stays the same as long as the clock lives; never goes back.
+    virtual double seconds() const = 0;
+    // The present date: seconds since 1970-01-01 00:00 UTC.
+    virtual double secondsSince1970() const = 0;
+    // Whether time goes on by itself. Where it does not, nobody has to be woken at some time.
+    virtual bool isRunning() const = 0;
+
+    // The program's clock: the system's, unless another one is installed.
+    static DispatchClock& shared();
+    // Makes this the program's clock, or with null the system's again. It does not take the clock over. What waits on
+    // the main queue keeps its distance to the present. On the main thread, while no other one asks for the time.
+    static void install(DispatchClock* clock);
+};
+
+} // namespace RVCore

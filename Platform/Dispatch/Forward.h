@@ -1,0 +1,10 @@
+#pragma once
+
+namespace RVCore {
+
+class DispatchClock;
+class DispatchQueue;
+class DispatchTime;
+class ManualDispatchClock;
+
+} // namespace RVCore
