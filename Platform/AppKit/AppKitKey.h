@@ -16,9 +16,12 @@ class AppKitKey {
     AppKitKey() = default;
     friend class LayoutContext;
     friend class LayoutPass;
+    friend class NSApplication;
     friend class NSLayoutConstraint;
     friend class NSView;
+    friend class NSViewController;
     friend class NSWindow;
+    friend class NSWindowController;
     friend class ViewLayoutState;
     friend class WindowEvents;
     friend void postAccessibilityChange(NSView& view, AccessibleChange change);

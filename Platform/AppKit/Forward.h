@@ -15,9 +15,13 @@ class NSImageView;
 class NSLayoutConstraint;
 class NSProgressIndicator;
 class NSResponder;
+class NSScreen;
 class NSTextField;
 class NSTrackingArea;
 class NSView;
+class NSViewController;
 class NSWindow;
+class NSWindowController;
+class NSWindowDelegate;
 
 } // namespace RVCore

@@ -1,4 +1,5 @@
 #include <AppKit/KnownValue.h>
+#include <AppKit/MainQueueDriver.h>
 #include <AppKit/NSApplication.h>
 #include <AppKit/NSEvent.h>
 #include <AppKit/NSView.h>
@@ -35,18 +36,24 @@ std::string nameOf(const ObjectRef& object)
 
 Class& NSApplication::staticClass()
 {
-    static Class& theClass = defineClass<NSApplication>("NSApplication", NSObject::staticClass(), [](auto& publish) {
-        publish.method("run", &NSApplication::run);
-        publish.method("terminate", &NSApplication::terminate);
-        publish.method("sendEvent:", &NSApplication::sendEvent);
-        publish.method("postEvent:", &NSApplication::postEvent);
-        publish.readOnlyProperty("windows", &NSApplication::windows);
-        publish.property("appearance", &NSApplication::appearance, &NSApplication::setAppearance);
-        publish.readOnlyProperty("effectiveAppearance", &NSApplication::effectiveAppearance);
-        publish.method("sendAction:to:from:", &NSApplication::sendAction);
-        publish.classMethod("sharedApplication",
-                            [](const Class&) { return RVCore::shared(NSApplication::shared()); });
-    });
+    static Class& theClass =
+        defineClass<NSApplication>("NSApplication", NSResponder::staticClass(), [](auto& publish) {
+            publish.method("run", &NSApplication::run);
+            publish.method("terminate", &NSApplication::terminate);
+            publish.method("sendEvent:", &NSApplication::sendEvent);
+            publish.method("postEvent:", &NSApplication::postEvent);
+            publish.readOnlyProperty("windows", &NSApplication::windows);
+            publish.readOnlyProperty("orderedWindows", &NSApplication::orderedWindows);
+            publish.readOnlyProperty("keyWindow", [](NSApplication& self) {
+                return self.keyWindow() ? RVCore::shared(*self.keyWindow()) : nullptr;
+            });
+            publish.readOnlyProperty("isActive", &NSApplication::isActive);
+            publish.property("appearance", &NSApplication::appearance, &NSApplication::setAppearance);
+            publish.readOnlyProperty("effectiveAppearance", &NSApplication::effectiveAppearance);
+            publish.method("sendAction:to:from:", &NSApplication::sendAction);
+            publish.classMethod("sharedApplication",
+                                [](const Class&) { return RVCore::shared(NSApplication::shared()); });
+        });
     return theClass;
 }
 
@@ -56,11 +63,17 @@ NSApplication& NSApplication::shared()
     return *application;
 }
 
+void NSApplication::init()
+{
+    connectMainQueue();
+}
+
 void NSApplication::run()
 {
     if (m_windows.empty() || m_isRunning)
         return;
-    struct Running { // also when an exception ends it
+    connectMainQueue(); // a backend that is new knows nothing of what waits
+    struct Running {    // also when an exception ends it
         bool& flag;
         explicit Running(bool& isRunning) : flag(isRunning) { flag = true; }
         ~Running() { flag = false; }
@@ -130,6 +143,58 @@ void NSApplication::windowShown(const std::shared_ptr<NSWindow>& window, AppKitK
 {
     if (std::find(m_windows.begin(), m_windows.end(), window) == m_windows.end())
         m_windows.push_back(window);
+}
+
+std::vector<std::shared_ptr<NSWindow>> NSApplication::orderedWindows() const
+{
+    std::vector<std::shared_ptr<NSWindow>> windows;
+    for (NSWindow* window : m_orderedWindows)
+        windows.push_back(RVCore::shared(*window));
+    return windows;
+}
+
+void NSApplication::windowOrdered(NSWindow& window, WindowOrder order, AppKitKey)
+{
+    std::erase(m_orderedWindows, &window);
+    m_orderedWindows.insert(order == WindowOrder::front ? m_orderedWindows.begin() : m_orderedWindows.end(), &window);
+}
+
+void NSApplication::windowLeftScreen(NSWindow& window, AppKitKey)
+{
+    std::erase(m_orderedWindows, &window);
+    if (keyWindow() != &window)
+        return;
+    const auto next = std::find_if(m_orderedWindows.begin(), m_orderedWindows.end(),
+                                   [](const NSWindow* candidate) { return candidate->canBecomeKeyWindow(); });
+    if (next == m_orderedWindows.end())
+        setKeyWindow(nullptr, {});
+    else
+        (*next)->makeKeyWindow();
+}
+
+void NSApplication::windowActivated(NSWindow& window, bool isActive, AppKitKey)
+{
+    if (isActive) {
+        m_activeWindow = RVCore::shared(window);
+        if (window.isVisible() && window.canBecomeKeyWindow())
+            setKeyWindow(&window, {});
+    } else if (m_activeWindow.lock().get() == &window) {
+        m_activeWindow.reset();
+    }
+}
+
+void NSApplication::setKeyWindow(NSWindow* window, AppKitKey)
+{
+    const auto old = m_keyWindow.lock();
+    if (old.get() == window)
+        return;
+    const auto next = window ? RVCore::shared(*window) : nullptr;
+    m_keyWindow = next;
+    if (old)
+        old->keyChanged(false, {});
+    // Who was told may have chosen another one.
+    if (next && keyWindow() == window)
+        next->keyChanged(true, {});
 }
 
 void NSApplication::windowClosed(NSWindow& window, AppKitKey)

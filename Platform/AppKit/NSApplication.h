@@ -1,20 +1,23 @@
 #pragma once
 
 #include <AppKit/AppKitKey.h>
+#include <AppKit/NSResponder.h>
+#include <Backend/WindowPlacement.h>
 #include <CoreGraphics/ControlDescription.h>
-#include <Foundation/NSObject.h>
 
 #include <optional>
 #include <vector>
 
 namespace RVCore {
 
-// The program as the desktop sees it: its windows and its run loop.
-class NSApplication : public NSObject {
+// The program as the desktop sees it: its windows and its run loop, which also serves the main queue. The last one on
+// every responder chain that starts in a window.
+class NSApplication : public NSResponder {
     RVCORE_CLASS(NSApplication)
 
 public:
     static NSApplication& shared();
+    void init() override;
 
     // Serves windows and input until `terminate`, or until the last window has been closed. Returns at once when no
     // window is open.
@@ -24,8 +27,13 @@ public:
     // The windows that are open, in the order in which they were shown.
     const std::vector<std::shared_ptr<NSWindow>>& windows() const { return m_windows; }
 
-    // The window that keys go to: of those that are open, the one that was shown last; null when there is none.
-    NSWindow* keyWindow() const { return m_windows.empty() ? nullptr : m_windows.back().get(); }
+    // Those of them that are visible, the one in front first: as the program and the user last turned to them.
+    std::vector<std::shared_ptr<NSWindow>> orderedWindows() const;
+    // The window that keys go to when the program is active; null when no visible window can be that. When it leaves
+    // the screen, the next one from the front that can takes over.
+    NSWindow* keyWindow() const { return m_keyWindow.lock().get(); }
+    // Whether the desktop sends keys to one of the windows.
+    bool isActive() const { return !m_activeWindow.expired(); }
 
     // Sends an event to its window, or if it has none to the key window. Events of windows that have gone are
     // dropped.
@@ -46,10 +54,17 @@ public:
     // For AppKit's own classes.
     void windowShown(const std::shared_ptr<NSWindow>& window, AppKitKey);
     void windowClosed(NSWindow& window, AppKitKey);
+    void windowOrdered(NSWindow& window, WindowOrder order, AppKitKey);
+    void windowLeftScreen(NSWindow& window, AppKitKey);
+    void windowActivated(NSWindow& window, bool isActive, AppKitKey);
+    void setKeyWindow(NSWindow* window, AppKitKey);
 
 private:
     std::vector<std::shared_ptr<NSWindow>> m_windows;
     std::optional<Appearance> m_appearance;
+    std::vector<NSWindow*> m_orderedWindows; // visible, so open; the one in front first
+    std::weak_ptr<NSWindow> m_keyWindow;
+    std::weak_ptr<NSWindow> m_activeWindow; // that the desktop sends keys to
     bool m_isRunning = false;
 };
 

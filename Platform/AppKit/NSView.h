@@ -107,7 +107,8 @@ public:
     virtual void draw(Canvas& canvas, const CGRect& dirtyRect);
 
     // Input.
-    NSResponder* nextResponder() const override; // the superview, of a content view the window
+    // Its view controller if it has one, or else the superview, of a content view the window.
+    NSResponder* nextResponder() const override;
     void mouseDown(NSEvent& event) override;
     void mouseUp(NSEvent& event) override;
     void mouseMoved(NSEvent& event) override;
@@ -214,6 +215,8 @@ public:
     std::unique_ptr<ViewLayoutState>& layoutState(AppKitKey) { return m_layoutState; }
     void takeSolvedFrame(const CGRect& frame, AppKitKey) { storeFrame(frame); }
     void setHostWindow(NSWindow* window, AppKitKey);
+    void setViewController(NSViewController* controller, AppKitKey); // whose view this is; null for none
+    NSViewController* viewController(AppKitKey) const;
     // A point of the superview's coordinates in this view's own, as it is painted; nothing where it is not.
     std::optional<CGPoint> pointInside(CGPoint pointInSuperview, AppKitKey) const;
     // Null where no cursor rectangle is.

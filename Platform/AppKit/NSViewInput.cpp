@@ -1,3 +1,4 @@
+#include <AppKit/NSViewController.h>
 #include <AppKit/NSWindow.h>
 #include <AppKit/ViewExtras.h>
 #include <AppKit/ViewPlacement.h>
@@ -43,9 +44,22 @@ void NSView::setIdentifier(const std::string& identifier)
 
 NSResponder* NSView::nextResponder() const
 {
+    if (m_extras && m_extras->viewController)
+        return m_extras->viewController;
     if (m_superview)
         return m_superview;
     return m_hostWindow;
+}
+
+void NSView::setViewController(NSViewController* controller, AppKitKey)
+{
+    if (m_extras || controller)
+        extras().viewController = controller;
+}
+
+NSViewController* NSView::viewController(AppKitKey) const
+{
+    return m_extras ? m_extras->viewController : nullptr;
 }
 
 void NSView::setEventDefault(EventDefault function)

@@ -3,34 +3,86 @@
 #include <AppKit/NSAccessibility.h>
 #include <AppKit/NSApplication.h>
 #include <AppKit/NSEvent.h>
+#include <AppKit/NSScreen.h>
 #include <AppKit/NSView.h>
+#include <AppKit/NSViewController.h>
 #include <AppKit/NSWindow.h>
+#include <AppKit/NSWindowController.h>
 #include <AppKit/ViewSnapshot.h>
+#include <AppKit/WindowSizes.h>
 #include <Foundation/NSException.h>
-
-#include <algorithm>
-#include <cmath>
 
 namespace RVCore {
 
 namespace {
 
-CGFloat desktopSide(CGFloat side)
+template <class Publisher> void publishGeometry(Publisher& publish)
 {
-    return std::clamp(std::ceil(side), 1.0, 32767.0);
+    publish.initializer("initWithContentRect:styleMask:backing:defer:",
+                        [](NSWindow& self, const CGRect& contentRect, NSWindowStyleMask styleMask,
+                           NSBackingStoreType backing,
+                           bool isDeferred) { self.init(contentRect, styleMask, backing, isDeferred); });
+    publish.readOnlyProperty("styleMask", &NSWindow::styleMask);
+    publish.readOnlyProperty("isResizable", &NSWindow::isResizable);
+    publish.readOnlyProperty("frame", &NSWindow::frame);
+    publish.method("frameRectForContentRect:", &NSWindow::frameRectForContentRect);
+    publish.method("contentRectForFrameRect:", &NSWindow::contentRectForFrameRect);
+    publish.method("setFrame:display:", [](NSWindow& self, const CGRect& frame, bool display) {
+        self.setFrame(frame, {.display = display});
+    });
+    publish.method("setFrame:display:animate:", [](NSWindow& self, const CGRect& frame, bool display, bool animate) {
+        self.setFrame(frame, {.display = display, .animate = animate});
+    });
+    publish.method("setFrameOrigin:", &NSWindow::setFrameOrigin);
+    publish.method("animationResizeTime:", &NSWindow::animationResizeTime);
+    publish.readOnlyProperty("isAnimatingFrame", &NSWindow::isAnimatingFrame);
+    publish.method("center", &NSWindow::center);
+    publish.property("contentSize", &NSWindow::contentSize, &NSWindow::setContentSize);
+    publish.property("contentMinSize", &NSWindow::contentMinSize, &NSWindow::setContentMinSize);
+    publish.property("contentMaxSize", &NSWindow::contentMaxSize, &NSWindow::setContentMaxSize);
+    publish.readOnlyProperty("screen", &NSWindow::screen);
+    publish.readOnlyProperty("backingScaleFactor", &NSWindow::backingScaleFactor);
 }
 
-CGSize desktopSize(CGSize size)
+template <class Publisher> void publishOrder(Publisher& publish)
 {
-    return {desktopSide(size.width), desktopSide(size.height)};
+    publish.readOnlyProperty("windowController", [](NSWindow& self) {
+        return self.windowController() ? shared(*self.windowController()) : nullptr;
+    });
+    publish.readOnlyProperty("isVisible", &NSWindow::isVisible);
+    publish.readOnlyProperty("isMiniaturized", &NSWindow::isMiniaturized);
+    publish.method("orderFront", &NSWindow::orderFront);
+    publish.method("orderBack", &NSWindow::orderBack);
+    publish.method("orderOut", &NSWindow::orderOut);
+    publish.method("makeKeyAndOrderFront", &NSWindow::makeKeyAndOrderFront);
+    publish.method("makeKeyWindow", &NSWindow::makeKeyWindow);
+    publish.readOnlyProperty("isKeyWindow", &NSWindow::isKeyWindow);
+    publish.readOnlyProperty("canBecomeKeyWindow", &NSWindow::canBecomeKeyWindow);
+    publish.method("miniaturize", &NSWindow::miniaturize);
+    publish.method("deminiaturize", &NSWindow::deminiaturize);
+    publish.method("close", &NSWindow::close);
+    publish.method("performClose", &NSWindow::performClose);
+    publish.method("addChildWindow:ordered:", &NSWindow::addChildWindow);
+    publish.method("removeChildWindow:", &NSWindow::removeChildWindow);
+    publish.readOnlyProperty("childWindows", &NSWindow::childWindows);
+    publish.readOnlyProperty(
+        "parentWindow", [](NSWindow& self) { return self.parentWindow() ? shared(*self.parentWindow()) : nullptr; });
 }
 
-CGSize requiredDesktopSize(std::string_view operation, CGSize size)
+constexpr std::uint32_t knownStyleBits = 1 | 2 | 4 | 8 | 256 | 4096 | 32768;
+
+void requireKnownStyle(NSWindowStyleMask mask)
 {
-    requireFinite(operation, "size", size);
-    if (size.width < 1 || size.height < 1)
-        raiseInvalidArgument(operation, "a window's content is at least 1 × 1, got " + describe(size));
-    return desktopSize(size);
+    const std::uint32_t unknown = static_cast<std::uint32_t>(mask) & ~knownStyleBits;
+    if (unknown != 0)
+        raiseInvalidArgument("NSWindow.initWithContentRect:styleMask:backing:defer:",
+                             "styleMask has bits that no style has: " + std::to_string(unknown));
+}
+
+// A side that is 0 is left to the content.
+CGFloat initialSide(CGFloat side)
+{
+    return side == 0 ? 0 : desktopSide(side);
 }
 
 } // namespace
@@ -40,11 +92,8 @@ Class& NSWindow::staticClass()
     static Class& theClass = defineClass<NSWindow>("NSWindow", NSResponder::staticClass(), [](auto& publish) {
         publish.property("title", &NSWindow::title, &NSWindow::setTitle);
         publish.property("contentView", &NSWindow::contentView, &NSWindow::setContentView);
-        publish.property("contentSize", &NSWindow::contentSize, &NSWindow::setContentSize);
-        publish.readOnlyProperty("backingScaleFactor", &NSWindow::backingScaleFactor);
-        publish.readOnlyProperty("isVisible", &NSWindow::isVisible);
-        publish.method("makeKeyAndOrderFront", &NSWindow::makeKeyAndOrderFront);
-        publish.method("close", &NSWindow::close);
+        publish.property("contentViewController", &NSWindow::contentViewController,
+                         &NSWindow::setContentViewController);
         publish.readOnlyProperty("firstResponder", [](NSWindow& self) { return shared(*self.firstResponder()); });
         publish.method("makeFirstResponder:", [](NSWindow& self, const std::shared_ptr<NSResponder>& responder) {
             return self.makeFirstResponder(responder.get());
@@ -55,6 +104,8 @@ Class& NSWindow::staticClass()
         publish.method("selectNextKeyView", &NSWindow::selectNextKeyView);
         publish.method("selectPreviousKeyView", &NSWindow::selectPreviousKeyView);
         publish.method("layoutIfNeeded", &NSWindow::layoutIfNeeded);
+        publishGeometry(publish);
+        publishOrder(publish);
     });
     return theClass;
 }
@@ -63,6 +114,11 @@ NSWindow::NSWindow() = default;
 
 NSWindow::~NSWindow()
 {
+    for (const Child& child : m_children) {
+        child.window->m_parent = nullptr;
+        if (child.window->m_backend)
+            child.window->m_backend->setParent(nullptr);
+    }
     m_backend.reset(); // no more calls from the desktop
     if (m_contentView)
         m_contentView->setHostWindow(nullptr, {});
@@ -70,7 +126,25 @@ NSWindow::~NSWindow()
 
 void NSWindow::init(CGSize contentSize)
 {
-    m_contentSize = requiredDesktopSize("NSWindow.init", contentSize);
+    using Mask = NSWindowStyleMask;
+    init(CGRect({}, requiredDesktopSize("NSWindow.init", contentSize)),
+         Mask::titled | Mask::closable | Mask::miniaturizable | Mask::resizable);
+}
+
+void NSWindow::init(const CGRect& contentRect, NSWindowStyleMask styleMask, NSBackingStoreType backing, bool)
+{
+    constexpr std::string_view operation = "NSWindow.initWithContentRect:styleMask:backing:defer:";
+    requireWindowRect(operation, "contentRect", contentRect);
+    requireKnownStyle(styleMask);
+    if (backing != NSBackingStoreType::buffered)
+        raiseInvalidArgument(operation,
+                             "backing must be buffered (2), got " + std::to_string(static_cast<int>(backing)));
+    m_styleMask = styleMask;
+    if (contains(styleMask, NSWindowStyleMask::titled))
+        m_margins.top = usualTitleBarHeight;
+    m_contentSize = {initialSide(contentRect.size.width), initialSide(contentRect.size.height)};
+    m_origin = {contentRect.minX(), contentRect.maxY() - m_contentSize.height};
+    m_isPlaced = contentRect.origin != CGPoint();
     setContentView(make<NSView>(CGRect({}, m_contentSize)));
 }
 
@@ -92,6 +166,11 @@ void NSWindow::setContentView(const std::shared_ptr<NSView>& view)
     if (view->isContentView())
         raiseInvalidArgument("NSWindow.setContentView:",
                              view->description() + " is the content view of another window");
+    replaceContent(view, nullptr);
+}
+
+void NSWindow::takeContentView(const std::shared_ptr<NSView>& view)
+{
     view->removeFromSuperview();
     if (m_contentView) {
         subtreeWillLeave(*m_contentView, {});
@@ -104,55 +183,45 @@ void NSWindow::setContentView(const std::shared_ptr<NSView>& view)
     contentNeedsFrame({});
 }
 
-void NSWindow::setContentSize(CGSize size)
+void NSWindow::setContentViewController(const std::shared_ptr<NSViewController>& controller)
 {
-    const CGSize wholeSize = requiredDesktopSize("NSWindow.setContentSize:", size);
-    if (m_contentSize == wholeSize)
+    if (controller == m_contentViewController)
         return;
-    applyContentSize(wholeSize);
-    if (m_backend)
-        m_backend->setContentSize(wholeSize);
+    const auto alive = shared(*this); // loading the view may do anything
+    const std::shared_ptr<NSView> view = controller ? controller->view() : make<NSView>();
+    if (view != m_contentView && view->isContentView())
+        raiseInvalidArgument("NSWindow.setContentViewController:",
+                             view->description() + " is the content view of another window");
+    const CGSize size = !controller || controller->preferredContentSize() == CGSize()
+                            ? view->frame().size
+                            : controller->preferredContentSize();
+    replaceContent(view, controller);
+    if (size.width >= 1 && size.height >= 1)
+        setContentSize(size);
 }
 
-void NSWindow::applyContentSize(CGSize size)
+void NSWindow::replaceContent(const std::shared_ptr<NSView>& view,
+                              const std::shared_ptr<NSViewController>& controller)
 {
-    m_contentSize = size;
-    m_contentView->setFrame({{}, size});
-    contentNeedsFrame({});
-}
-
-CGFloat NSWindow::backingScaleFactor() const
-{
-    return m_backend ? m_backend->backingScale() : 1;
-}
-
-void NSWindow::makeKeyAndOrderFront()
-{
-    layoutIfNeeded(); // first, so that the window opens at the size that its content needs
-    if (!m_backend) {
-        m_backend = Backend::shared().makeWindow(*this, m_contentSize);
-        m_backend->setTitle(m_title);
-        m_backend->setMinimumContentSize(m_minimumContentSize);
-    }
-    m_isVisible = true;
-    NSApplication::shared().windowShown(shared(*this), {});
-    m_backend->setVisible(true);
-}
-
-void NSWindow::close()
-{
-    if (!m_isVisible)
-        return;
-    const auto alive = shared(*this); // the application may hold the last reference
-    m_isVisible = false;
-    m_events.windowClosed();
-    m_backend->setVisible(false);
-    NSApplication::shared().windowClosed(*this, {});
+    const auto alive = shared(*this); // what is told may close the window
+    const auto old = m_contentViewController;
+    const bool isOnScreen = isVisible();
+    if (old && isOnScreen)
+        old->viewWillDisappear();
+    if (controller && isOnScreen)
+        controller->viewWillAppear();
+    m_contentViewController = controller;
+    if (view != m_contentView)
+        takeContentView(view);
+    if (old && isOnScreen)
+        old->viewDidDisappear();
+    if (controller && isOnScreen)
+        controller->viewDidAppear();
 }
 
 void NSWindow::sendEvent(NSEvent& event)
 {
-    if (m_isVisible)
+    if (isVisible())
         m_events.dispatch(event);
 }
 
@@ -243,10 +312,14 @@ void NSWindow::layoutIfNeeded()
     m_contentView->layoutSubtreeIfNeeded();
 }
 
-// Grows to what the content needs, or shrinks to the most that it can be.
+// Grows to what the content needs, or shrinks to the most that it can be. A side that was made 0 stays so as long as
+// the content needs none.
 void NSWindow::takeNeededSize()
 {
-    const CGSize needed = desktopSize(m_contentView->frame().size);
+    const CGSize solved = m_contentView->frame().size;
+    const auto neededSide = [](CGFloat side, CGFloat present) { return side == present ? side : desktopSide(side); };
+    const CGSize needed{neededSide(solved.width, m_contentSize.width),
+                        neededSide(solved.height, m_contentSize.height)};
     const auto isNew = [](CGFloat side, CGFloat present, CGFloat& asked) {
         const bool wasAsked = side == asked;
         asked = side == present ? 0 : side;
@@ -268,21 +341,13 @@ void NSWindow::updateMinimumContentSize()
         return;
     m_constraintRevision = context.revision();
     m_minimumContentSize = desktopSize(m_contentView->fittingSize(NSLayoutPriorityWindowSizeStayPut));
-    if (m_backend)
-        m_backend->setMinimumContentSize(m_minimumContentSize);
+    limitsChanged();
 }
 
 void NSWindow::contentNeedsFrame(AppKitKey)
 {
     if (m_backend && m_isVisible)
         m_backend->requestFrame();
-}
-
-void NSWindow::contentSizeChanged(CGSize size)
-{
-    const auto alive = shared(*this);
-    if (size != m_contentSize && size.width >= 1 && size.height >= 1)
-        applyContentSize(size);
 }
 
 void NSWindow::prepareFrame()

@@ -2,17 +2,31 @@
 
 #include <AppKit/AppKitKey.h>
 #include <AppKit/NSResponder.h>
+#include <AppKit/NSWindowDelegate.h>
+#include <AppKit/NSWindowStyle.h>
 #include <AppKit/WindowEvents.h>
 #include <Backend/Backend.h>
+#include <Dispatch/DispatchTime.h>
 
 namespace RVCore {
 
-class NSView;
+class WindowFrameAnimation;
 
 // A window with a content view. The content view has the size of the window's content, and the window is never
-// smaller than what the constraints of its content need; it never grows by itself otherwise. Sizes are of the
-// content, in points: a desktop knows whole ones from 1 to 32,767, and fractions are rounded up. A desktop that
-// refuses the size that the content needs is asked once. Main thread only.
+// smaller than what the constraints of its content need; it never grows by itself otherwise. A desktop that refuses
+// the size that the content needs is asked once. Main thread only.
+//
+//      ┌─────────────────┐ top        frame: with the title bar and borders, in screen coordinates, whose
+//      │    title bar    │            origin is at the main screen's bottom left corner, y upward, in points
+//      ├─────────────────┤
+//      │     content     │            A desktop knows whole points from 1 to 32,767 for the sides of the content;
+//      │                 │            fractions are rounded up. When the content's size changes, the top left
+//      └─────────────────┘            corner stays, unless a whole frame is set.
+//    origin
+//
+// Until a desktop tells what it puts around the content, and where there is none, a title bar is 22 points high. A
+// window that nobody has placed is placed by the desktop. One that does not let programs place their windows
+// (Wayland) leaves it where it is; what was asked for is then still what the window answers.
 class NSWindow : public NSResponder, private WindowClient {
     RVCORE_CLASS(NSWindow)
 
@@ -21,25 +35,87 @@ public:
     ~NSWindow() override;
 
     void init() override { init(CGSize{480, 320}); }
-    // Sizes that are not finite or less than 1 × 1 raise NSInvalidArgumentException.
+    // A window with a title bar that the user can close, minimise and resize. Sizes that are not finite or less than
+    // 1 × 1 raise NSInvalidArgumentException.
     using NSObject::init;
     void init(CGSize contentSize);
+    // A side of 0 is legal: the content takes the size that it needs. With the origin (0, 0) the desktop places the
+    // window. Sides that are negative, numbers that are not finite and style bits that are none raise
+    // NSInvalidArgumentException. Deferral changes nothing: a desktop's window is made when it is first shown.
+    virtual void init(const CGRect& contentRect, NSWindowStyleMask styleMask,
+                      NSBackingStoreType backing = NSBackingStoreType::buffered, bool isDeferred = false);
 
+    NSWindowStyleMask styleMask() const { return m_styleMask; }
+    bool isResizable() const { return contains(m_styleMask, NSWindowStyleMask::resizable); } // by the user
+    std::shared_ptr<NSWindowDelegate> delegate() const { return m_delegate.lock(); }
+    void setDelegate(const std::weak_ptr<NSWindowDelegate>& delegate) { m_delegate = delegate; } // not owned
     const std::string& title() const { return m_title; }
     void setTitle(const std::string& title);
 
     // Never null. Replacing it gives the new view the window's content size.
     const std::shared_ptr<NSView>& contentView() const { return m_contentView; }
     void setContentView(const std::shared_ptr<NSView>& view);
+    // Setting one gives the window its view for content, in the view's size if that has one, null a plain view;
+    // setting another content view takes the controller out. Default null.
+    const std::shared_ptr<NSViewController>& contentViewController() const { return m_contentViewController; }
+    void setContentViewController(const std::shared_ptr<NSViewController>& controller);
+    NSWindowController* windowController() const; // null for none; not owned
+
+    // Geometry. Numbers that are not finite, negative sides, and origins further than 1,000,000 points from that of
+    // the screen raise NSInvalidArgumentException. Sizes are kept within the limits of the content.
+    CGRect frame() const;
+    CGRect frameRectForContentRect(const CGRect& contentRect) const;
+    CGRect contentRectForFrameRect(const CGRect& frameRect) const;
+    // Animated, the frame is on its way for animationResizeTime; whatever else sets frame, origin or size ends that.
+    virtual void setFrame(const CGRect& frame, NSWindowFrameChange change = {});
+    virtual void setFrameOrigin(CGPoint origin);
+    // Seconds that an animated change to this frame takes: 0.2 for every 150 points of its largest change.
+    virtual double animationResizeTime(const CGRect& newFrame) const;
+    bool isAnimatingFrame() const { return m_animation != nullptr; }
+    void center(); // in what is visible of its screen
     CGSize contentSize() const { return m_contentSize; }
     void setContentSize(CGSize size);
+    // Limits for the content's size, beside what the content needs, which comes first. Defaults: 0 × 0 and
+    // 32,767 × 32,767. Of two that contradict each other the minimum counts.
+    CGSize contentMinSize() const { return m_contentMinSize; }
+    void setContentMinSize(CGSize size);
+    CGSize contentMaxSize() const { return m_contentMaxSize; }
+    void setContentMaxSize(CGSize size);
+    // The screen that most of the window is on; null when that is none.
+    std::shared_ptr<NSScreen> screen() const;
     CGFloat backingScaleFactor() const;
 
-    bool isVisible() const { return m_isVisible; }
-    // Shows the window above the others and lays out its content. The application holds it until it is closed.
+    // On the screen. A window is open from when it is first shown until it is closed; the application holds it so
+    // long. Visible it is while it is neither ordered out nor minimised.
+    bool isVisible() const { return m_isVisible && !m_isMiniaturized; }
+    bool isMiniaturized() const { return m_isMiniaturized; }
+    // Show the window, with its content laid out, in front of the program's other windows; behind them.
+    void orderFront();
+    void orderBack();
+    void orderOut(); // takes it off the screen and leaves it open
     void makeKeyAndOrderFront();
-    // Takes the window off the screen; when it was the last one, the application's run ends.
-    void close();
+    // Makes keys go to this window if it is visible and can be the key window; otherwise does nothing.
+    void makeKeyWindow();
+    bool isKeyWindow() const;
+    virtual bool canBecomeKeyWindow() const; // default: with a title bar
+    // A window that is not open stays as it is.
+    void miniaturize();
+    void deminiaturize();
+    // Takes the window off the screen and closes its child windows; when it was the last one that was open, the
+    // application's run ends. Does nothing to a window that is not open.
+    virtual void close();
+    // What the user's closing does: closes the window if it is closable and its delegate agrees.
+    void performClose();
+
+    // Child windows stay in front of their parent, or behind it, and move with it. The parent holds them. Adding one
+    // takes it from the parent it had; it does not show it. A window that is added to itself or to one of its own
+    // child windows, and an order that is none, raise NSInvalidArgumentException.
+    void addChildWindow(const std::shared_ptr<NSWindow>& child, NSWindowOrderingMode order);
+    void removeChildWindow(NSWindow& child); // one that is not there does nothing
+    std::vector<std::shared_ptr<NSWindow>> childWindows() const;
+    NSWindow* parentWindow() const { return m_parent; }
+
+    NSResponder* nextResponder() const override; // the window controller, or else the application
 
     // Sends an event to where it belongs: pointer events to the view under the pointer, or to the one where the
     // button was pressed while one is down; keys to the first responder. A window that is not visible drops it.
@@ -68,14 +144,48 @@ public:
     void setCursor(CursorShape shape, AppKitKey);
     void accessibilityChanged(const std::shared_ptr<AccessibleElement>& element, AccessibleChange change, AppKitKey);
     void subtreeWillLeave(NSView& subtree, AppKitKey);
+    void setWindowController(NSWindowController* controller, AppKitKey);
+    void keyChanged(bool isKey, AppKitKey);
 
 private:
+    struct Child {
+        std::shared_ptr<NSWindow> window;
+        NSWindowOrderingMode order;
+    };
+
+    CGPoint topLeft() const;
+    CGRect constrained(const CGRect& frame) const;
+    CGSize limited(CGSize contentSize) const;
+    void limitsChanged();
+    void animateTo(const CGRect& frame);
+    void scheduleStep(DispatchTime time);
+    void stepAnimation();
+    void applyFrame(const CGRect& frame);
     void applyContentSize(CGSize size);
+    void applyGeometry(CGPoint origin, CGSize contentSize);
+    void topLeftMoved(CGPoint before);
+    void moveBy(CGFloat dx, CGFloat dy);
+    void tellDelegate(void (NSWindowDelegate::*notice)(NSWindow&));
+
+    void passOrigin();
+    void makeBackend();
+    void show(WindowOrder order);
+    void leaveScreen();
+    void setMiniaturized(bool isMiniaturized);
+    void addFamily(std::vector<NSWindow*>& backToFront);
+    std::vector<NSWindow*> family();
+    void orderFamily(WindowOrder order);
+    void replaceContent(const std::shared_ptr<NSView>& view, const std::shared_ptr<NSViewController>& controller);
+    void takeContentView(const std::shared_ptr<NSView>& view);
     void takeNeededSize();
     void updateMinimumContentSize();
 
     void contentSizeChanged(CGSize size) override;
-    void closeRequested() override { close(); }
+    void closeRequested() override { performClose(); }
+    void placementChanged() override;
+    void backingScaleChanged() override;
+    void activeChanged(bool isActive) override;
+    void minimizedChanged(bool isMinimized) override;
     void prepareFrame() override;
     void paint(Canvas& canvas) override;
     void handleInput(const InputEvent& event) override { m_events.handleInput(event); }
@@ -86,11 +196,25 @@ private:
     std::unique_ptr<WindowBackend> m_backend;    // made when the window is first shown
     std::weak_ptr<NSResponder> m_firstResponder; // expired for the window itself
     WindowEvents m_events{*this};
+    std::shared_ptr<NSViewController> m_contentViewController;
+    std::weak_ptr<NSWindowDelegate> m_delegate;
+    NSWindowController* m_windowController = nullptr;
+    NSWindow* m_parent = nullptr;
+    std::vector<Child> m_children; // of each order the lowest first
+    std::shared_ptr<const WindowFrameAnimation> m_animation;
+    NSWindowStyleMask m_styleMask = NSWindowStyleMask::borderless;
+    CGPoint m_origin;     // of the frame
+    EdgeInsets m_margins; // of the frame around the content
     CGSize m_contentSize;
-    CGSize m_minimumContentSize{1, 1};
+    CGSize m_contentMinSize;
+    CGSize m_contentMaxSize{32767, 32767};
+    CGSize m_minimumContentSize{1, 1};      // that the content needs
     CGSize m_askedSize;                     // what the content last made the window ask for; 0 where it fits
     std::uint64_t m_constraintRevision = 0; // that the minimum was found for; 0 when there is none
-    bool m_isVisible = false;
+    bool m_isPlaced = false;                // by the program or the user
+    bool m_isOpen = false;
+    bool m_isVisible = false; // or minimised
+    bool m_isMiniaturized = false;
     bool m_acceptsMouseMovedEvents = false;
 };
 

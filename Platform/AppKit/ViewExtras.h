@@ -19,6 +19,7 @@ struct NSView::Extras {
     std::weak_ptr<NSView> nextKeyView;
     std::string accessibilityLabel;
     bool isAccessibilityModal = false;
+    NSViewController* viewController = nullptr; // whose view this is
 };
 
 } // namespace RVCore

@@ -3,11 +3,13 @@
 #include <Backend/Accessibility.h>
 #include <Backend/ControlLook.h>
 #include <Backend/InputEvent.h>
+#include <Backend/WindowPlacement.h>
 #include <CoreGraphics/Canvas.h>
 
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace RVCore {
 
@@ -19,6 +21,13 @@ public:
     virtual ~WindowClient() = default;
     // The desktop or the user gave the content another size.
     virtual void contentSizeChanged(CGSize size) = 0;
+    // The desktop or the user moved the window, or gave it another frame: `placement` has changed.
+    virtual void placementChanged() = 0;
+    // The window was moved to a screen with another backing scale.
+    virtual void backingScaleChanged() = 0;
+    // Keys go to this window from now on, or no longer.
+    virtual void activeChanged(bool isActive) = 0;
+    virtual void minimizedChanged(bool isMinimized) = 0;
     // The user asks to close the window; the client closes it (or does not).
     virtual void closeRequested() = 0;
     // Once before the window is painted: the time to bring layout up to date.
@@ -40,6 +49,24 @@ public:
     virtual void setContentSize(CGSize size) = 0;
     // The desktop does not let the content be smaller than this; content that is smaller now grows to it.
     virtual void setMinimumContentSize(CGSize size) = 0;
+    // The user does not get it larger than this. Sides as above; at first there is no limit.
+    virtual void setMaximumContentSize(CGSize size) = 0;
+    // Before the window is first visible.
+    virtual void setStyle(const WindowStyle& style) = 0;
+    // Puts the window's top left corner there, rounded to whole points and clipped to what the desktop can count. A
+    // desktop that does not let programs place their windows (Wayland) ignores it; before this has been called, the
+    // desktop chooses a place.
+    virtual void setOrigin(CGPoint origin) = 0;
+    // As far as the desktop tells: on Wayland the origin is (0, 0) wherever the window is.
+    virtual WindowPlacement placement() const = 0;
+    // In front of all other windows of the desktop that are not above by their kind, or behind them.
+    virtual void order(WindowOrder order) = 0;
+    // Asks for the keys. The client hears of it when the desktop agrees, which may be later or never.
+    virtual void activate() = 0;
+    virtual void setMinimized(bool isMinimized) = 0;
+    // The window stays in front of this one, of the same backend, until one of them ends; null for none. A desktop
+    // may see it only when the window is next made visible.
+    virtual void setParent(WindowBackend* parent) = 0;
     virtual void setVisible(bool visible) = 0;
     // What the pointer looks like over the content. The arrow at first.
     virtual void setCursor(CursorShape shape) = 0;
@@ -83,6 +110,9 @@ public:
 
     virtual std::unique_ptr<WindowBackend> makeWindow(WindowClient& client, CGSize contentSize) = 0;
 
+    // The first one is the main one; never empty.
+    virtual std::vector<ScreenDescription> screens() = 0;
+
     // Paints a picture of this many points, `scale` pixels to a point, on a transparent ground, and writes it as a
     // PNG file. Raises NSInvalidArgumentException when the size is empty or larger than 32,767 pixels on a side, or
     // when the file cannot be written (the reason says why); a file that was there before stays whole then.
@@ -97,6 +127,9 @@ public:
     // Runs the closure on the main thread at the next turn of `run`. Safe from any thread. An exception that leaves
     // the closure stops the program where a desktop's event loop calls it.
     virtual void callLater(std::function<void()> closure) = 0;
+    // Runs the closure once, this many seconds from now or a little later, while `run` is under way. There is one
+    // wake-up; another call takes its place, and an absent closure is none. On the main thread.
+    virtual void setWakeUp(double seconds, std::function<void()> closure) = 0;
 };
 
 } // namespace RVCore

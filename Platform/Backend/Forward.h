@@ -7,5 +7,8 @@ class Backend;
 class ControlLook;
 class WindowBackend;
 class WindowClient;
+struct ScreenDescription;
+struct WindowPlacement;
+struct WindowStyle;
 
 } // namespace RVCore

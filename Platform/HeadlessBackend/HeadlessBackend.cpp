@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
+#include <utility>
 
 namespace RVCore {
 
@@ -65,17 +67,46 @@ void HeadlessBackend::run()
 
     const RunScope scope(m_runDepth, m_isStopped);
     while (true) {
+        runWakeUp();
+        if (m_isStopped)
+            break;
         m_calls.runTurn(m_isStopped);
         if (m_isStopped)
             break;
         const int frames = flushFrames();
         if (m_isStopped)
             break;
-        if (frames > 0)
-            m_calls.wait(frameInterval);
-        else
-            m_calls.wait();
+        waitForWork(frames > 0 ? std::optional(Clock::now() + frameInterval) : std::nullopt);
     }
+}
+
+void HeadlessBackend::runWakeUp()
+{
+    if (!m_wakeUp.closure || Clock::now() < m_wakeUp.time)
+        return;
+    // Taken out first: it may ask for the next one.
+    const std::function<void()> closure = std::exchange(m_wakeUp.closure, nullptr);
+    closure();
+}
+
+// Until a closure waits, the wake-up is due, or it is time to look for frames.
+void HeadlessBackend::waitForWork(std::optional<Clock::time_point> nextFrame)
+{
+    if (m_wakeUp.closure)
+        nextFrame = nextFrame ? std::min(*nextFrame, m_wakeUp.time) : m_wakeUp.time;
+    if (nextFrame)
+        m_calls.wait(std::max(std::chrono::ceil<std::chrono::milliseconds>(*nextFrame - Clock::now()),
+                              std::chrono::milliseconds(0)));
+    else
+        m_calls.wait();
+}
+
+void HeadlessBackend::setWakeUp(double seconds, std::function<void()> closure)
+{
+    requireFinite("Backend.setWakeUp", "seconds", seconds);
+    // A wake-up in years is as good as none.
+    const std::chrono::duration<double> delay(std::clamp(seconds, 0.0, 1e8));
+    m_wakeUp = {Clock::now() + std::chrono::ceil<Clock::duration>(delay), std::move(closure)};
 }
 
 void HeadlessBackend::stop()
@@ -90,10 +121,18 @@ void HeadlessBackend::callLater(std::function<void()> closure)
 
 HeadlessWindow* HeadlessBackend::windowOf(const WindowClient& client) const
 {
-    const auto window = std::find_if(m_windows->begin(), m_windows->end(), [&](const HeadlessWindow* candidate) {
+    const auto window = std::find_if(windows().begin(), windows().end(), [&](const HeadlessWindow* candidate) {
         return &candidate->client() == &client;
     });
-    return window == m_windows->end() ? nullptr : *window;
+    return window == windows().end() ? nullptr : *window;
+}
+
+std::vector<HeadlessWindow*> HeadlessBackend::visibleWindows() const
+{
+    std::vector<HeadlessWindow*> visible;
+    std::copy_if(m_windows->ordered.rbegin(), m_windows->ordered.rend(), std::back_inserter(visible),
+                 [](const HeadlessWindow* window) { return window->isVisible() && !window->isMinimized(); });
+    return visible;
 }
 
 bool HeadlessBackend::runPending()
@@ -108,9 +147,9 @@ int HeadlessBackend::flushFrames()
 {
     int count = 0;
     // A frame may open and close windows.
-    const HeadlessWindow::List windows = *m_windows;
-    for (HeadlessWindow* window : windows) {
-        if (std::find(m_windows->begin(), m_windows->end(), window) != m_windows->end() && window->flushFrame())
+    const std::vector<HeadlessWindow*> present = windows();
+    for (HeadlessWindow* window : present) {
+        if (std::find(windows().begin(), windows().end(), window) != windows().end() && window->flushFrame())
             ++count;
     }
     return count;

@@ -5,6 +5,9 @@
 #include <HeadlessBackend/HeadlessControlLook.h>
 #include <HeadlessBackend/HeadlessWindow.h>
 
+#include <chrono>
+#include <optional>
+
 namespace RVCore {
 
 // A desktop for tests and servers: the text metrics of HeadlessText.h, windows that nobody sees, no painter. Programs
@@ -31,9 +34,17 @@ public:
     void run() override;
     void stop() override;
     void callLater(std::function<void()> closure) override;
+    void setWakeUp(double seconds, std::function<void()> closure) override;
+    std::vector<ScreenDescription> screens() override { return m_screens; }
+    // The desktop's screens; at first one of 1440 × 900 points, of which the uppermost 24 are a panel.
+    void setScreens(std::vector<ScreenDescription> screens) { m_screens = std::move(screens); }
 
+    // Whether `run` would wake up by itself at some time.
+    bool hasWakeUp() const { return m_wakeUp.closure != nullptr; }
     // The windows that exist, in order of creation.
-    const std::vector<HeadlessWindow*>& windows() const { return *m_windows; }
+    const std::vector<HeadlessWindow*>& windows() const { return m_windows->made; }
+    // The visible ones, the one in front first.
+    std::vector<HeadlessWindow*> visibleWindows() const;
     // The window that stands for this client; null when there is none.
     HeadlessWindow* windowOf(const WindowClient& client) const;
 
@@ -43,9 +54,19 @@ public:
     int flushFrames();
 
 private:
+    using Clock = std::chrono::steady_clock;
+    struct WakeUp {
+        Clock::time_point time;
+        std::function<void()> closure; // empty for none
+    };
+    void runWakeUp();
+    void waitForWork(std::optional<Clock::time_point> nextFrame);
+
     std::shared_ptr<HeadlessWindow::List> m_windows = std::make_shared<HeadlessWindow::List>();
     HeadlessControlLook m_controlLook;
+    std::vector<ScreenDescription> m_screens{{.frame = {0, 0, 1440, 900}, .visibleFrame = {0, 24, 1440, 876}}};
     CallQueue m_calls;
+    WakeUp m_wakeUp;
     int m_runDepth = 0;
     bool m_isStopped = false;
 };

@@ -3,22 +3,31 @@
 
 #include <QEventLoop>
 #include <QGuiApplication>
+#include <QScreen>
+#include <QTimer>
 #include <QtBackend/QtApplication.h>
 #include <QtBackend/QtBackend.h>
 #include <QtBackend/QtControlLook.h>
+#include <QtBackend/QtConversions.h>
 #include <QtBackend/QtImage.h>
 #include <QtBackend/QtPicture.h>
 #include <QtBackend/QtText.h>
 #include <QtBackend/QtWindow.h>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
 
 namespace RVCore {
 
 // Closures reach the main thread as one event per turn, posted by whoever finds the queue empty.
 class QtBackend::EventLoop : public QObject {
 public:
+    EventLoop();
     void run();
     void stop();
     void callLater(std::function<void()> closure);
+    void setWakeUp(double seconds, std::function<void()> closure);
 
 private:
     void postTurn();
@@ -26,9 +35,19 @@ private:
     void runTurn();
 
     CallQueue m_calls;
+    QTimer m_wakeUp{this};
+    std::function<void()> m_wakeUpClosure;
     QEventLoop* m_innermost = nullptr;
     bool m_isStopped = false;
 };
+
+QtBackend::EventLoop::EventLoop()
+{
+    m_wakeUp.setSingleShot(true);
+    m_wakeUp.setTimerType(Qt::PreciseTimer);
+    // The closure may ask for the next wake-up.
+    m_wakeUp.callOnTimeout(this, [this] { callGuarded(std::exchange(m_wakeUpClosure, nullptr)); });
+}
 
 void QtBackend::EventLoop::run()
 {
@@ -54,6 +73,16 @@ void QtBackend::EventLoop::callLater(std::function<void()> closure)
 {
     if (m_calls.add(std::move(closure)))
         postTurn();
+}
+
+void QtBackend::EventLoop::setWakeUp(double seconds, std::function<void()> closure)
+{
+    m_wakeUp.stop();
+    m_wakeUpClosure = std::move(closure);
+    if (!m_wakeUpClosure)
+        return;
+    constexpr double longest = 2e6; // seconds: Qt counts milliseconds in an int
+    m_wakeUp.start(static_cast<int>(std::ceil(std::clamp(seconds, 0.0, longest) * 1000)));
 }
 
 void QtBackend::EventLoop::postTurn()
@@ -130,6 +159,24 @@ void QtBackend::stop()
 void QtBackend::callLater(std::function<void()> closure)
 {
     m_loop->callLater(std::move(closure));
+}
+
+void QtBackend::setWakeUp(double seconds, std::function<void()> closure)
+{
+    requireFinite("Backend.setWakeUp", "seconds", seconds);
+    m_loop->setWakeUp(seconds, std::move(closure));
+}
+
+std::vector<ScreenDescription> QtBackend::screens()
+{
+    std::vector<ScreenDescription> screens;
+    for (const QScreen* screen : QGuiApplication::screens())
+        screens.push_back(
+            {fromQRect(screen->geometry()), fromQRect(screen->availableGeometry()), screen->devicePixelRatio()});
+    // Between the loss of the last screen and the arrival of the next one there is none.
+    if (screens.empty())
+        screens.push_back({.frame = {0, 0, 1024, 768}, .visibleFrame = {0, 0, 1024, 768}});
+    return screens;
 }
 
 namespace {

@@ -27,6 +27,8 @@ public:
     void run() override;
     void stop() override;
     void callLater(std::function<void()> closure) override;
+    void setWakeUp(double seconds, std::function<void()> closure) override;
+    std::vector<ScreenDescription> screens() override;
 
 private:
     class EventLoop;

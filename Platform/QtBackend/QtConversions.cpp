@@ -45,6 +45,30 @@ CGSize fromQSize(QSize size)
     return {static_cast<CGFloat>(size.width()), static_cast<CGFloat>(size.height())};
 }
 
+QPoint toQDesktopPoint(CGPoint point)
+{
+    const auto coordinate = [](CGFloat value) {
+        return static_cast<int>(std::clamp(std::round(value), -largestWindowSide, largestWindowSide));
+    };
+    return {coordinate(point.x), coordinate(point.y)};
+}
+
+CGRect fromQRect(const QRect& rect)
+{
+    return {{CGFloat(rect.x()), CGFloat(rect.y())}, fromQSize(rect.size())};
+}
+
+Qt::WindowFlags toQWindowFlags(const WindowStyle& style)
+{
+    if (!style.isTitled)
+        return Qt::Window | Qt::FramelessWindowHint;
+    Qt::WindowFlags flags = Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint;
+    flags.setFlag(Qt::WindowCloseButtonHint, style.isClosable);
+    flags.setFlag(Qt::WindowMinimizeButtonHint, style.isMinimizable);
+    flags.setFlag(Qt::WindowMaximizeButtonHint, style.isResizable);
+    return flags;
+}
+
 QTransform toQTransform(const CGAffineTransform& transform)
 {
     return {transform.a, transform.b, transform.c, transform.d, transform.tx, transform.ty};

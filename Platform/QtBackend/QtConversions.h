@@ -1,11 +1,14 @@
 #pragma once
 
+#include <Backend/WindowPlacement.h>
 #include <CoreGraphics/Canvas.h>
 
 #include <QColor>
 #include <QFont>
 #include <QPainterPath>
+#include <QPoint>
 #include <QPointF>
+#include <QRect>
 #include <QRectF>
 #include <QSize>
 #include <QString>
@@ -22,6 +25,10 @@ QRectF toQRectF(const CGRect& rect);
 // Sides rounded up, from 1 to 32,767: what a window can have.
 QSize toQWindowSize(CGSize size);
 CGSize fromQSize(QSize size);
+// Rounded, and clipped to ±32,767: where a window can be.
+QPoint toQDesktopPoint(CGPoint point);
+CGRect fromQRect(const QRect& rect);
+Qt::WindowFlags toQWindowFlags(const WindowStyle& style);
 QTransform toQTransform(const CGAffineTransform& transform);
 // Components outside 0 … 1 are taken as the nearest of these.
 QColor toQColor(const CGColor& color);

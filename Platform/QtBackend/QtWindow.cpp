@@ -20,6 +20,7 @@ QtWindowSurface::QtWindowSurface(WindowClient& client, QSize size)
     : m_client(&client), m_knownSize(fromQSize(size)), m_store(std::make_unique<QBackingStore>(this))
 {
     setSurfaceType(QSurface::RasterSurface);
+    m_knownScale = devicePixelRatio();
     resize(size);
     m_frameTimer.setSingleShot(true);
     m_frameTimer.setTimerType(Qt::PreciseTimer);
@@ -60,18 +61,76 @@ void QtWindowSurface::reportSize(CGSize size)
 void QtWindowSurface::setContentSize(CGSize content)
 {
     m_knownSize = content;
-    resize(toQWindowSize(content).expandedTo(m_minimumSize));
+    const QSize size = toQWindowSize(content).expandedTo(m_minimumSize);
+    updateLimits(size);
+    resize(size);
     // A desktop that wants another size says so later, in a resize event.
-    reportSize(fromQSize(size()));
+    reportSize(fromQSize(this->size()));
 }
 
 void QtWindowSurface::setMinimumContentSize(CGSize content)
 {
     m_minimumSize = toQWindowSize(content);
-    // Off screen there is nobody to tell, about which Qt complains.
-    if (QGuiApplication::platformName() != "offscreen")
-        setMinimumSize(m_minimumSize);
     setContentSize(m_knownSize);
+}
+
+void QtWindowSurface::setMaximumContentSize(CGSize content)
+{
+    m_maximumSize = toQWindowSize(content);
+    updateLimits(size());
+}
+
+// A window that the user cannot resize has the one size that it has.
+void QtWindowSurface::updateLimits(QSize present)
+{
+    // Off screen there is nobody to tell, about which Qt complains.
+    if (QGuiApplication::platformName() == "offscreen")
+        return;
+    setMinimumSize(m_isResizable ? m_minimumSize : present);
+    setMaximumSize(m_isResizable ? m_maximumSize.expandedTo(m_minimumSize) : present);
+}
+
+void QtWindowSurface::setStyle(const WindowStyle& style)
+{
+    m_isResizable = style.isResizable;
+    setFlags(toQWindowFlags(style));
+    updateLimits(size());
+}
+
+WindowPlacement QtWindowSurface::placement() const
+{
+    const QPoint origin = framePosition();
+    const QMargins margins = frameMargins();
+    return {{CGFloat(origin.x()), CGFloat(origin.y())},
+            {CGFloat(margins.top()), CGFloat(margins.left()), CGFloat(margins.bottom()), CGFloat(margins.right())}};
+}
+
+void QtWindowSurface::reportPlacement()
+{
+    const WindowPlacement present = placement();
+    if (!isVisible() || present == m_knownPlacement)
+        return;
+    m_knownPlacement = present;
+    call([](WindowClient& client) { client.placementChanged(); });
+}
+
+// What the desktop tells as a side effect of something else.
+void QtWindowSurface::reportState()
+{
+    const QPointer<QtWindowSurface> alive = this;
+    reportPlacement();
+    if (!alive || !isVisible())
+        return;
+    if (const bool isMinimized = windowStates().testFlag(Qt::WindowMinimized); isMinimized != m_isMinimized) {
+        m_isMinimized = isMinimized;
+        call([&](WindowClient& client) { client.minimizedChanged(isMinimized); });
+    }
+    if (!alive)
+        return;
+    if (const CGFloat scale = devicePixelRatio(); scale != m_knownScale) {
+        m_knownScale = scale;
+        call([](WindowClient& client) { client.backingScaleChanged(); });
+    }
 }
 
 void QtWindowSurface::requestFrame()
@@ -100,6 +159,8 @@ bool QtWindowSurface::event(QEvent* event)
         scheduleFrame();
     else if (event->type() == QEvent::Leave)
         report(pointerLeft());
+    if (event->type() == QEvent::Expose || event->type() == QEvent::WindowStateChange)
+        reportState();
     return isHandled;
 }
 
@@ -116,6 +177,21 @@ void QtWindowSurface::resizeEvent(QResizeEvent*)
     // The desktop asks for the paint of the new size right after this; where it does not, the frame comes on its own.
     m_needsFrame = true;
     scheduleFrame();
+}
+
+void QtWindowSurface::moveEvent(QMoveEvent*)
+{
+    reportPlacement();
+}
+
+void QtWindowSurface::focusInEvent(QFocusEvent*)
+{
+    call([](WindowClient& client) { client.activeChanged(true); });
+}
+
+void QtWindowSurface::focusOutEvent(QFocusEvent*)
+{
+    call([](WindowClient& client) { client.activeChanged(false); });
 }
 
 void QtWindowSurface::closeEvent(QCloseEvent* event)
@@ -239,6 +315,62 @@ void QtWindow::setMinimumContentSize(CGSize size)
     requireFinite("WindowBackend.setMinimumContentSize", "size", size);
     if (hasSurface())
         m_surface->setMinimumContentSize(size);
+}
+
+void QtWindow::setMaximumContentSize(CGSize size)
+{
+    requireFinite("WindowBackend.setMaximumContentSize", "size", size);
+    if (hasSurface())
+        m_surface->setMaximumContentSize(size);
+}
+
+void QtWindow::setStyle(const WindowStyle& style)
+{
+    if (hasSurface())
+        m_surface->setStyle(style);
+}
+
+void QtWindow::setOrigin(CGPoint origin)
+{
+    requireFinite("WindowBackend.setOrigin", "origin", origin);
+    if (hasSurface())
+        m_surface->setFramePosition(toQDesktopPoint(origin));
+}
+
+WindowPlacement QtWindow::placement() const
+{
+    return hasSurface() ? m_surface->placement() : WindowPlacement();
+}
+
+void QtWindow::order(WindowOrder order)
+{
+    if (!hasSurface())
+        return;
+    if (order == WindowOrder::front)
+        m_surface->raise();
+    else
+        m_surface->lower();
+}
+
+void QtWindow::activate()
+{
+    if (hasSurface())
+        m_surface->requestActivate();
+}
+
+void QtWindow::setMinimized(bool isMinimized)
+{
+    if (!hasSurface())
+        return;
+    Qt::WindowStates states = m_surface->windowStates();
+    m_surface->setWindowStates(states.setFlag(Qt::WindowMinimized, isMinimized));
+}
+
+void QtWindow::setParent(WindowBackend* parent)
+{
+    const auto* other = dynamic_cast<QtWindow*>(parent);
+    if (hasSurface())
+        m_surface->setTransientParent(other && other->hasSurface() ? &other->surface() : nullptr);
 }
 
 void QtWindow::setVisible(bool visible)

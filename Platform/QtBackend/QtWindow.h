@@ -20,6 +20,9 @@ public:
 
     void setContentSize(CGSize size);
     void setMinimumContentSize(CGSize size);
+    void setMaximumContentSize(CGSize size);
+    void setStyle(const WindowStyle& style);
+    WindowPlacement placement() const;
     void requestFrame();
     // Empty when the client has gone.
     std::vector<std::shared_ptr<AccessibleElement>> accessibleElements() const;
@@ -32,6 +35,9 @@ protected:
     bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -43,6 +49,9 @@ protected:
 private:
     void call(const std::function<void(WindowClient&)>& closure);
     void reportSize(CGSize size);
+    void reportPlacement();
+    void reportState();
+    void updateLimits(QSize present);
     void report(const InputEvent& event);
     void scheduleFrame();
     void paintFrame();
@@ -51,6 +60,11 @@ private:
     WindowClient* m_client;
     CGSize m_knownSize; // what the client believes the content size to be
     QSize m_minimumSize{1, 1};
+    QSize m_maximumSize{32767, 32767};
+    bool m_isResizable = true;
+    WindowPlacement m_knownPlacement; // what the client has been told
+    bool m_isMinimized = false;
+    CGFloat m_knownScale = 1;
     std::unique_ptr<QBackingStore> m_store;
     QTimer m_frameTimer{this};
     QElapsedTimer m_sinceFrame;
@@ -69,7 +83,15 @@ public:
     void setTitle(const std::string& title) override;
     void setContentSize(CGSize size) override;
     void setMinimumContentSize(CGSize size) override;
+    void setMaximumContentSize(CGSize size) override;
+    void setStyle(const WindowStyle& style) override;
+    void setOrigin(CGPoint origin) override;
+    WindowPlacement placement() const override;
     void setVisible(bool visible) override;
+    void order(WindowOrder order) override;
+    void activate() override;
+    void setMinimized(bool isMinimized) override;
+    void setParent(WindowBackend* parent) override;
     void setCursor(CursorShape shape) override;
     void accessibilityChanged(const std::shared_ptr<AccessibleElement>& element, AccessibleChange change) override;
     void requestFrame() override;

@@ -178,6 +178,14 @@ public:
         m_client.contentSizeChanged({150, 150});
     }
     void setMinimumContentSize(CGSize) override {}
+    void setMaximumContentSize(CGSize) override {}
+    void setStyle(const WindowStyle&) override {}
+    void setOrigin(CGPoint) override {}
+    WindowPlacement placement() const override { return {}; }
+    void order(WindowOrder) override {}
+    void activate() override {}
+    void setMinimized(bool) override {}
+    void setParent(WindowBackend*) override {}
     void setVisible(bool) override {}
     void setCursor(CursorShape) override {}
     void accessibilityChanged(const std::shared_ptr<AccessibleElement>&, AccessibleChange) override {}

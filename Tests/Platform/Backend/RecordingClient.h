@@ -18,6 +18,10 @@ public:
         if (onSizeChanged)
             onSizeChanged();
     }
+    void placementChanged() override { noteState("placement"); }
+    void backingScaleChanged() override { noteState("scale"); }
+    void activeChanged(bool isActive) override { noteState(isActive ? "active" : "inactive"); }
+    void minimizedChanged(bool isMinimized) override { noteState(isMinimized ? "minimized" : "restored"); }
     void closeRequested() override
     {
         note("close");
@@ -58,11 +62,20 @@ public:
     CGColor color{1, 0, 0, 1};
     std::function<void()> onSizeChanged;
     std::function<void()> onClose;
+    // What desktops tell when they please is kept apart from the calls.
+    std::vector<std::string> states;
+    std::function<void()> onState;
     std::function<void()> onPrepare;
     std::function<void()> onPaint;
     std::function<void()> onInput;
 
 private:
+    void noteState(std::string state)
+    {
+        states.push_back(std::move(state));
+        if (onState)
+            onState();
+    }
     void note(std::string call) { m_calls.push_back(std::move(call)); }
 
     std::vector<std::string> m_calls;

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <stdexcept>
 #include <thread>
 
@@ -169,6 +170,35 @@ TEST(HeadlessBackend, ARunPaintsFrames)
     backend.callLater([] {});
     backend.run();
     EXPECT_EQ(frames, 3);
+}
+
+TEST(HeadlessBackend, WakesUpOnceAtTheTimeThatWasAskedForLast)
+{
+    HeadlessBackend backend;
+    std::vector<int> called;
+    backend.setWakeUp(0.001, [&] { called.push_back(1); });
+    backend.setWakeUp(0.002, [&] {
+        called.push_back(2);
+        backend.setWakeUp(-1, [&] { backend.stop(); });
+    });
+    EXPECT_TRUE(backend.hasWakeUp());
+    backend.run();
+    EXPECT_THAT(called, ElementsAre(2));
+    EXPECT_FALSE(backend.hasWakeUp());
+    backend.setWakeUp(1e300, [] {});
+    backend.setWakeUp(0, nullptr);
+    EXPECT_FALSE(backend.hasWakeUp());
+    EXPECT_EQ(raised([&] { backend.setWakeUp(HUGE_VAL, [] {}); }),
+              "NSInvalidArgumentException: Backend.setWakeUp: seconds must be finite, got inf");
+}
+
+TEST(HeadlessBackend, HasOneScreenUnlessItIsGivenOthers)
+{
+    HeadlessBackend backend;
+    const ScreenDescription usual{.frame = {0, 0, 1440, 900}, .visibleFrame = {0, 24, 1440, 876}};
+    EXPECT_THAT(backend.screens(), ElementsAre(usual));
+    backend.setScreens({usual, usual});
+    EXPECT_EQ(backend.screens().size(), 2U);
 }
 
 } // namespace

@@ -205,5 +205,112 @@ TEST_F(HeadlessWindowTest, OutlivesItsBackend)
     EXPECT_EQ(dynamic_cast<HeadlessWindow&>(*window).contentSize(), (CGSize{20, 20}));
 }
 
+// --- Place, style, order
+
+TEST_F(HeadlessWindowTest, IsWhereTheProgramPutsItOrTheUserDragsIt)
+{
+    EXPECT_EQ(m_window->placement(), (WindowPlacement{{0, 0}, {.top = 22}}));
+    m_window->setOrigin({10.4, -20.6});
+    EXPECT_EQ(m_window->placement().origin, (CGPoint{10, -21}));
+    m_window->setOrigin({1e12, -1e12});
+    EXPECT_EQ(m_window->placement().origin, (CGPoint{32767, -32767}));
+    EXPECT_THAT(m_client.states, IsEmpty());
+    window().userMove({5, 6});
+    window().userMove({5, 6});
+    EXPECT_EQ(m_window->placement().origin, (CGPoint{5, 6}));
+    EXPECT_THAT(m_client.states, ElementsAre("placement"));
+    EXPECT_EQ(raised([this] {
+                  m_window->setOrigin({std::nan(""), 0});
+              }),
+              "NSInvalidArgumentException: WindowBackend.setOrigin: origin.x must be finite, got nan");
+}
+
+TEST_F(HeadlessWindowTest, ItsFrameFollowsFromItsStyleUnlessTheDesktopChoosesAnother)
+{
+    m_window->setStyle({.isTitled = false});
+    EXPECT_EQ(m_window->placement().margins, EdgeInsets());
+    window().setMargins({.top = 30, .left = 1, .bottom = 1, .right = 1});
+    EXPECT_EQ(m_window->placement().margins, (EdgeInsets{30, 1, 1, 1}));
+    EXPECT_THAT(m_client.states, ElementsAre("placement"));
+}
+
+TEST_F(HeadlessWindowTest, AUserCannotGoAboveTheMaximumNorResizeWhatIsNotResizable)
+{
+    m_window->setMaximumContentSize({150, 80});
+    window().userResize({500, 500});
+    EXPECT_EQ(window().contentSize(), (CGSize{150, 80}));
+    m_window->setContentSize({200, 80}); // the program may
+    EXPECT_EQ(window().contentSize(), (CGSize{200, 80}));
+    m_window->setStyle({.isResizable = false});
+    window().userResize({50, 50});
+    EXPECT_EQ(window().contentSize(), (CGSize{200, 80}));
+}
+
+TEST_F(HeadlessWindowTest, TheVisibleWindowsHaveAnOrder)
+{
+    RecordingClient otherClient;
+    const auto other = m_backend.makeWindow(otherClient, {10, 10});
+    HeadlessWindow& second = *m_backend.windowOf(otherClient);
+    EXPECT_THAT(m_backend.visibleWindows(), IsEmpty());
+    other->setVisible(true);
+    m_window->setVisible(true);
+    EXPECT_THAT(m_backend.visibleWindows(), ElementsAre(&window(), &second));
+    m_window->setVisible(true);
+    other->order(WindowOrder::front);
+    EXPECT_THAT(m_backend.visibleWindows(), ElementsAre(&second, &window()));
+    other->order(WindowOrder::back);
+    EXPECT_THAT(m_backend.visibleWindows(), ElementsAre(&window(), &second));
+    other->setMinimized(true);
+    EXPECT_THAT(m_backend.visibleWindows(), ElementsAre(&window()));
+}
+
+TEST_F(HeadlessWindowTest, OneVisibleWindowHasTheKeys)
+{
+    RecordingClient otherClient;
+    auto other = m_backend.makeWindow(otherClient, {10, 10});
+    m_window->activate(); // not visible
+    EXPECT_FALSE(window().isActive());
+    m_window->setVisible(true);
+    other->setVisible(true);
+    m_window->activate();
+    m_window->activate();
+    EXPECT_THAT(m_client.states, ElementsAre("active"));
+    m_backend.windowOf(otherClient)->userActivate();
+    EXPECT_THAT(m_client.states, ElementsAre("active", "inactive"));
+    EXPECT_THAT(otherClient.states, ElementsAre("active"));
+    other->setVisible(false);
+    EXPECT_THAT(otherClient.states, ElementsAre("active", "inactive"));
+}
+
+TEST_F(HeadlessWindowTest, TheClientMayEndTheWindowThatIsAboutToGetTheKeys)
+{
+    RecordingClient otherClient;
+    auto other = m_backend.makeWindow(otherClient, {10, 10});
+    m_window->setVisible(true);
+    other->setVisible(true);
+    m_window->activate();
+    m_client.onState = [&] { other.reset(); };
+    other->activate();
+    EXPECT_THAT(otherClient.states, IsEmpty());
+}
+
+TEST_F(HeadlessWindowTest, TheUserMinimizesAndTheProgramDoes)
+{
+    m_window->setVisible(true);
+    window().userMinimize(true);
+    window().userMinimize(true);
+    EXPECT_TRUE(window().isMinimized());
+    EXPECT_THAT(m_client.states, ElementsAre("minimized"));
+    m_window->setMinimized(false); // the program knows
+    EXPECT_FALSE(window().isMinimized());
+    EXPECT_THAT(m_client.states, ElementsAre("minimized"));
+}
+
+TEST_F(HeadlessWindowTest, AnotherScreensScaleIsTold)
+{
+    window().setBackingScale(2);
+    EXPECT_THAT(m_client.states, ElementsAre("scale"));
+}
+
 } // namespace
 } // namespace RVCore

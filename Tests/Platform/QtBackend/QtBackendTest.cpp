@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <thread>
 #include <vector>
 
@@ -135,6 +136,32 @@ TEST(QtBackendDeathTest, AnExceptionThatLeavesAClosureStopsTheProgramWithItsMess
             backend.run();
         },
         "Fatal error: an exception of an unknown type left a callback");
+}
+
+TEST(QtBackend, WakesUpOnceAtTheTimeThatWasAskedForLast)
+{
+    QtBackend backend;
+    std::vector<int> called;
+    backend.setWakeUp(0.001, [&] { called.push_back(1); });
+    backend.setWakeUp(0.002, [&] {
+        called.push_back(2);
+        backend.setWakeUp(1e300, [&] { called.push_back(3); });
+        backend.setWakeUp(0.001, nullptr);
+        backend.setWakeUp(-1, [&] { backend.stop(); });
+    });
+    backend.run();
+    EXPECT_THAT(called, ElementsAre(2));
+    EXPECT_THROW(backend.setWakeUp(std::nan(""), [] {}), NSException);
+}
+
+TEST(QtBackend, KnowsItsScreens)
+{
+    const std::vector<ScreenDescription> screens = Backend::shared().screens();
+    ASSERT_FALSE(screens.empty());
+    EXPECT_EQ(screens.front().frame.origin, CGPoint());
+    EXPECT_FALSE(screens.front().frame.isEmpty());
+    EXPECT_EQ(screens.front().frame.intersection(screens.front().visibleFrame), screens.front().visibleFrame);
+    EXPECT_GE(screens.front().backingScale, 1);
 }
 
 } // namespace

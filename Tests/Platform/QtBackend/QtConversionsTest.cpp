@@ -75,5 +75,26 @@ TEST(QtConversions, FontsHaveTheirFamilyAndWeight)
     EXPECT_FALSE(toQtFont({}).font.bold());
 }
 
+TEST(QtConversions, PlacesAreWholeAndCountable)
+{
+    EXPECT_EQ(toQDesktopPoint({10.4, -20.6}), QPoint(10, -21));
+    EXPECT_EQ(toQDesktopPoint({1e300, -1e6}), QPoint(32767, -32767));
+    EXPECT_EQ(fromQRect(QRect(1, 2, 30, 40)), CGRect(1, 2, 30, 40));
+}
+
+TEST(QtConversions, AStyleIsWhatTheDesktopPutsAroundAWindow)
+{
+    const Qt::WindowFlags all = toQWindowFlags({});
+    for (const Qt::WindowType flag :
+         {Qt::WindowTitleHint, Qt::WindowCloseButtonHint, Qt::WindowMinimizeButtonHint, Qt::WindowMaximizeButtonHint})
+        EXPECT_TRUE(all.testFlag(flag)) << flag;
+    const Qt::WindowFlags bare = toQWindowFlags({.isClosable = false, .isMinimizable = false, .isResizable = false});
+    EXPECT_TRUE(bare.testFlag(Qt::WindowTitleHint));
+    for (const Qt::WindowType flag :
+         {Qt::WindowCloseButtonHint, Qt::WindowMinimizeButtonHint, Qt::WindowMaximizeButtonHint})
+        EXPECT_FALSE(bare.testFlag(flag)) << flag;
+    EXPECT_EQ(toQWindowFlags({.isTitled = false}), Qt::WindowFlags(Qt::Window | Qt::FramelessWindowHint));
+}
+
 } // namespace
 } // namespace RVCore

@@ -244,6 +244,57 @@ TEST_F(QtWindowTest, ANestedRunInsideACallPaintsNothingInBetween)
     EXPECT_THAT(m_client.takeCalls(), ElementsAre("prepare", "paint"));
 }
 
+TEST_F(QtWindowTest, AMoveIsToldWithItsPlace)
+{
+    settle();
+    m_client.states.clear();
+    m_window->setOrigin({30, 40});
+    QCoreApplication::processEvents();
+    EXPECT_EQ(m_window->placement().origin, (CGPoint{30, 40}));
+    EXPECT_THAT(m_client.states, testing::Contains("placement"));
+    EXPECT_THROW(m_window->setOrigin({std::nan(""), 0}), NSException);
+}
+
+TEST_F(QtWindowTest, TheOneThatAsksForTheKeysGetsThem)
+{
+    RecordingClient otherClient;
+    const auto other = Backend::shared().makeWindow(otherClient, {10, 10});
+    settle();
+    other->setVisible(true);
+    m_window->activate();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(m_client.states.back(), "active");
+    other->activate();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(m_client.states.back(), "inactive");
+    EXPECT_EQ(otherClient.states.back(), "active");
+}
+
+TEST_F(QtWindowTest, IsMinimizedAndComesBack)
+{
+    settle();
+    m_window->setMinimized(true);
+    EXPECT_TRUE(surface().windowStates().testFlag(Qt::WindowMinimized));
+    m_window->setMinimized(false);
+    EXPECT_FALSE(surface().windowStates().testFlag(Qt::WindowMinimized));
+}
+
+TEST_F(QtWindowTest, AParentIsWhatItStaysInFrontOf)
+{
+    RecordingClient otherClient;
+    auto other = Backend::shared().makeWindow(otherClient, {10, 10});
+    other->setParent(m_window.get());
+    EXPECT_EQ(dynamic_cast<QtWindow&>(*other).surface().transientParent(), &surface());
+    other->setParent(nullptr);
+    EXPECT_EQ(dynamic_cast<QtWindow&>(*other).surface().transientParent(), nullptr);
+}
+
+TEST_F(QtWindowTest, ItsStyleIsTheDesktops)
+{
+    m_window->setStyle({.isTitled = false});
+    EXPECT_TRUE(surface().flags().testFlag(Qt::FramelessWindowHint));
+}
+
 class QtWindowDeathTest : public QtWindowTest {
 protected:
     QtWindowDeathTest() { testing::FLAGS_gtest_death_test_style = "threadsafe"; }
