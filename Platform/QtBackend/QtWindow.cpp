@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 
 namespace RVCore {
 
@@ -97,10 +98,21 @@ void QtWindowSurface::setStyle(const WindowStyle& style)
     updateLimits(size());
 }
 
+void QtWindowSurface::setOrigin(CGPoint origin)
+{
+    m_askedOrigin = toQDesktopPoint(origin);
+    setFramePosition(*m_askedOrigin);
+}
+
+// Of window managers that draw borders in the X server's own way Qt reports places that are beside the real ones by
+// the border's width. One as near as that to what was asked for is what was asked for.
 WindowPlacement QtWindowSurface::placement() const
 {
-    const QPoint origin = framePosition();
+    QPoint origin = framePosition();
     const QMargins margins = frameMargins();
+    const auto isNear = [&](int a, int b) { return std::abs(a - b) <= margins.left(); };
+    if (m_askedOrigin && isNear(origin.x(), m_askedOrigin->x()) && isNear(origin.y(), m_askedOrigin->y()))
+        origin = *m_askedOrigin;
     return {{CGFloat(origin.x()), CGFloat(origin.y())},
             {CGFloat(margins.top()), CGFloat(margins.left()), CGFloat(margins.bottom()), CGFloat(margins.right())}};
 }
@@ -121,7 +133,9 @@ void QtWindowSurface::reportState()
     reportPlacement();
     if (!alive || !isVisible())
         return;
-    if (const bool isMinimized = windowStates().testFlag(Qt::WindowMinimized); isMinimized != m_isMinimized) {
+    // A window manager may forget to take the state back; a window that can be seen is not minimised.
+    const bool isMinimized = windowStates().testFlag(Qt::WindowMinimized) && !isExposed();
+    if (isMinimized != m_isMinimized) {
         m_isMinimized = isMinimized;
         call([&](WindowClient& client) { client.minimizedChanged(isMinimized); });
     }
@@ -334,7 +348,7 @@ void QtWindow::setOrigin(CGPoint origin)
 {
     requireFinite("WindowBackend.setOrigin", "origin", origin);
     if (hasSurface())
-        m_surface->setFramePosition(toQDesktopPoint(origin));
+        m_surface->setOrigin(origin);
 }
 
 WindowPlacement QtWindow::placement() const

@@ -9,6 +9,7 @@
 #include <QWindow>
 
 #include <memory>
+#include <optional>
 
 namespace RVCore {
 
@@ -22,6 +23,7 @@ public:
     void setMinimumContentSize(CGSize size);
     void setMaximumContentSize(CGSize size);
     void setStyle(const WindowStyle& style);
+    void setOrigin(CGPoint origin);
     WindowPlacement placement() const;
     void requestFrame();
     // Empty when the client has gone.
@@ -62,6 +64,7 @@ private:
     QSize m_minimumSize{1, 1};
     QSize m_maximumSize{32767, 32767};
     bool m_isResizable = true;
+    std::optional<QPoint> m_askedOrigin;
     WindowPlacement m_knownPlacement; // what the client has been told
     bool m_isMinimized = false;
     CGFloat m_knownScale = 1;
