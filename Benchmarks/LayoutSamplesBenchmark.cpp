@@ -62,8 +62,8 @@ std::shared_ptr<NSView> makeLabelColumn(std::size_t size)
 {
     RVGroupView::Views labels;
     for (std::size_t i = 0; i < size; ++i) {
-        auto label = makeTextField("A text that takes one line in a wide window and several in a narrow one, as "
-                                   "descriptions below a control do.");
+        auto label = makeLabel("A text that takes one line in a wide window and several in a narrow one, as "
+                               "descriptions below a control do.");
         label->setLineBreakMode(NSLineBreakMode::wordWrapping);
         label->setContentCompressionResistancePriority(RVLayoutPriorityDefaultLow,
                                                        NSLayoutConstraintOrientation::horizontal);

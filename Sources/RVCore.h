@@ -15,6 +15,7 @@
 #include <AppKit/NSResponder.h>
 #include <AppKit/NSScreen.h>
 #include <AppKit/NSTextField.h>
+#include <AppKit/NSTextFieldDelegate.h>
 #include <AppKit/NSTrackingArea.h>
 #include <AppKit/NSView.h>
 #include <AppKit/NSViewController.h>
@@ -37,6 +38,7 @@
 #include <Dispatch/DispatchTime.h>
 #include <Extensions/Collections.h>
 #include <Extensions/NSButton+RVCore.h>
+#include <Extensions/NSTextField+RVCore.h>
 #include <Extensions/NSView+RVCore.h>
 #include <Extensions/NSWindow+RVCore.h>
 #include <Extensions/NSWindowController+RVCore.h>

@@ -12,7 +12,7 @@ const EdgeInsets rowPadding{.top = 6, .left = 12, .bottom = 6, .right = 12};
 
 std::shared_ptr<NSTextField> makeCellText(NSTextAlignment alignment, const std::shared_ptr<NSFont>& font)
 {
-    auto text = makeTextField("");
+    auto text = makeLabel("");
     text->setAlignment(alignment);
     text->setFont(font);
     return text;

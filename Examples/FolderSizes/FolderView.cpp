@@ -24,7 +24,7 @@ std::shared_ptr<NSView> makeLine()
 std::shared_ptr<NSTextField> makeText(const std::string& string, const std::shared_ptr<NSFont>& font,
                                       const std::shared_ptr<NSColor>& color)
 {
-    auto text = makeTextField(string);
+    auto text = makeLabel(string);
     text->setFont(font);
     text->setTextColor(color);
     return text;

@@ -6,6 +6,7 @@
 namespace RVCore {
 
 class LayoutPass;
+class TextFieldSession;
 class ViewLayoutState;
 class WindowEvents;
 void postAccessibilityChange(NSView& view, AccessibleChange change);
@@ -22,6 +23,7 @@ class AppKitKey {
     friend class NSViewController;
     friend class NSWindow;
     friend class NSWindowController;
+    friend class TextFieldSession;
     friend class ViewLayoutState;
     friend class WindowEvents;
     friend void postAccessibilityChange(NSView& view, AccessibleChange change);

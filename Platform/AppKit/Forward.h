@@ -17,6 +17,7 @@ class NSProgressIndicator;
 class NSResponder;
 class NSScreen;
 class NSTextField;
+class NSTextFieldDelegate;
 class NSTrackingArea;
 class NSView;
 class NSViewController;

@@ -131,6 +131,12 @@ bool NSControl::resignFirstResponder()
     return NSView::resignFirstResponder();
 }
 
+bool NSControl::hasKeyboardFocus() const
+{
+    const NSWindow* host = window();
+    return host && host->firstResponder() == this;
+}
+
 ControlDescription NSControl::describeControl(ControlKind kind) const
 {
     const NSApplication& application = NSApplication::shared();
@@ -140,7 +146,7 @@ ControlDescription NSControl::describeControl(ControlKind kind) const
     description.appearance = application.effectiveAppearance();
     description.isEnabled = m_isEnabled;
     description.isWindowActive = !host || application.keyWindow() == host;
-    description.hasFocus = host && host->firstResponder() == this;
+    description.hasFocus = hasKeyboardFocus();
     return description;
 }
 

@@ -48,6 +48,8 @@ public:
     bool resignFirstResponder() override;
 
 protected:
+    // Whether the keys that its window gets go to it.
+    bool hasKeyboardFocus() const;
     // What the desktop's style has to know of every control, as it is now.
     ControlDescription describeControl(ControlKind kind) const;
     // Of text and templates in a control of that kind.

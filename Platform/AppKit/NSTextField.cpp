@@ -2,10 +2,10 @@
 #include <AppKit/NSColor.h>
 #include <AppKit/NSFont.h>
 #include <AppKit/NSTextField.h>
-#include <Backend/Backend.h>
-#include <CoreGraphics/Canvas.h>
-#include <Foundation/NSCoder.h>
+#include <AppKit/NSWindow.h>
+#include <AppKit/TextFieldSession.h>
 #include <Foundation/NSException.h>
+#include <Foundation/Utf8.h>
 
 namespace RVCore {
 
@@ -13,11 +13,24 @@ namespace {
 
 constexpr CGColor defaultTextColor{0.11, 0.11, 0.12, 1};
 
+ObjectRef objectOf(NSTextField& field)
+{
+    return std::dynamic_pointer_cast<NSObject>(field.delegate());
+}
+
+void setDelegateObject(NSTextField& field, const ObjectRef& object)
+{
+    const auto delegate = std::dynamic_pointer_cast<NSTextFieldDelegate>(object);
+    if (object && !delegate)
+        raiseInvalidArgument("NSTextField.setDelegate:", object->description() + " is no NSTextFieldDelegate");
+    field.setDelegate(delegate);
+}
+
 } // namespace
 
 Class& NSTextField::staticClass()
 {
-    static Class& theClass = defineClass<NSTextField>("NSTextField", NSView::staticClass(), [](auto& publish) {
+    static Class& theClass = defineClass<NSTextField>("NSTextField", NSControl::staticClass(), [](auto& publish) {
         publish.property("stringValue", &NSTextField::stringValue, &NSTextField::setStringValue);
         publish.property("font", &NSTextField::font, &NSTextField::setFont);
         publish.property("textColor", &NSTextField::textColor, &NSTextField::setTextColor);
@@ -27,51 +40,61 @@ Class& NSTextField::staticClass()
                          &NSTextField::setMaximumNumberOfLines);
         publish.property("preferredMaxLayoutWidth", &NSTextField::preferredMaxLayoutWidth,
                          &NSTextField::setPreferredMaxLayoutWidth);
+        publish.property("placeholderString", &NSTextField::placeholderString, &NSTextField::setPlaceholderString);
+        publish.readOnlyProperty("isEditable", &NSTextField::isEditable);
+        publish.method("setEditable:", &NSTextField::setEditable);
+        publish.readOnlyProperty("isSelectable", &NSTextField::isSelectable);
+        publish.method("setSelectable:", &NSTextField::setSelectable);
+        publish.readOnlyProperty("isBordered", &NSTextField::isBordered);
+        publish.method("setBordered:", &NSTextField::setBordered);
+        publish.readOnlyProperty("isBezeled", &NSTextField::isBezeled);
+        publish.method("setBezeled:", &NSTextField::setBezeled);
+        publish.property("drawsBackground", &NSTextField::drawsBackground, &NSTextField::setDrawsBackground);
+        publish.property("backgroundColor", &NSTextField::backgroundColor, &NSTextField::setBackgroundColor);
+        publish.property("delegate", &objectOf, &setDelegateObject);
+        publish.readOnlyProperty("isEditing", &NSTextField::isEditing);
+        const auto command = [&](const char* selector, TextCommand what) {
+            publish.method(selector, [what](NSTextField& self, const ObjectRef&) { self.perform(what); });
+        };
+        command("undo:", TextCommand::undo);
+        command("redo:", TextCommand::redo);
+        command("cut:", TextCommand::cut);
+        command("copy:", TextCommand::copy);
+        command("paste:", TextCommand::paste);
+        command("delete:", TextCommand::deleteSelection);
+        command("selectAll:", TextCommand::selectAll);
     });
     return theClass;
 }
 
+NSTextField::NSTextField() = default;
+
+NSTextField::~NSTextField() = default;
+
 void NSTextField::init(const CGRect& frame)
 {
-    NSView::init(frame);
+    NSControl::init(frame);
     m_text.color = defaultTextColor;
-}
-
-void NSTextField::encode(NSCoder& coder) const
-{
-    NSView::encode(coder);
-    coder.encode("text", m_text.text);
-    coder.encode("fontFamily", m_text.font.family);
-    coder.encode("fontSize", m_text.font.size);
-    coder.encode("bold", m_text.font.bold);
-    coder.encode("monospacedDigits", m_text.font.monospacedDigits);
-    coder.encode("textColor", m_text.color);
-    coder.encode("alignment", static_cast<int>(m_text.alignment));
-    coder.encode("lineBreakMode", static_cast<int>(m_text.lineBreakMode));
-    coder.encode("maximumNumberOfLines", m_text.maximumNumberOfLines);
-    coder.encode("preferredMaxLayoutWidth", m_preferredMaxLayoutWidth);
-}
-
-void NSTextField::init(NSCoder& coder)
-{
-    NSView::init(coder);
-    setStringValue(coder.decode<std::string>("text"));
-    const FontDescription font{coder.decode<std::string>("fontFamily"), coder.decode<CGFloat>("fontSize"),
-                               coder.decode<bool>("bold"), coder.decode<bool>("monospacedDigits")};
-    setFont(make<NSFont>(font));
-    setTextColor(make<NSColor>(coder.decode<CGColor>("textColor")));
-    setAlignment(coder.decode<NSTextAlignment>("alignment"));
-    setLineBreakMode(coder.decode<NSLineBreakMode>("lineBreakMode"));
-    setMaximumNumberOfLines(coder.decode<int>("maximumNumberOfLines"));
-    setPreferredMaxLayoutWidth(coder.decode<CGFloat>("preferredMaxLayoutWidth"));
 }
 
 void NSTextField::setStringValue(const std::string& text)
 {
-    if (m_text.text == text)
+    std::string wellFormed = wellFormedText(text);
+    if (m_text.text == wellFormed)
         return;
-    m_text.text = text;
+    m_text.text = std::move(wellFormed);
     textChanged();
+    looksChanged();
+    postAccessibilityChange(*this, AccessibleChange::value);
+}
+
+void NSTextField::setPlaceholderString(const std::optional<std::string>& placeholder)
+{
+    const auto wellFormed = placeholder ? std::optional(wellFormedText(*placeholder)) : std::nullopt;
+    if (m_placeholder == wellFormed)
+        return;
+    m_placeholder = wellFormed;
+    setNeedsDisplay(true);
 }
 
 std::shared_ptr<NSFont> NSTextField::font() const
@@ -87,6 +110,7 @@ void NSTextField::setFont(const std::shared_ptr<NSFont>& font)
         return;
     m_text.font = font->fontDescription();
     textChanged();
+    looksChanged();
 }
 
 std::shared_ptr<NSColor> NSTextField::textColor() const
@@ -101,7 +125,7 @@ void NSTextField::setTextColor(const std::shared_ptr<NSColor>& color)
     if (m_text.color == color->cgColor())
         return;
     m_text.color = color->cgColor();
-    setNeedsDisplay(true);
+    looksChanged();
 }
 
 void NSTextField::setAlignment(NSTextAlignment alignment)
@@ -109,7 +133,7 @@ void NSTextField::setAlignment(NSTextAlignment alignment)
     if (m_text.alignment == alignment)
         return;
     m_text.alignment = alignment;
-    setNeedsDisplay(true);
+    looksChanged();
 }
 
 void NSTextField::setLineBreakMode(NSLineBreakMode mode)
@@ -118,6 +142,7 @@ void NSTextField::setLineBreakMode(NSLineBreakMode mode)
         return;
     m_text.lineBreakMode = mode;
     textChanged();
+    looksChanged();
 }
 
 void NSTextField::setMaximumNumberOfLines(int count)
@@ -143,37 +168,94 @@ void NSTextField::setPreferredMaxLayoutWidth(CGFloat width)
     textChanged();
 }
 
+void NSTextField::setEditable(bool editable)
+{
+    if (m_isEditable == editable)
+        return;
+    m_isEditable = editable;
+    textChanged();
+    interactionChanged();
+}
+
+void NSTextField::setSelectable(bool selectable)
+{
+    if (m_isSelectable == selectable)
+        return;
+    m_isSelectable = selectable;
+    interactionChanged();
+}
+
+void NSTextField::setEnabled(bool enabled)
+{
+    if (isEnabled() == enabled)
+        return;
+    NSControl::setEnabled(enabled);
+    interactionChanged();
+}
+
+void NSTextField::interactionChanged()
+{
+    postAccessibilityChange(*this, AccessibleChange::state);
+    invalidateCursorRects();
+    if (!isInteractive() && hasKeyboardFocus())
+        window()->makeFirstResponder(nullptr);
+    looksChanged();
+}
+
+void NSTextField::setBordered(bool bordered)
+{
+    if (m_isBordered == bordered)
+        return;
+    m_isBordered = bordered;
+    textChanged();
+    looksChanged();
+}
+
+void NSTextField::setBezeled(bool bezeled)
+{
+    if (m_isBezeled == bezeled)
+        return;
+    m_isBezeled = bezeled;
+    textChanged();
+    looksChanged();
+}
+
+void NSTextField::setDrawsBackground(bool draws)
+{
+    if (m_drawsBackground == draws)
+        return;
+    m_drawsBackground = draws;
+    setNeedsDisplay(true);
+}
+
+std::shared_ptr<NSColor> NSTextField::backgroundColor() const
+{
+    return make<NSColor>(m_backgroundColor);
+}
+
+void NSTextField::setBackgroundColor(const std::shared_ptr<NSColor>& color)
+{
+    if (!color)
+        raiseInvalidArgument("NSTextField.setBackgroundColor:", "there is no colour");
+    if (m_backgroundColor == color->cgColor())
+        return;
+    m_backgroundColor = color->cgColor();
+    setNeedsDisplay(true);
+}
+
 void NSTextField::textChanged()
 {
     m_measured.reset();
     invalidateIntrinsicContentSize();
     setNeedsDisplay(true);
-    postAccessibilityChange(*this, AccessibleChange::value);
 }
 
-CGSize NSTextField::intrinsicContentSize() const
+// What is edited is to look, lie and read as the field does.
+void NSTextField::looksChanged()
 {
-    if (m_measured)
-        return m_measured->size;
-    Backend& backend = Backend::shared();
-    const CGFloat width = frame().size.width;
-    CGSize size = backend.measureText(m_text, m_text.wraps() ? m_preferredMaxLayoutWidth : 0).size;
-    if (followsLayout() && width > 0 && width < size.width)
-        size.height = backend.measureText(m_text, width).size.height;
-    m_measured = {size, width};
-    return size;
-}
-
-void NSTextField::frameSizeDidChange()
-{
-    if (followsLayout() && !(m_measured && m_measured->layoutWidth == frame().size.width))
-        textChanged(); // the height follows
-}
-
-void NSTextField::draw(Canvas& canvas, const CGRect&)
-{
-    if (!m_text.text.empty())
-        canvas.drawText(m_text, bounds());
+    setNeedsDisplay(true);
+    if (m_session)
+        m_session->update();
 }
 
 } // namespace RVCore

@@ -357,6 +357,12 @@ void NSWindow::prepareFrame()
     m_events.contentMoved();
 }
 
+void NSWindow::setTextInput(const std::shared_ptr<TextEditor>& editor, CGPoint origin, AppKitKey)
+{
+    if (m_backend)
+        m_backend->setTextInput(editor, origin);
+}
+
 void NSWindow::setCursor(CursorShape shape, AppKitKey)
 {
     if (m_backend)

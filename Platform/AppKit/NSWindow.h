@@ -143,6 +143,8 @@ public:
     void contentNeedsFrame(AppKitKey);
     void setCursor(CursorShape shape, AppKitKey);
     void accessibilityChanged(const std::shared_ptr<AccessibleElement>& element, AccessibleChange change, AppKitKey);
+    // See WindowBackend::setTextInput. Without effect before the window is first shown; drawing says it again.
+    void setTextInput(const std::shared_ptr<TextEditor>& editor, CGPoint origin, AppKitKey);
     void subtreeWillLeave(NSView& subtree, AppKitKey);
     void setWindowController(NSWindowController* controller, AppKitKey);
     void keyChanged(bool isKey, AppKitKey);

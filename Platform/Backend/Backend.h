@@ -1,8 +1,10 @@
 #pragma once
 
 #include <Backend/Accessibility.h>
+#include <Backend/Clipboard.h>
 #include <Backend/ControlLook.h>
 #include <Backend/InputEvent.h>
+#include <Backend/TextEditor.h>
 #include <Backend/WindowPlacement.h>
 #include <CoreGraphics/Canvas.h>
 
@@ -77,6 +79,10 @@ public:
     virtual void requestFrame() = 0;
     // Device pixels per point.
     virtual CGFloat backingScale() const = 0;
+    // The editor that input methods compose into while the window has the keyboard, and where in the content its
+    // rectangle begins, in points from the top left; null for none. An editor that ends is none. To be called again
+    // when something of it moved, the caret included.
+    virtual void setTextInput(const std::shared_ptr<TextEditor>& editor, CGPoint origin) = 0;
 };
 
 // What a desktop must supply. Exactly one backend serves a program: it registers itself by being linked, and the one
@@ -107,6 +113,12 @@ public:
 
     // The picture in a PNG file; null when there is no such file or it holds none.
     virtual CGImageRef readImage(const std::string& path) = 0;
+
+    // An editor of this size, with the caret at the start of the text. Raises NSInvalidArgumentException unless the
+    // font's size is finite and above 0. The client outlives it, or detaches it.
+    virtual std::shared_ptr<TextEditor> makeTextEditor(TextEditorClient& client, const TextDescription& content,
+                                                       CGSize size) = 0;
+    virtual Clipboard& clipboard() = 0;
 
     virtual std::unique_ptr<WindowBackend> makeWindow(WindowClient& client, CGSize contentSize) = 0;
 

@@ -5,6 +5,9 @@ namespace RVCore {
 class AccessibleElement;
 class Backend;
 class ControlLook;
+class Clipboard;
+class TextEditor;
+class TextEditorClient;
 class WindowBackend;
 class WindowClient;
 struct ScreenDescription;

@@ -125,35 +125,4 @@ int characterWidth(std::uint32_t codePoint)
     return contains(wideRanges, codePoint) ? 2 : 1;
 }
 
-std::uint32_t takeCodePoint(std::string_view& text)
-{
-    constexpr std::uint32_t replacement = 0xFFFD;
-    const auto byte = [&](std::size_t index) { return static_cast<std::uint8_t>(text[index]); };
-    const std::uint8_t lead = byte(0);
-    std::size_t length = 1;
-    if (lead >= 0xF0 && lead <= 0xF4)
-        length = 4;
-    else if (lead >= 0xE0 && lead < 0xF0)
-        length = 3;
-    else if (lead >= 0xC2 && lead < 0xE0)
-        length = 2;
-
-    std::uint32_t codePoint = length == 1 ? (lead < 0x80 ? lead : replacement) : lead & (0xFFU >> (length + 1));
-    bool isWellFormed = length <= text.size();
-    for (std::size_t i = 1; i < length && isWellFormed; ++i) {
-        isWellFormed = (byte(i) & 0xC0U) == 0x80;
-        codePoint = codePoint << 6 | (byte(i) & 0x3FU);
-    }
-    // Longer than needed, half of a surrogate pair, or beyond the last code point.
-    constexpr std::uint32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000};
-    isWellFormed = isWellFormed && codePoint >= smallest[length] && codePoint <= 0x10FFFF &&
-                   (codePoint < 0xD800 || codePoint > 0xDFFF);
-    if (!isWellFormed) {
-        codePoint = replacement;
-        length = 1;
-    }
-    text.remove_prefix(length);
-    return codePoint;
-}
-
 } // namespace RVCore

@@ -1,6 +1,7 @@
 #include <Foundation/NSException.h>
 #include <HeadlessBackend/HeadlessBackend.h>
 #include <HeadlessBackend/HeadlessText.h>
+#include <HeadlessBackend/HeadlessTextEditor.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -25,6 +26,12 @@ CGImageRef HeadlessBackend::readImage(const std::string& path)
                              "cannot read " + path +
                                  ": there is no decoder without a desktop backend; link RVCore::QtBackend");
     return nullptr;
+}
+
+std::shared_ptr<TextEditor> HeadlessBackend::makeTextEditor(TextEditorClient& client, const TextDescription& content,
+                                                            CGSize size)
+{
+    return std::make_shared<HeadlessTextEditor>(client, m_clipboard, content, size);
 }
 
 std::unique_ptr<WindowBackend> HeadlessBackend::makeWindow(WindowClient& client, CGSize contentSize)

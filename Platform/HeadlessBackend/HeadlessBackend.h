@@ -2,6 +2,7 @@
 
 #include <Backend/Backend.h>
 #include <Backend/CallQueue.h>
+#include <HeadlessBackend/HeadlessClipboard.h>
 #include <HeadlessBackend/HeadlessControlLook.h>
 #include <HeadlessBackend/HeadlessWindow.h>
 
@@ -26,6 +27,10 @@ public:
     HeadlessControlLook& controlLook() override { return m_controlLook; }
     // Raises NSInvalidArgumentException when the file exists: pictures take a desktop backend.
     CGImageRef readImage(const std::string& path) override;
+    // A HeadlessTextEditor.
+    std::shared_ptr<TextEditor> makeTextEditor(TextEditorClient& client, const TextDescription& content,
+                                               CGSize size) override;
+    Clipboard& clipboard() override { return m_clipboard; }
     std::unique_ptr<WindowBackend> makeWindow(WindowClient& client, CGSize contentSize) override;
     // Always raises NSInvalidArgumentException: pictures take a desktop backend.
     void writePicture(const std::string& path, CGSize size, CGFloat scale,
@@ -65,6 +70,7 @@ private:
     std::shared_ptr<HeadlessWindow::List> m_windows = std::make_shared<HeadlessWindow::List>();
     HeadlessControlLook m_controlLook;
     std::vector<ScreenDescription> m_screens{{.frame = {0, 0, 1440, 900}, .visibleFrame = {0, 24, 1440, 876}}};
+    HeadlessClipboard m_clipboard;
     CallQueue m_calls;
     WakeUp m_wakeUp;
     int m_runDepth = 0;

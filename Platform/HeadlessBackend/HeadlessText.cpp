@@ -1,4 +1,5 @@
 #include <Foundation/NSException.h>
+#include <Foundation/Utf8.h>
 #include <HeadlessBackend/CharacterWidth.h>
 #include <HeadlessBackend/HeadlessText.h>
 

@@ -130,6 +130,12 @@ void HeadlessWindow::setActive(bool isActive)
     m_client.activeChanged(isActive);
 }
 
+void HeadlessWindow::setTextInput(const std::shared_ptr<TextEditor>& editor, CGPoint origin)
+{
+    m_textInput = editor;
+    m_textInputOrigin = origin;
+}
+
 void HeadlessWindow::userResize(CGSize size)
 {
     if (!m_style.isResizable)

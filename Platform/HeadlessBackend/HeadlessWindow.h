@@ -39,6 +39,7 @@ public:
     void accessibilityChanged(const std::shared_ptr<AccessibleElement>& element, AccessibleChange change) override;
     void requestFrame() override { m_needsFrame = true; }
     CGFloat backingScale() const override { return m_backingScale; }
+    void setTextInput(const std::shared_ptr<TextEditor>& editor, CGPoint origin) override;
 
     // What the program has set.
     WindowClient& client() const { return m_client; }
@@ -54,6 +55,9 @@ public:
     // What assistive technology was told since the last call: the names of elements (of the window: its title).
     std::vector<std::pair<std::string, AccessibleChange>> takeAccessibilityChanges();
     bool needsFrame() const { return m_needsFrame; }
+    // What an input method would compose into, and where; null for none.
+    std::shared_ptr<TextEditor> textInput() const { return m_textInput.lock(); }
+    CGPoint textInputOrigin() const { return m_textInputOrigin; }
 
     // Whether it has the keys: the visible window that asked for them last.
     bool isActive() const { return m_isActive; }
@@ -98,6 +102,8 @@ private:
     WindowBackend* m_parent = nullptr;
     CGFloat m_backingScale = 1;
     CursorShape m_cursor = CursorShape::arrow;
+    std::weak_ptr<TextEditor> m_textInput;
+    CGPoint m_textInputOrigin;
     bool m_isVisible = false;
     bool m_isMinimized = false;
     bool m_isActive = false;

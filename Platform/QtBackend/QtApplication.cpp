@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QtBackend/QtApplication.h>
+#include <QtBackend/QtTextEdit.h>
 #include <QtBackend/QtWindow.h>
 
 #include <cstdlib>
@@ -28,6 +29,10 @@ void endApplication()
         for (QWindow* window : QGuiApplication::allWindows()) {
             if (auto* surface = dynamic_cast<QtWindowSurface*>(window))
                 surface->abandon();
+        }
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            if (auto* edit = dynamic_cast<QtTextEdit*>(widget))
+                delete edit; // its editor may be held by an object that ends later
         }
         delete qApp;
     }

@@ -12,6 +12,7 @@
 #include <QtBackend/QtImage.h>
 #include <QtBackend/QtPicture.h>
 #include <QtBackend/QtText.h>
+#include <QtBackend/QtTextEditor.h>
 #include <QtBackend/QtWindow.h>
 
 #include <algorithm>
@@ -132,6 +133,12 @@ ControlLook& QtBackend::controlLook()
 CGImageRef QtBackend::readImage(const std::string& path)
 {
     return RVCore::readImage(path);
+}
+
+std::shared_ptr<TextEditor> QtBackend::makeTextEditor(TextEditorClient& client, const TextDescription& content,
+                                                      CGSize size)
+{
+    return std::make_shared<QtTextEditor>(client, content, size);
 }
 
 std::unique_ptr<WindowBackend> QtBackend::makeWindow(WindowClient& client, CGSize contentSize)

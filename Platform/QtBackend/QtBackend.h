@@ -2,6 +2,8 @@
 
 #include <Backend/Backend.h>
 
+#include <QtBackend/QtClipboard.h>
+
 #include <memory>
 
 namespace RVCore {
@@ -21,6 +23,9 @@ public:
     TextMetrics measureText(const TextDescription& text, CGFloat maximumWidth) override;
     ControlLook& controlLook() override;
     CGImageRef readImage(const std::string& path) override;
+    std::shared_ptr<TextEditor> makeTextEditor(TextEditorClient& client, const TextDescription& content,
+                                               CGSize size) override;
+    Clipboard& clipboard() override { return m_clipboard; }
     std::unique_ptr<WindowBackend> makeWindow(WindowClient& client, CGSize contentSize) override;
     void writePicture(const std::string& path, CGSize size, CGFloat scale,
                       const std::function<void(Canvas&)>& paint) override;
@@ -34,6 +39,7 @@ private:
     class EventLoop;
     std::unique_ptr<EventLoop> m_loop;
     std::unique_ptr<ControlLook> m_controlLook;
+    QtClipboard m_clipboard;
 };
 
 } // namespace RVCore

@@ -21,6 +21,9 @@ public:
     QtCanvas(const QtCanvas&) = delete;
     QtCanvas& operator=(const QtCanvas&) = delete;
 
+    // Where drawing goes just now, for what Qt draws by itself. Whoever draws leaves it as it was.
+    QPainter& painter() const { return *m_painter; }
+
     void save() override;
     void restore() override;
     void concatenate(const CGAffineTransform& transform) override;

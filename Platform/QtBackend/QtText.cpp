@@ -34,31 +34,6 @@ struct Line {
     QTextLine textLine() const { return layout->lineAt(index); }
 };
 
-// Gives every digit the advance of the widest one. Qt 6.4 cannot switch the font's own tabular figures on, so the
-// narrower digits are followed by the difference.
-QList<QTextLayout::FormatRange> digitFormats(const QString& paragraph, const QFont& font)
-{
-    const QFontMetricsF metrics(font);
-    qreal widest = 0;
-    for (char digit = '0'; digit <= '9'; ++digit)
-        widest = std::max(widest, metrics.horizontalAdvance(QLatin1Char(digit)));
-    QList<QTextLayout::FormatRange> formats;
-    for (int i = 0; i < paragraph.size(); ++i) {
-        if (paragraph[i] < u'0' || paragraph[i] > u'9')
-            continue;
-        const qreal missing = widest - metrics.horizontalAdvance(paragraph[i]);
-        if (missing <= 0)
-            continue;
-        QTextLayout::FormatRange range;
-        range.start = i;
-        range.length = 1;
-        range.format.setFontLetterSpacingType(QFont::AbsoluteSpacing);
-        range.format.setFontLetterSpacing(missing);
-        formats.append(range);
-    }
-    return formats;
-}
-
 // Blanks at the end of a paragraph that wraps take no room; Qt leaves them out where a line breaks only.
 QString withoutTrailingBlanks(QString paragraph)
 {
@@ -281,6 +256,31 @@ void requireUsable(std::string_view operation, const FontDescription& font)
 }
 
 } // namespace
+
+// Qt 6.4 cannot switch the font's own tabular figures on, so the
+// narrower digits are followed by the difference.
+QList<QTextLayout::FormatRange> digitFormats(const QString& paragraph, const QFont& font)
+{
+    const QFontMetricsF metrics(font);
+    qreal widest = 0;
+    for (char digit = '0'; digit <= '9'; ++digit)
+        widest = std::max(widest, metrics.horizontalAdvance(QLatin1Char(digit)));
+    QList<QTextLayout::FormatRange> formats;
+    for (int i = 0; i < paragraph.size(); ++i) {
+        if (paragraph[i] < u'0' || paragraph[i] > u'9')
+            continue;
+        const qreal missing = widest - metrics.horizontalAdvance(paragraph[i]);
+        if (missing <= 0)
+            continue;
+        QTextLayout::FormatRange range;
+        range.start = i;
+        range.length = 1;
+        range.format.setFontLetterSpacingType(QFont::AbsoluteSpacing);
+        range.format.setFontLetterSpacing(missing);
+        formats.append(range);
+    }
+    return formats;
+}
 
 TextMetrics measureText(const TextDescription& text, CGFloat maximumWidth)
 {

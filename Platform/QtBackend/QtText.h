@@ -2,6 +2,8 @@
 
 #include <CoreGraphics/TextDescription.h>
 
+#include <QTextLayout>
+
 class QPainter;
 
 namespace RVCore {
@@ -17,6 +19,9 @@ namespace RVCore {
 //  - Truncation removes whole characters in the order in which they are read, not seen.
 //  - A line that is wider than its room starts at the edge where reading starts.
 //  - Monospaced digits: each digit is given the advance of the widest one.
+
+// Formats that give every digit of the paragraph the advance of the font's widest one.
+QList<QTextLayout::FormatRange> digitFormats(const QString& paragraph, const QFont& font);
 
 // Backend.measureText.
 TextMetrics measureText(const TextDescription& text, CGFloat maximumWidth);

@@ -2,6 +2,8 @@
 
 #include <QCloseEvent>
 #include <QGuiApplication>
+#include <QInputMethod>
+#include <QInputMethodEvent>
 #include <QPainter>
 #include <QScreen>
 #include <QtBackend/QtAccessibility.h>
@@ -9,6 +11,7 @@
 #include <QtBackend/QtCanvas.h>
 #include <QtBackend/QtConversions.h>
 #include <QtBackend/QtInput.h>
+#include <QtBackend/QtTextEditor.h>
 #include <QtBackend/QtWindow.h>
 
 #include <algorithm>
@@ -163,8 +166,36 @@ void QtWindowSurface::scheduleFrame()
     m_frameTimer.start(static_cast<int>(std::max(0.0, std::ceil(1000 / rate - elapsed))));
 }
 
+void QtWindowSurface::setTextInput(const std::shared_ptr<QtTextEditor>& editor, CGPoint origin)
+{
+    const auto before = m_textInput.lock();
+    if (before && before != editor)
+        before->setHost(nullptr, {});
+    m_textInput = editor;
+    if (editor)
+        editor->setHost(this, origin);
+    if (QGuiApplication::focusWindow() == this && (editor || before))
+        QGuiApplication::inputMethod()->update(before == editor ? Qt::ImQueryInput : Qt::ImQueryAll);
+}
+
+// Without an editor the window takes no text: to be asked and to answer nothing says so.
+bool QtWindowSurface::handleInputMethod(QEvent& event)
+{
+    const auto editor = m_textInput.lock();
+    if (!editor || (event.type() != QEvent::InputMethod && event.type() != QEvent::InputMethodQuery))
+        return false;
+    if (event.type() == QEvent::InputMethod)
+        call([&](WindowClient&) { editor->handleInputMethod(static_cast<const QInputMethodEvent&>(event)); });
+    else
+        editor->answer(static_cast<QInputMethodQueryEvent&>(event));
+    event.accept();
+    return true;
+}
+
 bool QtWindowSurface::event(QEvent* event)
 {
+    if (handleInputMethod(*event))
+        return true;
     const bool isHandled = QWindow::event(event);
     // What was asked for while nobody could see the window is due when somebody can.
     if (event->type() == QEvent::Expose && !isExposed())
@@ -409,6 +440,12 @@ void QtWindow::requestFrame()
 {
     if (hasSurface())
         m_surface->requestFrame();
+}
+
+void QtWindow::setTextInput(const std::shared_ptr<TextEditor>& editor, CGPoint origin)
+{
+    if (hasSurface())
+        m_surface->setTextInput(std::dynamic_pointer_cast<QtTextEditor>(editor), origin);
 }
 
 CGFloat QtWindow::backingScale() const

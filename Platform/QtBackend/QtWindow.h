@@ -13,6 +13,8 @@
 
 namespace RVCore {
 
+class QtTextEditor;
+
 // The QWindow of a QtWindow: paints through the client, once per frame, and only when something asked for it.
 class QtWindowSurface : public QWindow {
 public:
@@ -29,6 +31,7 @@ public:
     // Empty when the client has gone.
     std::vector<std::shared_ptr<AccessibleElement>> accessibleElements() const;
     QAccessibleInterface* accessibleRoot() const override;
+    void setTextInput(const std::shared_ptr<QtTextEditor>& editor, CGPoint origin);
     // No call reaches the client from now on. Ends the surface now, or if it is calling its client just now, as soon
     // as Qt is done with it.
     void abandon();
@@ -55,6 +58,7 @@ private:
     void reportState();
     void updateLimits(QSize present);
     void report(const InputEvent& event);
+    bool handleInputMethod(QEvent& event);
     void scheduleFrame();
     void paintFrame();
     void paintContent();
@@ -69,6 +73,7 @@ private:
     bool m_isMinimized = false;
     CGFloat m_knownScale = 1;
     std::unique_ptr<QBackingStore> m_store;
+    std::weak_ptr<QtTextEditor> m_textInput;
     QTimer m_frameTimer{this};
     QElapsedTimer m_sinceFrame;
     bool m_needsFrame = true;
@@ -99,6 +104,7 @@ public:
     void accessibilityChanged(const std::shared_ptr<AccessibleElement>& element, AccessibleChange change) override;
     void requestFrame() override;
     CGFloat backingScale() const override;
+    void setTextInput(const std::shared_ptr<TextEditor>& editor, CGPoint origin) override;
 
     QtWindowSurface& surface() const { return *m_surface; }
 

@@ -135,7 +135,7 @@ TEST(LayoutPass, ManyTextsThatWrapAreSolvedTogether)
     std::shared_ptr<NSView> previous;
     std::vector<std::shared_ptr<NSTextField>> texts;
     for (int i = 0; i < 40; ++i) {
-        const auto text = makeTextField("Several words that wrap at the width of the host");
+        const auto text = plainLabel("Several words that wrap at the width of the host");
         text->setLineBreakMode(NSLineBreakMode::wordWrapping);
         text->setTranslatesAutoresizingMaskIntoConstraints(false);
         host->addSubview(text);

@@ -58,8 +58,9 @@ protected:
     }
     std::shared_ptr<NSTextField> label(const std::string& text, const CGRect& frame)
     {
-        const auto view = put<NSTextField>(frame);
-        view->setStringValue(text);
+        const auto view = plainLabel(text);
+        view->setFrame(frame);
+        content().addSubview(view);
         return view;
     }
     std::shared_ptr<AccessibleElement> first() { return accessibleElementsIn(content()).at(0); }

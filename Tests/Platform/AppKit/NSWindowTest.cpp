@@ -191,6 +191,7 @@ public:
     void accessibilityChanged(const std::shared_ptr<AccessibleElement>&, AccessibleChange) override {}
     void requestFrame() override {}
     CGFloat backingScale() const override { return 1; }
+    void setTextInput(const std::shared_ptr<TextEditor>&, CGPoint) override {}
     static inline int askedCount = 0;
 
 private:

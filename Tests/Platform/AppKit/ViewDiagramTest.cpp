@@ -144,7 +144,7 @@ TEST(ViewDiagram, ViewsThatAreNotSettledAreMarkedEvenWithoutAnArea)
 TEST(ViewDiagram, ASizeKeepsClearOfTheViewsOwnText)
 {
     const auto host = makeHost(100, 17);
-    const auto label = makeTextField("left");
+    const auto label = plainLabel("left");
     label->setTranslatesAutoresizingMaskIntoConstraints(false);
     host->addSubview(label);
     place(*label, {0, 0, 100, 17});

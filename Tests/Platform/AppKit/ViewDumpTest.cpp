@@ -14,7 +14,7 @@ TEST(ViewDump, WritesViewsInTreeOrderWithTheConstraintsThatTheyOwn)
 {
     const auto host = makeHost(400, 100);
     host->setIdentifier("host");
-    const auto label = makeTextField("two\nlines");
+    const auto label = plainLabel("two\nlines");
     label->setFrame({0, 0, 50, 20});
     label->setAlphaValue(0.5);
     label->setHidden(true);

@@ -188,8 +188,10 @@ TEST_F(ViewExplanation, ViewsWithoutAnIdentifierAreNumberedInTreeOrder)
 
 TEST_F(ViewExplanation, AWrappedLabelHasItsHeightFromItsLines)
 {
-    const auto label = addTo<NSTextField>(*host, "label");
-    label->setStringValue("four four four");
+    const auto label = plainLabel("four four four");
+    label->setIdentifier("label");
+    label->setTranslatesAutoresizingMaskIntoConstraints(false);
+    host->addSubview(label);
     label->setLineBreakMode(NSLineBreakMode::wordWrapping);
     hold(*label, Attribute::left, *host, Attribute::left);
     hold(*label, Attribute::width, {.constant = 40});

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <AppKit/NSTextField.h>
 #include <AppKit/NSView.h>
 
 #include <functional>
@@ -122,6 +123,18 @@ inline void place(NSView& view, const CGRect& rect)
     hold(view, Attribute::top, *view.superview(), Attribute::top, {.constant = rect.minY()});
     hold(view, Attribute::width, {.constant = rect.size.width});
     hold(view, Attribute::height, {.constant = rect.size.height});
+}
+
+// Text that is shown and nothing else.
+inline std::shared_ptr<NSTextField> plainLabel(const std::string& text)
+{
+    auto label = make<NSTextField>();
+    label->setStringValue(text);
+    label->setBezeled(false);
+    label->setEditable(false);
+    label->setSelectable(false);
+    label->setDrawsBackground(false);
+    return label;
 }
 
 // What laying the tree out reports on standard error.

@@ -3,21 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
-
 namespace RVCore {
 namespace {
-
-using testing::ElementsAre;
-
-std::vector<std::uint32_t> codePoints(std::string_view text)
-{
-    std::vector<std::uint32_t> result;
-    while (!text.empty())
-        result.push_back(takeCodePoint(text));
-    return result;
-}
 
 TEST(CharacterWidth, LettersOfNarrowScriptsCountOne)
 {
@@ -57,28 +44,6 @@ TEST(CharacterWidth, TheEndsOfARangeBelongToIt)
     EXPECT_EQ(characterWidth(0xAC00), 2);
     EXPECT_EQ(characterWidth(0xD7A3), 2);
     EXPECT_EQ(characterWidth(0x10FFFF), 1);
-}
-
-TEST(CharacterWidth, CodePointsAreReadFromOneToFourBytes)
-{
-    EXPECT_THAT(codePoints("aé漢😀\xF4\x8F\xBF\xBF"),
-                ElementsAre(std::uint32_t('a'), 0xE9U, 0x6F22U, 0x1F600U, 0x10FFFFU));
-}
-
-TEST(CharacterWidth, ABrokenByteIsReadAlone)
-{
-    // A continuation without a start; a start without a continuation, before text and at the end.
-    EXPECT_THAT(codePoints("\x80"
-                           "a\xC3"
-                           "b\xE6\xBC"),
-                ElementsAre(0xFFFDU, std::uint32_t('a'), 0xFFFDU, std::uint32_t('b'), 0xFFFDU, 0xFFFDU));
-}
-
-TEST(CharacterWidth, FormsThatUtf8ForbidsAreBroken)
-{
-    // Two bytes for a slash, half of a surrogate pair, beyond the last code point, a byte that never occurs.
-    for (const std::string_view text : {"\xC0\xAF", "\xE0\x80\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xFF"})
-        EXPECT_THAT(codePoints(text), testing::SizeIs(text.size())) << testing::PrintToString(text);
 }
 
 } // namespace
