@@ -37,12 +37,12 @@ Appearance appearanceOf(const QPalette& palette)
 
 QPalette makeDarkPalette()
 {
-    QPalette palette(QColor(84, 84, 89), QColor(56, 56, 60)); // works the shades out
-    palette.setColor(QPalette::Base, QColor(28, 28, 31));
+    QPalette palette(QColor(72, 72, 76), QColor(47, 47, 51)); // works the shades out
+    palette.setColor(QPalette::Base, QColor(22, 22, 25));
     palette.setColor(QPalette::Highlight, QColor(58, 130, 220));
     for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::ButtonText, QPalette::Text}) {
         palette.setColor(role, QColor(232, 232, 235));
-        palette.setColor(QPalette::Disabled, role, QColor(132, 132, 137));
+        palette.setColor(QPalette::Disabled, role, QColor(134, 134, 139));
     }
     return palette;
 }
