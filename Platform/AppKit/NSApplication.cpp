@@ -63,11 +63,6 @@ NSApplication& NSApplication::shared()
     return *application;
 }
 
-void NSApplication::init()
-{
-    connectMainQueue();
-}
-
 void NSApplication::run()
 {
     if (m_windows.empty() || m_isRunning)
@@ -141,6 +136,7 @@ bool NSApplication::sendAction(Selector action, const ObjectRef& target, const O
 
 void NSApplication::windowShown(const std::shared_ptr<NSWindow>& window, AppKitKey)
 {
+    connectMainQueue(); // not before there is a desktop: one that is made must be made on this thread
     if (std::find(m_windows.begin(), m_windows.end(), window) == m_windows.end())
         m_windows.push_back(window);
 }

@@ -10,14 +10,13 @@
 
 namespace RVCore {
 
-// The program as the desktop sees it: its windows and its run loop, which also serves the main queue. The last one on
-// every responder chain that starts in a window.
+// The program as the desktop sees it: its windows and its run loop. From the first window on it serves the main
+// queue, too. The last one on every responder chain that starts in a window.
 class NSApplication : public NSResponder {
     RVCORE_CLASS(NSApplication)
 
 public:
     static NSApplication& shared();
-    void init() override;
 
     // Serves windows and input until `terminate`, or until the last window has been closed. Returns at once when no
     // window is open.

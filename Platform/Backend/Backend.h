@@ -59,7 +59,7 @@ public:
     // desktop that does not let programs place their windows (Wayland) ignores it; before this has been called, the
     // desktop chooses a place.
     virtual void setOrigin(CGPoint origin) = 0;
-    // As far as the desktop tells: on Wayland the origin is (0, 0) wherever the window is.
+    // As far as the desktop tells: one that does not let programs place their windows leaves the place asked for.
     virtual WindowPlacement placement() const = 0;
     // In front of all other windows of the desktop that are not above by their kind, or behind them.
     virtual void order(WindowOrder order) = 0;

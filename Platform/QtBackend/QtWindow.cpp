@@ -114,7 +114,10 @@ WindowPlacement QtWindowSurface::placement() const
     QPoint origin = framePosition();
     const QMargins margins = frameMargins();
     const auto isNear = [&](int a, int b) { return std::abs(a - b) <= margins.left(); };
-    if (m_askedOrigin && isNear(origin.x(), m_askedOrigin->x()) && isNear(origin.y(), m_askedOrigin->y()))
+    // And on Wayland nobody knows where it is.
+    const bool isKnown = !QGuiApplication::platformName().startsWith("wayland");
+    if (m_askedOrigin &&
+        (!isKnown || (isNear(origin.x(), m_askedOrigin->x()) && isNear(origin.y(), m_askedOrigin->y()))))
         origin = *m_askedOrigin;
     return {{CGFloat(origin.x()), CGFloat(origin.y())},
             {CGFloat(margins.top()), CGFloat(margins.left()), CGFloat(margins.bottom()), CGFloat(margins.right())}};
