@@ -42,6 +42,12 @@ public:
 
     explicit ViewLayoutState(NSView& view);
     ~ViewLayoutState();
+    // Side by side, since a rebuild of a group's constraints walks through those of all its members.
+    static void* operator new(std::size_t) { return RecyclingAllocator<ViewLayoutState>().allocate(1); }
+    static void operator delete(void* memory)
+    {
+        RecyclingAllocator<ViewLayoutState>().deallocate(static_cast<ViewLayoutState*>(memory), 1);
+    }
     // Takes the view out of every constraint, before it dies.
     void viewWillDie();
     // Ends the engine that the view had as a root.

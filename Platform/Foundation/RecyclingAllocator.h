@@ -1,12 +1,15 @@
 #pragma once
 
 #include <cstddef>
+#include <mutex>
 #include <new>
+#include <utility>
 
 namespace RVCore {
 
-// An allocator for single objects that come and go by the thousand: memory that is given back waits, on its thread,
-// for the next object of the same size. A class asks for it with `using IsRecycled = std::true_type`.
+// An allocator for single objects that come and go by the thousand: they lie side by side, in the order in which they
+// came, and memory that is given back waits, on its thread, for the next object of the same size. It is never given
+// back to the heap. A class asks for it with `using IsRecycled = std::true_type`.
 template <class T> class RecyclingAllocator {
 public:
     using value_type = T;
@@ -16,22 +19,19 @@ public:
 
     T* allocate(std::size_t count)
     {
-        Waiting& waiting = Waiting::ofThread();
-        if (count != 1 || !waiting.first)
+        if (count != 1 || !isRecycling)
             return static_cast<T*>(::operator new(count * sizeof(T)));
-        Place* place = waiting.first;
-        waiting.first = place->next;
-        --waiting.count;
-        return reinterpret_cast<T*>(place);
+        return reinterpret_cast<T*>(Waiting::ofThread().take());
     }
 
     void deallocate(T* memory, std::size_t count)
     {
-        if (count != 1 || Waiting::isGone || Waiting::ofThread().count == most)
+        if (count != 1 || !isRecycling)
             return ::operator delete(memory);
-        Waiting& waiting = Waiting::ofThread();
-        waiting.first = new (memory) Place{waiting.first};
-        ++waiting.count;
+        Place* place = new (memory) Place{nullptr};
+        if (Waiting::isGone)
+            return Abandoned::add(place, place);
+        Waiting::ofThread().add(place);
     }
 
     friend bool operator==(const RecyclingAllocator&, const RecyclingAllocator&) { return true; }
@@ -39,18 +39,39 @@ public:
 private:
     // Nothing waits where a sanitizer watches: it shall see every object come and go.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    static constexpr std::size_t most = 0;
+    static constexpr bool isRecycling = false;
 #else
-    static constexpr std::size_t most = 100'000;
+    static constexpr bool isRecycling = true;
 #endif
 
-    struct Place {
+    union Place {
         Place* next;
+        alignas(T) std::byte object[sizeof(T)];
     };
+    static_assert(alignof(T) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__);
+
+    // What threads that have ended leave to the others.
+    struct Abandoned {
+        inline static std::mutex mutex;
+        inline static Place* first = nullptr;
+
+        static void add(Place* from, Place* to)
+        {
+            const std::lock_guard lock(mutex);
+            to->next = std::exchange(first, from);
+        }
+        static Place* takeAll()
+        {
+            const std::lock_guard lock(mutex);
+            return std::exchange(first, nullptr);
+        }
+    };
+
     struct Waiting {
         Place* first = nullptr;
-        std::size_t count = 0;
-        // Objects that outlive their thread's list, as those in static variables do, are given back at once.
+        Place* fresh = nullptr; // from here on nothing was used yet
+        Place* endOfFresh = nullptr;
+        // Objects that outlive their thread's list, as those in static variables do, are left to the others at once.
         inline static thread_local bool isGone = false;
 
         static Waiting& ofThread()
@@ -58,16 +79,39 @@ private:
             thread_local Waiting waiting;
             return waiting;
         }
+        Place* take()
+        {
+            if (first)
+                return std::exchange(first, first->next);
+            if (fresh == endOfFresh && !refill())
+                return std::exchange(first, first->next);
+            return fresh++;
+        }
+        void add(Place* place) { place->next = std::exchange(first, place); }
+        // True when there are fresh places now, false when there are used ones.
+        bool refill()
+        {
+            constexpr std::size_t atOnce = 32;
+            first = Abandoned::takeAll();
+            if (first)
+                return false;
+            fresh = static_cast<Place*>(::operator new(atOnce * sizeof(Place)));
+            endOfFresh = fresh + atOnce;
+            return true;
+        }
         ~Waiting()
         {
             isGone = true;
-            while (Place* place = first) {
-                first = place->next;
-                ::operator delete(place);
-            }
+            while (fresh != endOfFresh)
+                add(fresh++);
+            if (!first)
+                return;
+            Place* last = first;
+            while (last->next)
+                last = last->next;
+            Abandoned::add(first, last);
         }
     };
-    static_assert(alignof(T) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__);
 };
 
 } // namespace RVCore

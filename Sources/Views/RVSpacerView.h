@@ -10,6 +10,8 @@ class RVSpacerView : public RVBaseView {
     RVCORE_CLASS(RVSpacerView)
 
 public:
+    using IsRecycled = std::true_type; // groups have one for each member
+
     void init() override { init(CGSize()); }
     virtual void init(CGSize size);
     // Not offered; these stop the program.

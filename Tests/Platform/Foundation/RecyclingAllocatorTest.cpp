@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <memory>
 #include <thread>
 
@@ -23,6 +25,31 @@ TEST(RecyclingAllocator, WhatIsGivenBackServesTheNextObject)
     Record* second = allocator.allocate(1);
     EXPECT_EQ(second, first);
     allocator.deallocate(second, 1);
+}
+
+TEST(RecyclingAllocator, WhatAThreadLeavesServesAnotherOne)
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "nothing waits where a sanitizer watches";
+#endif
+    struct Message {
+        int number;
+    };
+    RecyclingAllocator<Message> allocator;
+    std::array<Message*, 100> left{};
+    std::thread([&] {
+        for (Message*& message : left)
+            message = allocator.allocate(1);
+        for (Message* message : left)
+            allocator.deallocate(message, 1);
+    }).join();
+    std::array<Message*, 128> found{};
+    for (Message*& message : found)
+        message = allocator.allocate(1);
+    for (Message* message : left)
+        EXPECT_EQ(std::count(found.begin(), found.end(), message), 1);
+    for (Message* message : found)
+        allocator.deallocate(message, 1);
 }
 
 TEST(RecyclingAllocator, ListsOfObjectsAreNotMixedUpWithSingleOnes)
