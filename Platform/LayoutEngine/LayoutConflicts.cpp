@@ -48,7 +48,7 @@ std::vector<Index> Solver::requiredConstraints(Part& part, const std::vector<Ind
     for (const Index row : rows) {
         if (part.classOf(row) == none)
             continue;
-        for (const Index index : m_model.classes()[part.classOf(row)].constraints) {
+        for (const Index index : m_model.constraintsOf(part.classOf(row))) {
             const Constraint& constraint = m_model.constraints()[index];
             if (constraint.priority == layoutPriorityRequired && !constraint.isLeftOut)
                 result.push_back(index);

@@ -26,9 +26,9 @@ public:
     }
     ~InlineList() { release(); }
 
-    T* begin() { return m_data ? m_data : m_inline; }
+    T* begin() { return isOutside() ? m_outside : m_inline; }
     T* end() { return begin() + m_size; }
-    const T* begin() const { return m_data ? m_data : m_inline; }
+    const T* begin() const { return isOutside() ? m_outside : m_inline; }
     const T* end() const { return begin() + m_size; }
     std::uint32_t size() const { return m_size; }
     bool empty() const { return m_size == 0; }
@@ -59,27 +59,36 @@ public:
     void clear() { m_size = 0; }
 
 private:
+    bool isOutside() const { return m_capacity > N; }
     void grow(std::uint32_t capacity)
     {
         T* data = new T[capacity];
         std::copy(begin(), end(), data);
-        delete[] m_data;
-        m_data = data;
+        release();
+        m_outside = data;
         m_capacity = capacity;
     }
-    void release() { delete[] m_data; }
+    void release()
+    {
+        if (isOutside())
+            delete[] m_outside;
+    }
     void take(InlineList& other)
     {
-        m_data = std::exchange(other.m_data, nullptr);
         m_size = std::exchange(other.m_size, 0);
         m_capacity = std::exchange(other.m_capacity, N);
-        std::copy(other.m_inline, other.m_inline + N, m_inline);
+        if (isOutside())
+            m_outside = other.m_outside;
+        else
+            std::copy(other.m_inline, other.m_inline + m_size, m_inline);
     }
 
-    T* m_data = nullptr; // instead of m_inline once that was too small
     std::uint32_t m_size = 0;
     std::uint32_t m_capacity = N;
-    T m_inline[N]{};
+    union {
+        T m_inline[N]{};
+        T* m_outside; // once that was too small
+    };
 };
 
 } // namespace RVCore::LayoutInternal

@@ -45,8 +45,7 @@ Index Model::addVariable(std::uint64_t owner)
 void Model::removeVariable(Index index)
 {
     for (const ClassUse& use : m_variables[index].classes)
-        check(m_classes[use.formClass].constraints.empty(),
-              "a variable was removed that an installed constraint uses");
+        check(!m_classes[use.formClass].hasConstraints(), "a variable was removed that an installed constraint uses");
     m_areAlive[index] = 0;
     // Until the solver has let go of it, the number cannot stand for another variable.
     (m_variables[index].part == none ? m_freeVariables : m_removedVariables).push_back(index);
@@ -154,8 +153,11 @@ void Model::takeNotedClasses(std::vector<Index>& taken)
     m_takenOut.clear();
     m_nextPutBack = 0;
     std::erase_if(m_notedClasses, [&](Index index) {
-        m_classes[index].isNoted = false;
-        return std::exchange(m_classes[index].edits, 0) == 0;
+        FormClass& noted = m_classes[index];
+        const bool isAsBefore = noted.edits == 0;
+        noted.isNoted = false;
+        noted.edits = 0;
+        return isAsBefore;
     });
     taken.clear();
     taken.swap(m_notedClasses);
@@ -215,6 +217,29 @@ void Model::removeClasses(std::span<const Index> gone)
             [&](const ClassUse& use) { return m_classes[use.formClass].terms.empty(); });
 }
 
+void Model::enter(Index index, FormClass& formClass)
+{
+    Constraint& entered = m_constraints[index];
+    if (formClass.last == none) {
+        entered.next = index;
+    } else {
+        Constraint& last = m_constraints[formClass.last];
+        entered.next = std::exchange(last.next, index);
+    }
+    formClass.last = index;
+}
+
+// Looks for the one before from the oldest on, which mostly goes first.
+void Model::takeOut(Index index, FormClass& formClass)
+{
+    Index before = formClass.last;
+    while (m_constraints[before].next != index)
+        before = m_constraints[before].next;
+    m_constraints[before].next = m_constraints[index].next;
+    if (formClass.last == index)
+        formClass.last = before == index ? none : before;
+}
+
 bool Model::holdsByItself(const Constraint& constraint)
 {
     switch (constraint.relation) {
@@ -241,7 +266,7 @@ Index Model::addConstraint(std::span<const LayoutTerm> terms, LayoutRelation rel
     const Index index = isPutBack ? std::exchange(m_takenOut[place], none) : makeConstraint();
     Constraint& made = m_constraints[index];
     made.owner = owner;
-    made.sequence = m_sequence++;
+    made.sequence = m_sequence++ & 0xff'ffff'ffff'ffff; // as many bits as it has, never used up
     made.constant = constant;
     made.priority = priority;
     made.relation = relation;
@@ -254,7 +279,7 @@ Index Model::addConstraint(std::span<const LayoutTerm> terms, LayoutRelation rel
         m_conflictsByThemselves.push_back(index);
         return index;
     }
-    m_classes[formClass].constraints.append(index);
+    enter(index, m_classes[formClass]);
     noteEdit(formClass, isPutBack ? -1 : 1);
     return index;
 }
@@ -271,8 +296,7 @@ void Model::removeConstraint(Index index)
         m_freeConstraints.push_back(index);
         return;
     }
-    auto& installed = m_classes[gone.formClass].constraints;
-    installed.erase(std::find(installed.begin(), installed.end(), index));
+    takeOut(index, m_classes[gone.formClass]);
     m_takenOut.push_back(index);
     noteEdit(gone.formClass, 1);
 }
@@ -292,7 +316,7 @@ void Model::noteChange(Index index)
 void Model::noteEdit(Index index, int edits)
 {
     FormClass& formClass = m_classes[index];
-    formClass.edits += std::uint32_t(edits);
+    formClass.edits = (formClass.edits + std::uint32_t(edits)) & 0x7fffffff;
     if (formClass.isNoted)
         return;
     formClass.isNoted = true;

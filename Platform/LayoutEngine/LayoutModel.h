@@ -22,33 +22,70 @@ struct Variable {
     Index part = none;
     Index column = none; // within the part
     InlineList<ClassUse, 4> classes;
-    bool isLoose = false; // waits for a part
 };
+static_assert(sizeof(Variable) == 64, "there are four for each view: one line of the cache each");
 
 struct Constraint {
     std::uint64_t owner = 0;
-    std::uint64_t sequence = 0; // order of installation
+    std::uint64_t sequence : 56 = 0; // order of installation
+    LayoutRelation relation : 2 = LayoutRelation::equal;
+    bool isAlive : 1 = false;
+    bool isLeftOut : 1 = false;
+    bool isInConflict : 1 = false; // named by a standing conflict
     double constant = 0.0;
     double scale = 1.0;     // the constraint's form is scale times the form of its class
     Index formClass = none; // none for a form without variables
+    Index next = none;      // of its class, in order of installation; of the last one, the first
     std::uint32_t generation = 0;
     float priority = 0.0f;
-    LayoutRelation relation = LayoutRelation::equal;
-    bool isAlive = false;
-    bool isLeftOut = false;
-    bool isInConflict = false; // named by a standing conflict
 };
+static_assert(sizeof(Constraint) == 48, "there are a dozen for each view");
 
 // All constraints over the same linear form, up to scale. They share one row of a System. The largest
 // coefficient of the form is 1.
 struct FormClass {
-    InlineList<Term, 3> terms;        // `column` is the variable; in ascending order
-    InlineList<Index, 4> constraints; // in order of installation
+    InlineList<Term, 3> terms; // `column` is the variable; in ascending order
     std::uint64_t hash = 0;
+    Index last = none; // its newest constraint, the end of a ring; none without any
     Index part = none;
-    Index row = none;        // within the part
-    std::uint32_t edits = 0; // since the last solve, without those that were taken back
-    bool isNoted = false;
+    Index row = none;             // within the part
+    std::uint32_t edits : 31 = 0; // since the last solve, without those that were taken back
+    bool isNoted : 1 = false;
+
+    bool hasConstraints() const { return last != none; }
+};
+static_assert(sizeof(FormClass) == 80, "there are half a dozen for each view");
+
+// The numbers of a class's constraints, in order of installation.
+class ConstraintRing {
+public:
+    class Iterator {
+    public:
+        Iterator(const Blocks<Constraint>& constraints, Index index, Index last)
+            : m_constraints(&constraints), m_index(index), m_last(last)
+        {
+        }
+        Index operator*() const { return m_index; }
+        Iterator& operator++()
+        {
+            m_index = m_index == m_last ? none : (*m_constraints)[m_index].next;
+            return *this;
+        }
+        bool operator==(const Iterator& other) const { return m_index == other.m_index; }
+
+    private:
+        const Blocks<Constraint>* m_constraints;
+        Index m_index;
+        Index m_last;
+    };
+
+    ConstraintRing(const Blocks<Constraint>& constraints, Index last) : m_constraints(constraints), m_last(last) {}
+    Iterator begin() const { return {m_constraints, m_last == none ? none : m_constraints[m_last].next, m_last}; }
+    Iterator end() const { return {m_constraints, none, m_last}; }
+
+private:
+    const Blocks<Constraint>& m_constraints;
+    Index m_last;
 };
 
 // What the caller has installed, and notes of what changed since the solver last looked.
@@ -70,6 +107,7 @@ public:
     const Blocks<Variable>& variables() const { return m_variables; }
     const Blocks<Constraint>& constraints() const { return m_constraints; }
     const Blocks<FormClass>& classes() const { return m_classes; }
+    ConstraintRing constraintsOf(Index formClass) const { return {m_constraints, m_classes[formClass].last}; }
 
     // Notes. Taking them up is the solver's business.
     void takeNotedClasses(std::vector<Index>& taken); // whose memory is used for the next ones
@@ -96,6 +134,8 @@ private:
     Index findClass(std::uint64_t hash) const;
     Index takenOutBefore();
     Index makeConstraint();
+    void enter(Index constraint, FormClass&);
+    void takeOut(Index constraint, FormClass&);
     bool saysTheSame(const Constraint&, LayoutRelation, double constant, float priority) const;
     void noteEdit(Index formClass, int edits);
 

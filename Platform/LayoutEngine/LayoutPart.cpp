@@ -37,26 +37,27 @@ void Part::build(Model& model, Index number, const std::vector<Index>& variables
         variable.column = column;
         for (const ClassUse& use : variable.classes) {
             FormClass& formClass = model.classes()[use.formClass];
-            if (formClass.constraints.empty() || formClass.terms.front().column != m_variables[column])
+            if (!formClass.hasConstraints() || formClass.terms.front().column != m_variables[column])
                 continue;
             formClass.part = number;
             ++m_classCount;
             terms += formClass.terms.size();
-            constraints += formClass.constraints.size();
             if (formClass.terms.size() == 1) {
                 formClass.row = column;
                 m_classes[column] = use.formClass;
             } else {
                 m_classes.push_back(use.formClass);
             }
-            for (const Index constraint : formClass.constraints)
+            for (const Index constraint : model.constraintsOf(use.formClass)) {
                 addPriority(model.constraints()[constraint].priority);
+                ++constraints;
+            }
         }
     }
     std::sort(m_classes.begin() + columns, m_classes.end());
     // 2. The forms.
     m_system.clear(Index(m_priorities.size()) + 2, 2);
-    m_system.reserve(m_classes.size(), columns + terms, columns + constraints);
+    m_system.reserve(m_classes.size(), columns + terms, 2 * columns + constraints); // of each column two free pieces
     for (Index column = 0; column < columns; ++column)
         m_system.addColumn();
     for (Index row = columns; row < m_classes.size(); ++row)
@@ -167,7 +168,7 @@ Index Part::levelOf(float priority) const
 
 bool Part::coversPriorities(const Model& model, Index formClass) const
 {
-    for (const Index constraint : model.classes()[formClass].constraints) {
+    for (const Index constraint : model.constraintsOf(formClass)) {
         if (levelOf(model.constraints()[constraint].priority) == none)
             return false;
     }
@@ -178,7 +179,7 @@ void Part::collectCosts(const Model& model, Index row)
 {
     m_costs.clear();
     if (m_classes[row] != none) {
-        for (const Index index : model.classes()[m_classes[row]].constraints) {
+        for (const Index index : model.constraintsOf(m_classes[row])) {
             const Constraint& constraint = model.constraints()[index];
             if (!constraint.isLeftOut)
                 m_costs.push_back(costOf(constraint, levelOf(constraint.priority)));

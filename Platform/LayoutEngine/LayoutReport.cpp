@@ -53,7 +53,7 @@ LayoutExplanation Solver::explain(Index index)
         if (part.classOf(row) == none)
             continue;
         const double position = part.simplex().rowValue(row);
-        for (const Index member : m_model.classes()[part.classOf(row)].constraints) {
+        for (const Index member : m_model.constraintsOf(part.classOf(row))) {
             const Constraint& constraint = m_model.constraints()[member];
             const double at = constraint.constant / constraint.scale;
             if (!constraint.isLeftOut && std::abs(at - position) <= 1e-9 * std::max(1.0, std::abs(position)))
@@ -62,7 +62,7 @@ LayoutExplanation Solver::explain(Index index)
     }
     std::vector<Index> touching;
     for (const ClassUse& use : variable.classes) {
-        for (const Index member : m_model.classes()[use.formClass].constraints) {
+        for (const Index member : m_model.constraintsOf(use.formClass)) {
             if (isViolated(m_model.constraints()[member], m_model.violation(member)))
                 touching.push_back(member);
         }

@@ -10,6 +10,7 @@ namespace RVCore::LayoutInternal {
 namespace {
 
 constexpr Index reached = none - 1; // in place of a part, while what hangs together is looked for
+constexpr Index waiting = none - 1; // in place of a column, of a variable that is loose
 
 // Sorts what mostly is a few ascending runs one after another, by merging them. The buffer is kept for its memory.
 template <typename T> void sortRuns(std::vector<T>& list, std::vector<T>& buffer)
@@ -59,7 +60,7 @@ void Solver::editParts()
     std::vector<Index> gone;
     for (const Index index : m_notedClasses) {
         const FormClass& formClass = m_model.classes()[index];
-        if (!formClass.constraints.empty())
+        if (formClass.hasConstraints())
             continue;
         gone.push_back(index);
         if (formClass.part != none && formClass.terms.size() > 1)
@@ -72,7 +73,7 @@ void Solver::editParts()
     }
     // 2. What new forms tie together goes into one part.
     for (const Index index : m_notedClasses) {
-        if (m_model.classes()[index].part == none && !m_model.classes()[index].constraints.empty())
+        if (m_model.classes()[index].part == none && m_model.classes()[index].hasConstraints())
             tieTogether(index);
     }
     // 3. Rows in place.
@@ -108,7 +109,7 @@ void Solver::tieTogether(Index index)
         takeApart(largest);
     for (const Term& term : formClass.terms) {
         Variable& variable = m_model.variables()[term.column];
-        if (variable.part == none && !std::exchange(variable.isLoose, true))
+        if (variable.part == none && std::exchange(variable.column, waiting) != waiting)
             m_loose.push_back(term.column);
     }
 }
@@ -130,7 +131,7 @@ bool Solver::absorb(Index first, Part& part)
             variables.push_back(term.column);
             for (const ClassUse& use : variable.classes) {
                 const FormClass& other = m_model.classes()[use.formClass];
-                if (other.part == none && !other.constraints.empty())
+                if (other.part == none && other.hasConstraints())
                     classes.push_back(use.formClass);
             }
         }
@@ -149,7 +150,7 @@ bool Solver::absorb(Index first, Part& part)
 void Solver::editInPlace(Index index)
 {
     FormClass& formClass = m_model.classes()[index];
-    const bool isWanted = !formClass.constraints.empty();
+    const bool isWanted = formClass.hasConstraints();
     if (!isWanted && formClass.part != none) {
         const Index part = std::exchange(formClass.part, none);
         m_parts[part]->removeClass(m_model, index);
@@ -190,7 +191,7 @@ void Solver::takeApart(Index part)
         if (variable == none)
             continue;
         m_loose.push_back(variable);
-        m_model.variables()[variable].isLoose = true;
+        m_model.variables()[variable].column = waiting;
         m_model.variables()[variable].part = none;
         for (const ClassUse& use : m_model.variables()[variable].classes)
             m_model.classes()[use.formClass].part = none;
@@ -215,7 +216,6 @@ void Solver::buildParts(const std::vector<Index>& loose)
     std::vector<Index> members;
     for (const Index first : loose) {
         Variable& variable = m_model.variables()[first];
-        variable.isLoose = false;
         if (variable.part != none)
             continue;
         if (variable.classes.empty()) {
@@ -223,6 +223,7 @@ void Solver::buildParts(const std::vector<Index>& loose)
             if (variable.value != 0.0 && m_model.isAlive(first))
                 m_changedVariables.push_back({first});
             variable.value = 0.0;
+            variable.column = none;
             continue;
         }
         members.assign(1, first);
