@@ -72,7 +72,7 @@ void LayoutContext::retire()
             return;
         state->context = nullptr;
         state->variables = {};
-        state->ownRows.fill({});
+        state->forgetOwnRows();
         state->hasIntrinsicRows = false;
         state->forEachHeld([](NSLayoutConstraint& constraint) { constraint.bookkeeping({}).handle = {}; });
     });
@@ -89,10 +89,10 @@ LayoutContext& LayoutContext::ofTree(NSView& view)
 {
     NSView& root = view.rootView();
     ViewLayoutState& state = ViewLayoutState::make(root);
-    if (!state.ownedContext)
-        state.ownedContext = std::make_shared<LayoutContext>(root);
-    state.ownedContext->takeInPending();
-    return *state.ownedContext;
+    if (!state.ownedContext())
+        state.setOwnedContext(std::make_shared<LayoutContext>(root));
+    state.ownedContext()->takeInPending();
+    return *state.ownedContext();
 }
 
 void LayoutContext::subtreeAdded(NSView& subtree)
@@ -120,14 +120,14 @@ void LayoutContext::subtreeWillBeRemoved(NSView& subtree)
 
 void LayoutContext::removeRows(ViewLayoutState& state)
 {
-    const auto remove = [&](LayoutConstraintHandle& handle) {
+    state.forEachHeld([&](NSLayoutConstraint& constraint) {
+        LayoutConstraintHandle& handle = constraint.bookkeeping({}).handle;
         if (handle.isValid())
             m_engine.removeConstraint(handle);
         handle = {};
-    };
-    state.forEachHeld([&](NSLayoutConstraint& constraint) { remove(constraint.bookkeeping({}).handle); });
-    for (LayoutConstraintHandle& handle : state.ownRows)
-        remove(handle);
+    });
+    state.forEachOwnRow([&](LayoutConstraintHandle handle) { m_engine.removeConstraint(handle); });
+    state.forgetOwnRows();
 }
 
 void LayoutContext::letGo(NSView& view)
@@ -249,13 +249,14 @@ void LayoutContext::constraintChanged(NSLayoutConstraint& constraint)
 void LayoutContext::installOwnRow(NSView& view, ViewLayoutState::OwnRow kind, CGSize intrinsicSize)
 {
     if (makeOwnRow(view, kind, intrinsicSize, &view == &m_root, liveVariables, m_row))
-        ViewLayoutState::of(view)->ownRows[kind] = m_engine.addConstraint(m_row.terms, m_row.relation, m_row.constant,
-                                                                          m_row.priority, LayoutTag::of(view, kind));
+        ViewLayoutState::of(view)->setOwnRow(kind, m_engine.addConstraint(m_row.terms, m_row.relation, m_row.constant,
+                                                                          m_row.priority, LayoutTag::of(view, kind)));
 }
 
 void LayoutContext::updateOwnRow(NSView& view, ViewLayoutState::OwnRow kind, CGSize intrinsicSize)
 {
-    LayoutConstraintHandle& handle = ViewLayoutState::of(view)->ownRows[kind];
+    ViewLayoutState& state = *ViewLayoutState::of(view);
+    LayoutConstraintHandle handle = state.ownRow(kind);
     const bool isThere = makeOwnRow(view, kind, intrinsicSize, &view == &m_root, liveVariables, m_row);
     const bool onlyNumbersChange =
         std::find(std::begin(frameRows), std::end(frameRows), kind) == std::end(frameRows) || &view == &m_root;
@@ -270,6 +271,7 @@ void LayoutContext::updateOwnRow(NSView& view, ViewLayoutState::OwnRow kind, CGS
     if (isThere)
         handle = m_engine.addConstraint(m_row.terms, m_row.relation, m_row.constant, m_row.priority,
                                         LayoutTag::of(view, kind));
+    state.setOwnRow(kind, handle);
 }
 
 void LayoutContext::intrinsicSizeInvalidated(NSView& view)
@@ -282,10 +284,10 @@ void LayoutContext::contentPriorityChanged(NSView& view, NSLayoutConstraintOrien
 {
     ++m_revision;
     const bool isVertical = orientation == NSLayoutConstraintOrientation::vertical;
-    const auto& rows = ViewLayoutState::of(view)->ownRows;
+    const ViewLayoutState& state = *ViewLayoutState::of(view);
     const auto update = [&](ViewLayoutState::OwnRow kind, NSLayoutPriority priority) {
-        if (rows[kind].isValid())
-            m_engine.setPriority(rows[kind], priority);
+        if (const LayoutConstraintHandle handle = state.ownRow(kind); handle.isValid())
+            m_engine.setPriority(handle, priority);
     };
     update(isVertical ? ViewLayoutState::heightHugging : ViewLayoutState::widthHugging,
            view.contentHuggingPriority(orientation));

@@ -109,14 +109,15 @@ public:
 private:
     void rowChanged(); // its constant or priority
 
+    // The small ones come first: they fit into what the base class leaves free at its end.
+    NSLayoutAttribute m_attributes[2] = {};
+    NSLayoutRelation m_relation = NSLayoutRelation::equal;
+    NSLayoutPriority m_priority = NSLayoutPriorityRequired;
     NSView* m_items[2] = {};
     Bookkeeping m_bookkeeping;
     double m_multiplier = 1;
     double m_constant = 0;
     const std::string* m_identifier = nullptr; // interned; null for none
-    NSLayoutPriority m_priority = NSLayoutPriorityRequired;
-    NSLayoutAttribute m_attributes[2] = {};
-    NSLayoutRelation m_relation = NSLayoutRelation::equal;
 };
 
 } // namespace RVCore

@@ -366,11 +366,11 @@ void NSView::takeOutCrossingConstraints()
             open.push_back(subview.get());
         if (!view.m_layoutState)
             continue;
-        for (NSLayoutConstraint* constraint : view.m_layoutState->references()) {
-            const NSView* holder = constraint->holder();
+        view.m_layoutState->references().forEach([&](NSLayoutConstraint& constraint) {
+            const NSView* holder = constraint.holder();
             if (holder && holder != this && isDescendantOf(*holder))
-                crossing.push_back(shared(*constraint));
-        }
+                crossing.push_back(shared(constraint));
+        });
     }
     for (const auto& constraint : crossing)
         constraint->setActive(false);

@@ -11,22 +11,60 @@ ViewLayoutState::~ViewLayoutState() = default;
 void ViewLayoutState::viewWillDie()
 {
     dropContext();
-    while (!m_references.empty()) {
-        NSLayoutConstraint& constraint = *m_references.back();
-        const auto alive = shared(constraint); // deactivating may release the last reference
-        constraint.setActive(false);
-        const int item = constraint.firstItem() == &m_view ? 0 : 1;
-        removeReference(constraint, item);
-        constraint.forgetItem(item, {});
+    for (std::uint32_t place = m_references.placeCount(); place-- > 0 && !m_references.isEmpty();) {
+        NSLayoutConstraint* constraint = m_references.at(place);
+        if (!constraint)
+            continue;
+        const auto alive = shared(*constraint); // deactivating may release the last reference
+        constraint->setActive(false);
+        const int item =
+            constraint->bookkeeping({}).placeInItem[0] == place && constraint->firstItem() == &m_view ? 0 : 1;
+        removeReference(*constraint, item);
+        constraint->forgetItem(item, {});
     }
     forEachHeld([](NSLayoutConstraint& constraint) { constraint.bookkeeping({}).holder = nullptr; });
 }
 
 void ViewLayoutState::dropContext()
 {
-    if (ownedContext)
-        ownedContext->retire();
-    ownedContext.reset();
+    if (!m_rare || !m_rare->ownedContext)
+        return;
+    m_rare->ownedContext->retire();
+    m_rare->ownedContext.reset();
+}
+
+void ViewLayoutState::setOwnedContext(std::shared_ptr<LayoutContext> owned)
+{
+    rare().ownedContext = std::move(owned);
+}
+
+ViewLayoutState::Rare& ViewLayoutState::rare()
+{
+    if (!m_rare)
+        m_rare = std::make_unique<Rare>();
+    return *m_rare;
+}
+
+LayoutConstraintHandle ViewLayoutState::ownRow(OwnRow kind) const
+{
+    if (!isFrameRow(kind))
+        return m_usualRows[placeOfUsualRow(kind)];
+    return m_rare ? m_rare->frameRows[kind - horizontalPosition] : LayoutConstraintHandle();
+}
+
+void ViewLayoutState::setOwnRow(OwnRow kind, LayoutConstraintHandle handle)
+{
+    if (!isFrameRow(kind))
+        m_usualRows[placeOfUsualRow(kind)] = handle;
+    else if (handle.isValid() || m_rare)
+        rare().frameRows[kind - horizontalPosition] = handle;
+}
+
+void ViewLayoutState::forgetOwnRows()
+{
+    m_usualRows.fill({});
+    if (m_rare)
+        m_rare->frameRows.fill({});
 }
 
 ViewLayoutState* ViewLayoutState::of(const NSView& view)
@@ -44,6 +82,8 @@ ViewLayoutState& ViewLayoutState::make(NSView& view)
 
 void ViewLayoutState::hold(NSLayoutConstraint& constraint)
 {
+    if (m_heldGaps * 2 > m_held.size())
+        closeGaps();
     constraint.bookkeeping({}).holder = &m_view;
     constraint.bookkeeping({}).placeInHolder = static_cast<std::uint32_t>(m_held.size());
     m_held.push_back(shared(constraint));
@@ -52,14 +92,16 @@ void ViewLayoutState::hold(NSLayoutConstraint& constraint)
 std::shared_ptr<NSLayoutConstraint> ViewLayoutState::release(NSLayoutConstraint& constraint)
 {
     constraint.bookkeeping({}).holder = nullptr;
-    auto released = std::move(m_held[constraint.bookkeeping({}).placeInHolder]);
-    if (++m_heldGaps * 2 <= m_held.size())
-        return released;
+    ++m_heldGaps;
+    return std::move(m_held[constraint.bookkeeping({}).placeInHolder]);
+}
+
+void ViewLayoutState::closeGaps()
+{
     std::erase(m_held, nullptr);
     m_heldGaps = 0;
     for (std::size_t place = 0; place < m_held.size(); ++place)
         m_held[place]->bookkeeping({}).placeInHolder = static_cast<std::uint32_t>(place);
-    return released;
 }
 
 std::vector<std::shared_ptr<NSLayoutConstraint>> ViewLayoutState::heldConstraints() const
@@ -71,21 +113,12 @@ std::vector<std::shared_ptr<NSLayoutConstraint>> ViewLayoutState::heldConstraint
 
 void ViewLayoutState::addReference(NSLayoutConstraint& constraint, int item)
 {
-    constraint.bookkeeping({}).placeInItem[item] = static_cast<std::uint32_t>(m_references.size());
-    m_references.push_back(&constraint);
+    constraint.bookkeeping({}).placeInItem[item] = m_references.add(constraint);
 }
 
 void ViewLayoutState::removeReference(NSLayoutConstraint& constraint, int item)
 {
-    const std::uint32_t place = constraint.bookkeeping({}).placeInItem[item];
-    const auto last = static_cast<std::uint32_t>(m_references.size() - 1);
-    if (place != last) {
-        NSLayoutConstraint& moved = *m_references[last];
-        std::uint32_t(&places)[2] = moved.bookkeeping({}).placeInItem;
-        places[moved.firstItem() == &m_view && places[0] == last ? 0 : 1] = place;
-        m_references[place] = &moved;
-    }
-    m_references.pop_back();
+    m_references.remove(constraint.bookkeeping({}).placeInItem[item]);
 }
 
 } // namespace RVCore

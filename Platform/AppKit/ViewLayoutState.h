@@ -1,5 +1,6 @@
 #pragma once
 
+#include <AppKit/ConstraintReferences.h>
 #include <AppKit/NSLayoutConstraint.h>
 #include <CoreGraphics/CGGeometry.h>
 
@@ -73,11 +74,13 @@ public:
     // Constraints, active or not, one of whose items is the view.
     void addReference(NSLayoutConstraint& constraint, int item);
     void removeReference(NSLayoutConstraint& constraint, int item);
-    const std::vector<NSLayoutConstraint*>& references() const { return m_references; }
+    const ConstraintReferences& references() const { return m_references; }
 
 private:
+    void closeGaps();
+
     // What every constraint that comes or goes touches comes first, side by side.
-    std::vector<NSLayoutConstraint*> m_references;
+    ConstraintReferences m_references;
 
 public:
     LayoutContext* context = nullptr; // null while the view is in no engine
@@ -89,12 +92,42 @@ public:
     bool hasIntrinsicRows = false; // the content rows of the size below are in the engine
     bool unsettledWasReported = false;
     CGSize installedIntrinsicSize;
-    std::array<LayoutConstraintHandle, ownRowCount> ownRows{};
-    std::shared_ptr<LayoutContext> ownedContext; // of a root; a pass under way keeps it, too
+
+    // Of a row that is not in the engine, invalid.
+    LayoutConstraintHandle ownRow(OwnRow kind) const;
+    void setOwnRow(OwnRow kind, LayoutConstraintHandle handle);
+    template <class Visit> void forEachOwnRow(const Visit& visit) const
+    {
+        for (std::size_t kind = 0; kind < ownRowCount; ++kind) {
+            if (const auto handle = ownRow(static_cast<OwnRow>(kind)); handle.isValid())
+                visit(handle);
+        }
+    }
+    void forgetOwnRows();
+
+    // Of a root; a pass under way keeps it, too.
+    std::shared_ptr<LayoutContext> ownedContext() const { return m_rare ? m_rare->ownedContext : nullptr; }
+    void setOwnedContext(std::shared_ptr<LayoutContext> owned);
 
 private:
+    static constexpr std::size_t frameRowCount = verticalExtent - horizontalPosition + 1;
+    // What only roots have, and views whose mask is translated.
+    struct Rare {
+        std::shared_ptr<LayoutContext> ownedContext;
+        std::array<LayoutConstraintHandle, frameRowCount> frameRows{};
+    };
+    static bool isFrameRow(OwnRow kind) { return kind >= horizontalPosition && kind <= verticalExtent; }
+    static std::size_t placeOfUsualRow(OwnRow kind)
+    {
+        return kind < horizontalPosition ? kind : kind - frameRowCount;
+    }
+    Rare& rare();
+
+    std::array<LayoutConstraintHandle, ownRowCount - frameRowCount> m_usualRows{};
+    std::unique_ptr<Rare> m_rare;
     NSView& m_view;
-    std::vector<std::shared_ptr<NSLayoutConstraint>> m_held; // removed ones leave a gap until half are gaps
+    // Removed ones leave gaps, which are closed when the next one comes and most are gaps.
+    std::vector<std::shared_ptr<NSLayoutConstraint>> m_held;
     std::size_t m_heldGaps = 0;
 };
 

@@ -95,7 +95,8 @@ private:
             first = Abandoned::takeAll();
             if (first)
                 return false;
-            fresh = static_cast<Place*>(::operator new(atOnce * sizeof(Place)));
+            constexpr std::align_val_t line{64}; // of the cache, so that no place is in more of them than need be
+            fresh = static_cast<Place*>(::operator new(atOnce * sizeof(Place), line));
             endOfFresh = fresh + atOnce;
             return true;
         }

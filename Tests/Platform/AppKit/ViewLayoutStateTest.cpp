@@ -34,16 +34,21 @@ TEST(ViewLayoutState, KnowsEveryConstraintThatRefersToItsViewAsOftenAsItDoes)
     auto inactive =
         make<NSLayoutConstraint>(*host, Attribute::left, Relation::equal, view.get(), Attribute::left, 1, 0);
     const ViewLayoutState& state = *ViewLayoutState::of(*view);
-    EXPECT_THAT(state.references(), ElementsAre(twice.get(), twice.get(), once.get(), inactive.get()));
+    const auto references = [&] {
+        std::vector<const NSLayoutConstraint*> result;
+        state.references().forEach([&](const NSLayoutConstraint& constraint) { result.push_back(&constraint); });
+        return result;
+    };
+    EXPECT_THAT(references(), ElementsAre(twice.get(), twice.get(), once.get(), inactive.get()));
     const NSLayoutConstraint* const last = inactive.get();
     twice->setActive(false);
     twice.reset();
-    EXPECT_THAT(state.references(), testing::UnorderedElementsAre(once.get(), last));
+    EXPECT_THAT(references(), testing::UnorderedElementsAre(once.get(), last));
     inactive.reset();
     once->setActive(false);
     once.reset();
-    EXPECT_TRUE(state.references().empty());
-    EXPECT_TRUE(ViewLayoutState::of(*host)->references().empty());
+    EXPECT_TRUE(state.references().isEmpty());
+    EXPECT_TRUE(ViewLayoutState::of(*host)->references().isEmpty());
 }
 
 TEST(ViewLayoutState, ConstraintsOutliveAViewThatTheyReferToTwice)
