@@ -55,16 +55,15 @@ void Factor::assign(Index step, Index position, Index column)
 
 void Factor::takeRowSingletons()
 {
-    m_count.resize(m_size);
-    m_todo.clear();
+    std::vector<Index> count(m_size), todo;
     for (Index position = 0; position < m_size; ++position) {
-        m_count[position] = Index(m_system->terms(m_rows[position]).size());
-        if (m_count[position] == 1)
-            m_todo.push_back(position);
+        count[position] = Index(m_system->terms(m_rows[position]).size());
+        if (count[position] == 1)
+            todo.push_back(position);
     }
-    for (std::size_t next = 0; next < m_todo.size(); ++next) {
-        const Index position = m_todo[next];
-        if (m_count[position] != 1)
+    for (std::size_t next = 0; next < todo.size(); ++next) {
+        const Index position = todo[next];
+        if (count[position] != 1)
             continue; // another row has taken its column: dependent, left for the bump to find
         for (const Term& term : m_system->terms(m_rows[position])) {
             if (m_stepOfColumn[term.column] != none)
@@ -74,8 +73,8 @@ void Factor::takeRowSingletons()
             m_pivot[m_bumpBegin] = term.coefficient;
             assign(m_bumpBegin++, position, term.column);
             visitColumn(term.column, [&](Index other, double) {
-                if (--m_count[other] == 1)
-                    m_todo.push_back(other);
+                if (--count[other] == 1)
+                    todo.push_back(other);
             });
             break;
         }
@@ -84,19 +83,18 @@ void Factor::takeRowSingletons()
 
 void Factor::takeColumnSingletons()
 {
-    m_count.assign(m_size, 0);
-    m_todo.clear();
+    std::vector<Index> count(m_size, 0), todo;
     for (Index column = 0; column < m_size; ++column) {
         if (m_stepOfColumn[column] != none)
             continue;
-        visitColumn(column, [&](Index position, double) { m_count[column] += m_stepOfPosition[position] == none; });
-        if (m_count[column] == 1)
-            m_todo.push_back(column);
+        visitColumn(column, [&](Index position, double) { count[column] += m_stepOfPosition[position] == none; });
+        if (count[column] == 1)
+            todo.push_back(column);
     }
     m_bumpEnd = m_size;
-    for (std::size_t next = 0; next < m_todo.size(); ++next) {
-        const Index column = m_todo[next];
-        if (m_count[column] != 1)
+    for (std::size_t next = 0; next < todo.size(); ++next) {
+        const Index column = todo[next];
+        if (count[column] != 1)
             continue;
         Index left = none;
         double coefficient = 0.0;
@@ -112,8 +110,8 @@ void Factor::takeColumnSingletons()
         m_pivot[--m_bumpEnd] = coefficient;
         assign(m_bumpEnd, left, column);
         for (const Term& term : m_system->terms(m_rows[left])) {
-            if (m_stepOfColumn[term.column] == none && --m_count[term.column] == 1)
-                m_todo.push_back(term.column);
+            if (m_stepOfColumn[term.column] == none && --count[term.column] == 1)
+                todo.push_back(term.column);
         }
     }
 }

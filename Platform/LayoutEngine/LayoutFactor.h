@@ -87,7 +87,6 @@ private:
     std::vector<Exchange> m_exchanges;
     std::vector<Term> m_exchangeTerms;
     StepQueue m_queue;
-    std::vector<Index> m_count, m_todo;
 };
 
 } // namespace RVCore::LayoutInternal

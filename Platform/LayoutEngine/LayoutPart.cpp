@@ -41,12 +41,12 @@ void Part::build(Model& model, Index number, const std::vector<Index>& variables
                 continue;
             formClass.part = number;
             ++m_classCount;
-            terms += formClass.terms.size();
             if (formClass.terms.size() == 1) {
                 formClass.row = column;
                 m_classes[column] = use.formClass;
             } else {
                 m_classes.push_back(use.formClass);
+                terms += formClass.terms.size();
             }
             for (const Index constraint : model.constraintsOf(use.formClass)) {
                 addPriority(model.constraints()[constraint].priority);
@@ -57,7 +57,8 @@ void Part::build(Model& model, Index number, const std::vector<Index>& variables
     std::sort(m_classes.begin() + columns, m_classes.end());
     // 2. The forms.
     m_system.clear(Index(m_priorities.size()) + 2, 2);
-    m_system.reserve(m_classes.size(), columns + terms, 2 * columns + constraints); // of each column two free pieces
+    constexpr Index freePieces = 2; // of each column
+    m_system.reserve(columns, m_classes.size(), columns + terms, freePieces * columns + constraints);
     for (Index column = 0; column < columns; ++column)
         m_system.addColumn();
     for (Index row = columns; row < m_classes.size(); ++row)

@@ -30,7 +30,7 @@ bool Simplex::optimise(Effort& effort)
             candidate = choose();
         }
         if (!candidate) {
-            m_candidatePositions.clear();
+            forgetCandidates();
             return true;
         }
         const Candidate chosen = *candidate;
@@ -46,7 +46,7 @@ bool Simplex::optimise(Effort& effort)
         applySlopeChanges();
     }
     ++effort.limitsReached;
-    m_candidatePositions.clear();
+    forgetCandidates();
     return false;
 }
 

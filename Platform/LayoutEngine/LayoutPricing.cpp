@@ -160,7 +160,7 @@ Simplex::Candidate Simplex::evaluate(Index position)
         m_freePositions.insert(position);
         addFreePricesOf(position);
     }
-    Candidate result;
+    Candidate result{.position = position};
     if (const Index up = firstLevel(m_upSums); up != none && m_upSums[up] < 0.0)
         result = {position, 1, up, -m_upSums[up]};
     else if (const Index down = firstLevel(m_downSums); down != none && m_downSums[down] > 0.0)
@@ -172,11 +172,8 @@ Simplex::Candidate Simplex::evaluate(Index position)
 
 void Simplex::evaluateTouched()
 {
-    for (const Index position : m_touchedPositions.indices()) {
-        m_candidates[position] = evaluate(position);
-        if (m_candidates[position].direction != 0)
-            m_candidatePositions.insert(position);
-    }
+    for (const Index position : m_touchedPositions.indices())
+        noteCandidate(evaluate(position));
     m_touchedPositions.clear();
     m_freePricesAsked = 0;
     m_freePrices.clear();
@@ -191,16 +188,33 @@ void Simplex::evaluateFree()
     evaluateTouched();
 }
 
+void Simplex::noteCandidate(const Candidate& candidate)
+{
+    Index& place = m_candidateOf[candidate.position];
+    if (place != none) {
+        m_candidates[place] = candidate;
+    } else if (candidate.direction != 0) {
+        place = Index(m_candidates.size());
+        m_candidates.push_back(candidate);
+    }
+}
+
+void Simplex::forgetCandidates()
+{
+    for (const Candidate& candidate : m_candidates)
+        m_candidateOf[candidate.position] = none;
+    m_candidates.clear();
+}
+
 // The gain at the highest level, the largest there; under the least-index rule the lowest row.
 const Simplex::Candidate* Simplex::choose() const
 {
     const Candidate* best = nullptr;
-    for (const Index position : m_candidatePositions.indices()) {
-        const Candidate& candidate = m_candidates[position];
-        if (candidate.direction == 0 || m_banned.contains(position))
+    for (const Candidate& candidate : m_candidates) {
+        if (candidate.direction == 0 || m_banned.contains(candidate.position))
             continue;
         const auto isBetter = [&] {
-            const Index row = m_basis[position];
+            const Index row = m_basis[candidate.position];
             const Index bestRow = m_basis[best->position];
             if (m_takesLeastIndex)
                 return row < bestRow;

@@ -24,8 +24,9 @@ void Simplex::start(System& system)
     for (SparseVector* vector : {&m_byPosition, &m_byColumn, &m_direction, &m_alpha})
         vector->resize(columns);
     m_rates.resize(rows);
-    m_candidates.assign(columns, {});
-    for (IndexSet* set : {&m_candidatePositions, &m_freePositions, &m_touchedPositions, &m_banned, &m_moved})
+    m_candidates.clear();
+    m_candidateOf.assign(columns, none);
+    for (IndexSet* set : {&m_freePositions, &m_touchedPositions, &m_banned, &m_moved})
         set->resize(columns);
     for (Index column = 0; column < columns; ++column)
         m_moved.insert(column);
@@ -97,11 +98,11 @@ void Simplex::columnAdded(Index column)
     m_basis.push_back(row);
     m_targets.push_back(0.0);
     m_values.push_back(0.0);
-    m_candidates.emplace_back();
+    m_candidateOf.push_back(none);
     m_openPosition.push_back(none);
     for (SparseVector* vector : {&m_byPosition, &m_byColumn, &m_direction, &m_alpha})
         vector->grow(m_basis.size());
-    for (IndexSet* set : {&m_candidatePositions, &m_freePositions, &m_touchedPositions, &m_banned, &m_moved})
+    for (IndexSet* set : {&m_freePositions, &m_touchedPositions, &m_banned, &m_moved})
         set->grow(m_basis.size());
     m_moved.insert(column);
     m_isDirty = true;

@@ -129,6 +129,8 @@ private:
     void evaluateFree();
     Candidate evaluate(Index position);
     Index firstLevel(const SparseVector& sums) const;
+    void noteCandidate(const Candidate&);
+    void forgetCandidates();
     const Candidate* choose() const;
     void resetPrices();
 
@@ -165,8 +167,8 @@ private:
     std::vector<Index> m_changedLevels;
     std::size_t m_priceUpdates = 0;
 
-    std::vector<Candidate> m_candidates;   // by position
-    IndexSet m_candidatePositions;         // a superset of the positions that can gain
+    std::vector<Candidate> m_candidates;   // that gained when they were first looked at, or still do
+    std::vector<Index> m_candidateOf;      // by position: place among the candidates, none for others
     IndexSet m_freePositions;              // those that can move without a loss above the free levels
     IndexSet m_touchedPositions, m_banned; // banned: their exchange was unsafe in this run
     std::vector<Index> m_affected;         // positions whose target moved

@@ -37,6 +37,7 @@ void Solver::solve()
     if (!m_model.hasNotes())
         return;
     ++m_statistics.solves;
+    const std::uint64_t buildsBefore = m_statistics.builds;
     m_changedVariables.clear();
     m_isAmbiguousKnown = false;
     dropChangedConflicts();
@@ -48,6 +49,16 @@ void Solver::solve()
     reportConflicts();
     sortRuns(m_changedVariables, m_variableBuffer);
     m_statistics.parts = std::uint32_t(m_parts.size() - m_freeParts.size());
+    if (m_statistics.builds != buildsBefore)
+        releaseBuffers();
+}
+
+// After a build, which needs many times what later edits do.
+void Solver::releaseBuffers()
+{
+    for (std::vector<Index>* buffer : {&m_loose, &m_absorbedClasses, &m_indexBuffer, &m_notedClasses})
+        std::vector<Index>().swap(*buffer);
+    std::vector<LayoutVariable>().swap(m_variableBuffer);
 }
 
 // Pass 2. Parts are edited in place where that is the cheaper way; others are taken apart, and what hangs together
@@ -154,13 +165,13 @@ void Solver::editInPlace(Index index)
     if (!isWanted && formClass.part != none) {
         const Index part = std::exchange(formClass.part, none);
         m_parts[part]->removeClass(m_model, index);
-        m_touchedParts.push_back(part);
+        m_touchedParts.insert(part);
         if (m_parts[part]->classCount() == 0)
             takeApart(part);
     } else if (isWanted && formClass.part == none) {
         if (const Index part = m_model.variables()[formClass.terms.front().column].part; part != none) {
             m_parts[part]->addClass(m_model, index);
-            m_touchedParts.push_back(part);
+            m_touchedParts.insert(part);
         }
     }
 }
@@ -203,6 +214,7 @@ Index Solver::takePart()
 {
     if (m_freeParts.empty()) {
         m_parts.push_back(std::make_unique<Part>());
+        m_touchedParts.grow(m_parts.size());
         return Index(m_parts.size() - 1);
     }
     const Index part = m_freeParts.back();
@@ -243,7 +255,7 @@ void Solver::buildParts(const std::vector<Index>& loose)
         sortRuns(members, m_indexBuffer);
         const Index part = takePart();
         m_parts[part]->build(m_model, part, members);
-        m_touchedParts.push_back(part);
+        m_touchedParts.insert(part);
         ++m_statistics.builds;
     }
 }
@@ -262,8 +274,8 @@ void Solver::updateCosts()
 void Solver::runParts()
 {
     for (const Index index : m_notedClasses)
-        m_touchedParts.push_back(m_model.classes()[index].part);
-    for (const Index index : m_touchedParts) {
+        m_touchedParts.insert(m_model.classes()[index].part);
+    for (const Index index : m_touchedParts.indices()) {
         if (m_parts[index]->isEmpty() || !m_parts[index]->needsRun())
             continue;
         Part& part = *m_parts[index];

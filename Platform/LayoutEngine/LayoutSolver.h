@@ -59,6 +59,7 @@ private:
     void updateCosts();
     void runParts();
     void collectChanges(Part&);
+    void releaseBuffers();
     void countEffort(const Effort&);
     Index takePart();
 
@@ -77,8 +78,8 @@ private:
     Model m_model;
     std::vector<std::unique_ptr<Part>> m_parts;
     std::vector<Index> m_freeParts;
-    std::vector<Index> m_touchedParts; // that were edited in place or built
-    std::vector<Index> m_loose;        // variables whose part is to be built
+    IndexSet m_touchedParts;    // that were edited in place or built
+    std::vector<Index> m_loose; // variables whose part is to be built
     std::vector<Index> m_absorbedClasses;
     std::vector<Index> m_indexBuffer;
     std::vector<LayoutVariable> m_variableBuffer;

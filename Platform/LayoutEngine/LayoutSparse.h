@@ -12,6 +12,14 @@ namespace RVCore::LayoutInternal {
 using Index = std::uint32_t;
 constexpr Index none = std::numeric_limits<Index>::max();
 
+// Makes room for more elements in a vector that may be large, at the cost of a quarter of its size: what is kept for
+// long should not be half empty.
+template <typename T> void makeRoom(std::vector<T>& vector, std::size_t more)
+{
+    if (vector.capacity() - vector.size() < more)
+        vector.reserve(vector.size() + std::max(more, vector.size() / 4));
+}
+
 // A sum that is exactly zero where the summands cancel but for rounding. What is left of a cancellation would be
 // taken for a small amount later, and small amounts count.
 inline double sum(double a, double b, double rounding)

@@ -18,8 +18,9 @@ void System::clear(Index levels, Index freeLevels)
     m_isFinished = false;
 }
 
-void System::reserve(std::size_t rows, std::size_t terms, std::size_t pieces)
+void System::reserve(std::size_t columns, std::size_t rows, std::size_t terms, std::size_t pieces)
 {
+    m_columns.reserve(columns);
     m_rows.reserve(rows);
     m_terms.reserve(terms);
     m_pieces.reserve(pieces);
@@ -45,6 +46,7 @@ Index System::makeRow(std::span<const Term> terms)
     if (terms.size() > row.termCapacity) {
         row.firstTerm = Index(m_terms.size());
         row.termCapacity = Index(terms.size());
+        makeRoom(m_terms, terms.size());
         m_terms.insert(m_terms.end(), terms.begin(), terms.end());
     } else {
         std::copy(terms.begin(), terms.end(), m_terms.begin() + row.firstTerm);
@@ -85,6 +87,7 @@ void System::addEntry(Index index, const Term& entry)
     if (column.entryCount == column.entryCapacity) {
         const auto first = Index(m_entries.size());
         column.entryCapacity += column.entryCapacity / 4 + 2;
+        makeRoom(m_entries, column.entryCapacity);
         m_entries.resize(m_entries.size() + column.entryCapacity);
         std::copy_n(m_entries.begin() + column.firstEntry, column.entryCount, m_entries.begin() + first);
         column.firstEntry = first;
@@ -129,6 +132,7 @@ void System::setPieces(Index row, std::span<const Piece> pieces)
         m_unusedPieces += record.pieceCapacity;
         record.firstPiece = Index(m_pieces.size());
         record.pieceCapacity = Index(pieces.size());
+        makeRoom(m_pieces, pieces.size());
         m_pieces.resize(m_pieces.size() + pieces.size());
     }
     std::copy(pieces.begin(), pieces.end(), m_pieces.begin() + record.firstPiece);

@@ -35,7 +35,7 @@ struct Term {
 class System {
 public:
     void clear(Index levels, Index freeLevels); // the free ones are the last of them
-    void reserve(std::size_t rows, std::size_t terms, std::size_t pieces);
+    void reserve(std::size_t columns, std::size_t rows, std::size_t terms, std::size_t pieces);
     Index addColumn(); // with its own row
     Index addRow(std::span<const Term>);
     // Its number is used again. Not for own rows.
