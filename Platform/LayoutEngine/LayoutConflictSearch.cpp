@@ -34,7 +34,8 @@ private:
     std::vector<std::vector<Index>> m_levelsOf; // by row
     std::vector<Piece> m_costs;
     System m_system;
-    Simplex m_simplex;
+    SimplexWork m_work;
+    Simplex m_simplex{m_work};
 };
 
 Search::Search(const Model& model, const std::vector<Index>& constraints)

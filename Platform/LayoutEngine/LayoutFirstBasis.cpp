@@ -108,19 +108,19 @@ void Simplex::fillVacancies()
     } else {
         fillOpenColumns();
     }
-    for (const Index column : m_open)
-        m_openPosition[column] = none;
-    m_open.clear();
+    for (const Index column : m_work->open)
+        m_work->openPosition[column] = none;
+    m_work->open.clear();
     m_vacant.clear();
     m_newRows.clear();
 }
 
 void Simplex::open(Index column, Index position)
 {
-    if (m_openPosition[column] != none)
+    if (m_work->openPosition[column] != none)
         return;
-    m_openPosition[column] = position;
-    m_open.push_back(column);
+    m_work->openPosition[column] = position;
+    m_work->open.push_back(column);
 }
 
 void Simplex::openWeakColumnsOf(Index row)
@@ -138,39 +138,39 @@ void Simplex::fillOpenColumns()
     constexpr std::greater<> isWeaker; // of equally strong rows, the higher one
     const auto waitIfLast = [&](Index row) {
         const auto terms = m_system->terms(row);
-        const auto isOpen = [&](const Term& term) { return m_openPosition[term.column] != none; };
+        const auto isOpen = [&](const Term& term) { return m_work->openPosition[term.column] != none; };
         if (std::count_if(terms.begin(), terms.end(), isOpen) != 1)
             return;
         // A row that holds another column already is not free to hold this one.
-        if (isBasic(row) && !(m_system->isOwnRow(row) && m_openPosition[terms.front().column] == m_place[row]))
+        if (isBasic(row) && !(m_system->isOwnRow(row) && m_work->openPosition[terms.front().column] == m_place[row]))
             return;
         Index strength = none;
         bestKink(row, strength);
         if (strength == none || m_system->kinkCount(row) == 0)
             return;
-        m_waiting.emplace_back(strength, row);
-        std::push_heap(m_waiting.begin(), m_waiting.end(), isWeaker);
+        m_work->waiting.emplace_back(strength, row);
+        std::push_heap(m_work->waiting.begin(), m_work->waiting.end(), isWeaker);
     };
-    for (const Index column : m_open) {
+    for (const Index column : m_work->open) {
         for (const Term& entry : m_system->entries(column))
             waitIfLast(entry.column);
     }
-    for (std::size_t left = m_open.size(); left > 0;) {
-        std::pop_heap(m_waiting.begin(), m_waiting.end(), isWeaker);
-        const Index row = m_waiting.back().second;
-        m_waiting.pop_back();
+    for (std::size_t left = m_work->open.size(); left > 0;) {
+        std::pop_heap(m_work->waiting.begin(), m_work->waiting.end(), isWeaker);
+        const Index row = m_work->waiting.back().second;
+        m_work->waiting.pop_back();
         const auto terms = m_system->terms(row);
         const auto taken = std::find_if(terms.begin(), terms.end(),
-                                        [&](const Term& term) { return m_openPosition[term.column] != none; });
+                                        [&](const Term& term) { return m_work->openPosition[term.column] != none; });
         if (taken == terms.end())
             continue;
         const Index column = taken->column;
-        takePlace(row, std::exchange(m_openPosition[column], none));
+        takePlace(row, std::exchange(m_work->openPosition[column], none));
         --left;
         for (const Term& entry : m_system->entries(column))
             waitIfLast(entry.column);
     }
-    m_waiting.clear();
+    m_work->waiting.clear();
 }
 
 // The price that was asked of the old row becomes a change of slopes, which the next pass spreads over the new basis.

@@ -11,6 +11,7 @@ namespace RVCore::LayoutInternal {
 // levels are the priorities that occurred when the part was built, and two below for what they leave free.
 class Part {
 public:
+    explicit Part(SimplexWork& work) : m_simplex(work) {}
     void build(Model&, Index number, const std::vector<Index>& variables);
     // Keeps its memory for the next build().
     void clear();

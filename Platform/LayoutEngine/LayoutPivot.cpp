@@ -39,7 +39,7 @@ bool Simplex::optimise(Effort& effort)
             if (m_factor.exchangeCount() > 0)
                 refresh(effort);
             else
-                m_banned.insert(chosen.position);
+                m_work->banned.insert(chosen.position);
         } else if (m_factor.exchangeCount() >= mostExchanges || m_factor.hasLongExchanges()) {
             refresh(effort);
         }
@@ -53,23 +53,23 @@ bool Simplex::optimise(Effort& effort)
 // How every column and row moves when a basic row is moved.
 void Simplex::findRates(Index position, int direction)
 {
-    m_byPosition.add(position, direction);
-    m_factor.solve(m_byPosition, m_direction);
-    for (const Index column : m_direction.indices()) {
-        const double rate = m_direction[column];
+    m_work->byPosition.add(position, direction);
+    m_factor.solve(m_work->byPosition, m_work->direction);
+    for (const Index column : m_work->direction.indices()) {
+        const double rate = m_work->direction[column];
         if (rate == 0.0)
             continue;
         for (const Term& entry : m_system->entries(column)) {
             if (!isBasic(entry.column))
-                m_rates.add(entry.column, entry.coefficient * rate);
+                m_work->rates.add(entry.column, entry.coefficient * rate);
         }
     }
-    m_smallestRate = smallestRelativeRate * std::max(1.0, m_rates.largest());
+    m_smallestRate = smallestRelativeRate * std::max(1.0, m_work->rates.largest());
 }
 
 void Simplex::pushNextEvent(Index row, Index spot, bool isBasicRow)
 {
-    const double rate = m_rates[row];
+    const double rate = m_work->rates[row];
     Index kink = spot;
     if (rate > 0.0) {
         kink = isBasicRow ? spot + 1 : spot;
@@ -81,16 +81,16 @@ void Simplex::pushNextEvent(Index row, Index spot, bool isBasicRow)
         kink = spot - 1;
     }
     const double distance = (m_system->kinkPosition(row, kink) - rowValue(row)) / rate;
-    m_events.push_back({std::max(0.0, distance), rate, row, kink});
-    std::push_heap(m_events.begin(), m_events.end(),
+    m_work->events.push_back({std::max(0.0, distance), rate, row, kink});
+    std::push_heap(m_work->events.begin(), m_work->events.end(),
                    [](const Event& a, const Event& b) { return isFarther(a.distance, a.row, b.distance, b.row); });
 }
 
 void Simplex::collectEvents(Index leaving)
 {
-    m_events.clear();
-    for (const Index row : m_rates.indices()) {
-        if (std::abs(m_rates[row]) > m_smallestRate)
+    m_work->events.clear();
+    for (const Index row : m_work->rates.indices()) {
+        if (std::abs(m_work->rates[row]) > m_smallestRate)
             pushNextEvent(row, m_spot[row], row == leaving);
     }
 }
@@ -101,43 +101,43 @@ bool Simplex::findEntering(const Candidate& candidate, Event& entering)
     const Index leaving = m_basis[candidate.position];
     const int direction = candidate.direction;
     m_system->visitSlopes(leaving, m_spot[leaving] + (direction > 0 ? 1 : 0),
-                          [&](Index level, double slope) { m_upSums.addCost(level, direction * slope); });
+                          [&](Index level, double slope) { m_work->upSums.addCost(level, direction * slope); });
     for (const Index level : m_pricedLevels)
-        m_upSums.addCost(level, direction * m_prices[level][candidate.position]);
-    addFreePrices(m_upSums);
-    m_passed.clear();
+        m_work->upSums.addCost(level, direction * m_prices[level][candidate.position]);
+    addFreePrices(m_work->upSums);
+    m_work->passed.clear();
     bool isFound = false;
-    while (!m_events.empty() && !isFound) {
-        std::pop_heap(m_events.begin(), m_events.end(),
+    while (!m_work->events.empty() && !isFound) {
+        std::pop_heap(m_work->events.begin(), m_work->events.end(),
                       [](const Event& a, const Event& b) { return isFarther(a.distance, a.row, b.distance, b.row); });
-        const Event event = m_events.back();
-        m_events.pop_back();
+        const Event event = m_work->events.back();
+        m_work->events.pop_back();
         for (const Piece& piece : m_system->piecesOfKink(event.row, event.kink))
-            m_upSums.addCost(piece.level, (piece.right - piece.left) * std::abs(event.rate));
-        const Index level = firstLevel(m_upSums);
-        isFound = m_takesLeastIndex || level == none || m_upSums[level] > 0.0;
+            m_work->upSums.addCost(piece.level, (piece.right - piece.left) * std::abs(event.rate));
+        const Index level = firstLevel(m_work->upSums);
+        isFound = m_takesLeastIndex || level == none || m_work->upSums[level] > 0.0;
         if (isFound) {
             entering = event;
         } else {
-            m_passed.push_back(event);
+            m_work->passed.push_back(event);
             const bool isRising = event.rate > 0.0;
             pushNextEvent(event.row, isRising ? event.kink + 1 : event.kink, false);
         }
     }
-    m_upSums.clear();
+    m_work->upSums.clear();
     return isFound;
 }
 
 void Simplex::advance(double distance)
 {
-    for (const Index column : m_direction.indices()) {
-        m_values[column] += distance * m_direction[column];
+    for (const Index column : m_work->direction.indices()) {
+        m_values[column] += distance * m_work->direction[column];
         m_moved.insert(column);
         widenScale(column);
     }
-    for (const Index row : m_rates.indices()) {
+    for (const Index row : m_work->rates.indices()) {
         if (!isBasic(row))
-            m_rowValues[row] += distance * m_rates[row];
+            m_rowValues[row] += distance * m_work->rates[row];
     }
 }
 
@@ -145,14 +145,14 @@ bool Simplex::step(const Candidate& candidate, Effort& effort)
 {
     const Index leaving = m_basis[candidate.position];
     findRates(candidate.position, candidate.direction);
-    m_rates.set(leaving, candidate.direction);
+    m_work->rates.set(leaving, candidate.direction);
     collectEvents(leaving);
     Event entering{};
     bool isDone = findEntering(candidate, entering);
     if (isDone) {
         if (m_takesLeastIndex) {
             // Among the rows met within rounding of the first one, the lowest.
-            for (const Event& event : m_events) {
+            for (const Event& event : m_work->events) {
                 const double width = tolerance() / std::abs(event.rate);
                 if (event.distance <= entering.distance + width && event.row < entering.row)
                     entering = event;
@@ -161,13 +161,13 @@ bool Simplex::step(const Candidate& candidate, Effort& effort)
         const double length = entering.distance;
         isDone = exchange(candidate, entering, effort);
         if (isDone) {
-            const bool isStalled = length * m_rates.largest() <= tolerance();
+            const bool isStalled = length * m_work->rates.largest() <= tolerance();
             m_stalled = isStalled ? m_stalled + 1 : 0;
             m_takesLeastIndex = m_stalled > longestStall;
         }
     }
-    m_direction.clear();
-    m_rates.clear();
+    m_work->direction.clear();
+    m_work->rates.clear();
     return isDone;
 }
 
@@ -175,7 +175,7 @@ bool Simplex::step(const Candidate& candidate, Effort& effort)
 void Simplex::advanceByDeriving()
 {
     moveBasis();
-    for (const Index row : m_rates.indices()) {
+    for (const Index row : m_work->rates.indices()) {
         if (!isBasic(row))
             m_rowValues[row] = evaluateRow(row);
     }
@@ -200,19 +200,19 @@ bool Simplex::exchange(const Candidate& candidate, const Event& entering, Effort
     // 1. The entering row in terms of the basis; its share of the leaving row is the pivot.
     if (entering.row != leaving) {
         for (const Term& term : m_system->terms(entering.row))
-            m_byColumn.add(term.column, term.coefficient);
-        m_alpha.clear();
-        m_factor.solveTransposed(m_byColumn, m_alpha);
-        const double pivot = m_alpha[position];
+            m_work->byColumn.add(term.column, term.coefficient);
+        m_work->alpha.clear();
+        m_factor.solveTransposed(m_work->byColumn, m_work->alpha);
+        const double pivot = m_work->alpha[position];
         const bool isAsSeen = std::abs(pivot * candidate.direction - entering.rate) <= 1e-6 * std::abs(pivot);
-        if (!isAsSeen || std::abs(pivot) < 1e-9 * m_alpha.largest())
+        if (!isAsSeen || std::abs(pivot) < 1e-9 * m_work->alpha.largest())
             return false;
     }
 
     // 2. The rows that were passed charge their next slope.
     Index ownSegment = isRising ? m_spot[leaving] + 1 : m_spot[leaving];
     const Index enteringBefore = m_spot[entering.row];
-    for (const Event& event : m_passed) {
+    for (const Event& event : m_work->passed) {
         if (event.row == leaving) {
             ownSegment = segmentBeyond(event);
         } else if (event.row != entering.row) {
@@ -246,12 +246,12 @@ bool Simplex::exchange(const Candidate& candidate, const Event& entering, Effort
     };
     addSlopes(leaving, ownSegment, 1.0);
     for (const Index level : m_pricedLevels) {
-        const double quotient = m_prices[level][position] / m_alpha[position];
+        const double quotient = m_prices[level][position] / m_work->alpha[position];
         if (quotient == 0.0)
             continue;
-        for (const Index other : m_alpha.indices()) {
-            if (other != position && m_alpha[other] != 0.0)
-                addToPrice(level, other, -m_alpha[other] * quotient);
+        for (const Index other : m_work->alpha.indices()) {
+            if (other != position && m_work->alpha[other] != 0.0)
+                addToPrice(level, other, -m_work->alpha[other] * quotient);
         }
         m_prices[level][position] = quotient;
         m_priceScale[level] = std::max(m_priceScale[level], std::abs(quotient));
@@ -259,7 +259,7 @@ bool Simplex::exchange(const Candidate& candidate, const Event& entering, Effort
     addSlopes(entering.row, enteringBefore, -1.0);
 
     // 4. The basis itself.
-    m_factor.exchange(position, m_alpha);
+    m_factor.exchange(position, m_work->alpha);
     m_rowValues[leaving] = m_targets[position] + entering.distance * candidate.direction;
     m_place[leaving] = none;
     m_spot[leaving] = ownSegment;

@@ -61,15 +61,15 @@ void Simplex::applySlopeChanges()
     for (const Index level : m_changedLevels) {
         for (const Term& change : m_slopeChanges[level]) {
             for (const Term& term : m_system->terms(change.column))
-                m_byColumn.add(term.column, change.coefficient * term.coefficient);
+                m_work->byColumn.add(term.column, change.coefficient * term.coefficient);
         }
         m_slopeChanges[level].clear();
-        m_factor.solveTransposed(m_byColumn, m_byPosition);
-        for (const Index position : m_byPosition.indices()) {
-            if (m_byPosition[position] != 0.0)
-                addToPrice(level, position, m_byPosition[position]);
+        m_factor.solveTransposed(m_work->byColumn, m_work->byPosition);
+        for (const Index position : m_work->byPosition.indices()) {
+            if (m_work->byPosition[position] != 0.0)
+                addToPrice(level, position, m_work->byPosition[position]);
         }
-        m_byPosition.clear();
+        m_work->byPosition.clear();
     }
     m_changedLevels.clear();
 }
@@ -85,15 +85,15 @@ Index Simplex::firstLevel(const SparseVector& sums) const
 }
 
 // The prices of a free level are only asked of rows that can move without a loss on all levels above. This adds what
-// the step that m_rates describes costs there.
+// the step that m_work->rates describes costs there.
 void Simplex::addFreePrices(SparseVector& sums)
 {
-    for (const Index row : m_rates.indices()) {
+    for (const Index row : m_work->rates.indices()) {
         if (isBasic(row) || !m_system->isOwnRow(row))
             continue;
         m_system->visitSlopes(row, m_spot[row], [&](Index level, double slope) {
             if (level >= m_system->firstFreeLevel())
-                sums.addCost(level, m_rates[row] * slope);
+                sums.addCost(level, m_work->rates[row] * slope);
         });
     }
 }
@@ -105,18 +105,18 @@ void Simplex::addFreePricesOf(Index position)
     if (m_freePricesAsked < mostOneByOne) {
         ++m_freePricesAsked;
         findRates(position, 1);
-        addFreePrices(m_upSums);
-        addFreePrices(m_downSums);
-        m_direction.clear();
-        m_rates.clear();
+        addFreePrices(m_work->upSums);
+        addFreePrices(m_work->downSums);
+        m_work->direction.clear();
+        m_work->rates.clear();
         return;
     }
     if (m_freePrices.empty())
         findFreePrices();
     const Index first = m_system->firstFreeLevel();
     for (Index level = first; level < m_system->levelCount(); ++level) {
-        m_upSums.addCost(level, m_freePrices[level - first][position]);
-        m_downSums.addCost(level, m_freePrices[level - first][position]);
+        m_work->upSums.addCost(level, m_freePrices[level - first][position]);
+        m_work->downSums.addCost(level, m_freePrices[level - first][position]);
     }
 }
 
@@ -129,14 +129,14 @@ void Simplex::findFreePrices()
                 continue;
             m_system->visitSlopes(row, m_spot[row], [&](Index its, double slope) {
                 if (its == level)
-                    m_byColumn.add(column, slope);
+                    m_work->byColumn.add(column, slope);
             });
         }
-        m_factor.solveTransposed(m_byColumn, m_byPosition);
+        m_factor.solveTransposed(m_work->byColumn, m_work->byPosition);
         std::vector<double>& prices = m_freePrices.emplace_back(m_basis.size(), 0.0);
-        for (const Index position : m_byPosition.indices())
-            prices[position] = m_byPosition[position];
-        m_byPosition.clear();
+        for (const Index position : m_work->byPosition.indices())
+            prices[position] = m_work->byPosition[position];
+        m_work->byPosition.clear();
     }
 }
 
@@ -146,27 +146,27 @@ Simplex::Candidate Simplex::evaluate(Index position)
     const Index row = m_basis[position];
     const Index kink = m_spot[row];
     for (const Piece& piece : m_system->pieces(row)) {
-        m_upSums.addCost(piece.level, piece.kink <= kink ? piece.right : piece.left);
-        m_downSums.addCost(piece.level, piece.kink < kink ? piece.right : piece.left);
+        m_work->upSums.addCost(piece.level, piece.kink <= kink ? piece.right : piece.left);
+        m_work->downSums.addCost(piece.level, piece.kink < kink ? piece.right : piece.left);
     }
     for (const Index level : m_pricedLevels) {
         if (const double price = m_prices[level][position]; price != 0.0) {
-            m_upSums.addCost(level, price);
-            m_downSums.addCost(level, price);
+            m_work->upSums.addCost(level, price);
+            m_work->downSums.addCost(level, price);
         }
     }
     const Index free = m_system->firstFreeLevel();
-    if (firstLevel(m_upSums) >= free || firstLevel(m_downSums) >= free) {
+    if (firstLevel(m_work->upSums) >= free || firstLevel(m_work->downSums) >= free) {
         m_freePositions.insert(position);
         addFreePricesOf(position);
     }
     Candidate result{.position = position};
-    if (const Index up = firstLevel(m_upSums); up != none && m_upSums[up] < 0.0)
-        result = {position, 1, up, -m_upSums[up]};
-    else if (const Index down = firstLevel(m_downSums); down != none && m_downSums[down] > 0.0)
-        result = {position, -1, down, m_downSums[down]};
-    m_upSums.clear();
-    m_downSums.clear();
+    if (const Index up = firstLevel(m_work->upSums); up != none && m_work->upSums[up] < 0.0)
+        result = {position, 1, up, -m_work->upSums[up]};
+    else if (const Index down = firstLevel(m_work->downSums); down != none && m_work->downSums[down] > 0.0)
+        result = {position, -1, down, m_work->downSums[down]};
+    m_work->upSums.clear();
+    m_work->downSums.clear();
     return result;
 }
 
@@ -190,28 +190,28 @@ void Simplex::evaluateFree()
 
 void Simplex::noteCandidate(const Candidate& candidate)
 {
-    Index& place = m_candidateOf[candidate.position];
+    Index& place = m_work->candidateOf[candidate.position];
     if (place != none) {
-        m_candidates[place] = candidate;
+        m_work->candidates[place] = candidate;
     } else if (candidate.direction != 0) {
-        place = Index(m_candidates.size());
-        m_candidates.push_back(candidate);
+        place = Index(m_work->candidates.size());
+        m_work->candidates.push_back(candidate);
     }
 }
 
 void Simplex::forgetCandidates()
 {
-    for (const Candidate& candidate : m_candidates)
-        m_candidateOf[candidate.position] = none;
-    m_candidates.clear();
+    for (const Candidate& candidate : m_work->candidates)
+        m_work->candidateOf[candidate.position] = none;
+    m_work->candidates.clear();
 }
 
 // The gain at the highest level, the largest there; under the least-index rule the lowest row.
 const Simplex::Candidate* Simplex::choose() const
 {
     const Candidate* best = nullptr;
-    for (const Candidate& candidate : m_candidates) {
-        if (candidate.direction == 0 || m_banned.contains(candidate.position))
+    for (const Candidate& candidate : m_work->candidates) {
+        if (candidate.direction == 0 || m_work->banned.contains(candidate.position))
             continue;
         const auto isBetter = [&] {
             const Index row = m_basis[candidate.position];

@@ -4,6 +4,27 @@
 
 namespace RVCore::LayoutInternal {
 
+void SimplexWork::fit(Index columns, Index rows, Index levels)
+{
+    if (levels > m_levels) {
+        m_levels = levels;
+        for (SparseVector* vector : {&upSums, &downSums})
+            vector->grow(levels);
+    }
+    if (columns > m_columns) {
+        m_columns = columns;
+        for (SparseVector* vector : {&byPosition, &byColumn, &direction, &alpha})
+            vector->grow(columns);
+        banned.grow(columns);
+        candidateOf.resize(columns, none);
+        openPosition.resize(columns, none);
+    }
+    if (rows > m_rows) {
+        m_rows = rows;
+        rates.grow(rows);
+    }
+}
+
 void Simplex::start(System& system)
 {
     m_system = &system;
@@ -19,19 +40,11 @@ void Simplex::start(System& system)
     m_pricedLevels.clear();
     m_slopeChanges.assign(levels, {});
     m_changedLevels.clear();
-    m_upSums.resize(levels);
-    m_downSums.resize(levels);
-    for (SparseVector* vector : {&m_byPosition, &m_byColumn, &m_direction, &m_alpha})
-        vector->resize(columns);
-    m_rates.resize(rows);
-    m_candidates.clear();
-    m_candidateOf.assign(columns, none);
-    for (IndexSet* set : {&m_freePositions, &m_touchedPositions, &m_banned, &m_moved})
+    m_work->fit(columns, rows, levels);
+    for (IndexSet* set : {&m_freePositions, &m_touchedPositions, &m_moved})
         set->resize(columns);
     for (Index column = 0; column < columns; ++column)
         m_moved.insert(column);
-    m_openPosition.assign(columns, none);
-    m_open.clear();
     m_vacant.clear();
     m_newRows.clear();
     m_touchedRows.resize(rows);
@@ -81,10 +94,10 @@ void Simplex::growRows()
     m_place.resize(rows, none);
     m_spot.resize(rows, none);
     m_rowValues.resize(rows, 0.0);
-    m_rates.grow(rows);
     m_touchedRows.grow(rows);
     m_suspects.grow(rows);
     m_factor.growRows(rows);
+    m_work->fit(m_system->columnCount(), rows, m_system->levelCount());
 }
 
 // Until something better turns up, a new column is held by its own row.
@@ -98,11 +111,7 @@ void Simplex::columnAdded(Index column)
     m_basis.push_back(row);
     m_targets.push_back(0.0);
     m_values.push_back(0.0);
-    m_candidateOf.push_back(none);
-    m_openPosition.push_back(none);
-    for (SparseVector* vector : {&m_byPosition, &m_byColumn, &m_direction, &m_alpha})
-        vector->grow(m_basis.size());
-    for (IndexSet* set : {&m_freePositions, &m_touchedPositions, &m_banned, &m_moved})
+    for (IndexSet* set : {&m_freePositions, &m_touchedPositions, &m_moved})
         set->grow(m_basis.size());
     m_moved.insert(column);
     m_isDirty = true;
@@ -280,14 +289,14 @@ void Simplex::refresh(Effort& effort)
                 m_suspects.insert(m_basis[position]);
         }
     }
-    m_banned.clear();
+    m_work->banned.clear();
     m_isDirty = false;
 }
 
 bool Simplex::run(Effort& effort)
 {
     constexpr std::size_t longestUpdate = 1000; // beyond this many small updates, rounding in the prices adds up
-    m_banned.clear();
+    m_work->banned.clear();
     fillVacancies();
     if (m_isDirty || m_factor.exchangeCount() > 0 || m_priceUpdates > longestUpdate)
         refresh(effort);
@@ -336,13 +345,13 @@ std::vector<Index> Simplex::violatedRows(Index level) const
 std::vector<Index> Simplex::holdingRows(Index column)
 {
     std::vector<Index> positions;
-    m_byColumn.add(column, 1.0);
-    m_factor.solveTransposed(m_byColumn, m_byPosition);
-    for (const Index position : m_byPosition.indices()) {
-        if (std::abs(m_byPosition[position]) > 1e-9)
+    m_work->byColumn.add(column, 1.0);
+    m_factor.solveTransposed(m_work->byColumn, m_work->byPosition);
+    for (const Index position : m_work->byPosition.indices()) {
+        if (std::abs(m_work->byPosition[position]) > 1e-9)
             positions.push_back(position);
     }
-    m_byPosition.clear();
+    m_work->byPosition.clear();
     std::sort(positions.begin(), positions.end(),
               [&](Index a, Index b) { return m_factor.step(a) < m_factor.step(b); });
     for (Index& position : positions)
@@ -358,21 +367,22 @@ std::vector<Index> Simplex::movableColumns()
         const Index row = m_basis[position];
         bool isFree = false;
         for (const Index segment : {m_spot[row] + 1, m_spot[row]}) {
-            m_system->visitSlopes(row, segment, [&](Index level, double slope) { m_upSums.addCost(level, slope); });
+            m_system->visitSlopes(row, segment,
+                                  [&](Index level, double slope) { m_work->upSums.addCost(level, slope); });
             for (const Index level : m_pricedLevels)
-                m_upSums.addCost(level, m_prices[level][position]);
-            isFree = isFree || firstLevel(m_upSums) >= m_system->firstFreeLevel();
-            m_upSums.clear();
+                m_work->upSums.addCost(level, m_prices[level][position]);
+            isFree = isFree || firstLevel(m_work->upSums) >= m_system->firstFreeLevel();
+            m_work->upSums.clear();
         }
         if (!isFree)
             continue;
-        m_byPosition.add(position, 1.0);
-        m_factor.solve(m_byPosition, m_direction);
-        for (const Index column : m_direction.indices()) {
-            if (std::abs(m_direction[column]) > 1e-9)
+        m_work->byPosition.add(position, 1.0);
+        m_factor.solve(m_work->byPosition, m_work->direction);
+        for (const Index column : m_work->direction.indices()) {
+            if (std::abs(m_work->direction[column]) > 1e-9)
                 found.insert(column);
         }
-        m_direction.clear();
+        m_work->direction.clear();
     }
     return found.indices();
 }

@@ -15,6 +15,39 @@ struct Effort {
     std::uint64_t limitsReached = 0;
 };
 
+// What a run writes and leaves empty, so that all parts share one. It is as large as the largest of them needs it.
+struct SimplexWork {
+    struct Candidate {
+        Index position = none;
+        int direction = 0;
+        Index level = 0;
+        double gain = 0.0;
+    };
+    struct Event {
+        double distance;
+        double rate;
+        Index row;
+        Index kink;
+    };
+
+    // Before a run on a system of this size.
+    void fit(Index columns, Index rows, Index levels);
+
+    SparseVector upSums, downSums; // by level
+    SparseVector byPosition, byColumn, direction, alpha;
+    SparseVector rates;                           // by row
+    std::vector<Candidate> candidates;            // that gained when they were first looked at, or still do
+    std::vector<Index> candidateOf;               // by position: place among the candidates, none for others
+    IndexSet banned;                              // positions whose exchange was unsafe in this run
+    std::vector<Event> events, passed;            // a heap of the kinks ahead, and those behind
+    std::vector<Index> open;                      // columns for which a row is sought
+    std::vector<Index> openPosition;              // by column, none for others
+    std::vector<std::pair<Index, Index>> waiting; // a heap of strengths and rows with one open column
+
+private:
+    Index m_columns = 0, m_rows = 0, m_levels = 0;
+};
+
 // Minimises the costs of a System's rows, level after level.
 //
 // A basis is one row for each column, each held at one of its kinks; that gives the values. The price of a
@@ -38,6 +71,7 @@ struct Effort {
 // Goal Programming and Extensions, 1976); product form of the inverse (Dantzig and Orchard-Hays, 1954).
 class Simplex {
 public:
+    explicit Simplex(SimplexWork& work) : m_work(&work) {}
     // Starts from the greedy basis of the system, which must outlive this.
     void start(System&);
     // Goes on with a copy of its system.
@@ -78,18 +112,8 @@ public:
     std::vector<Index> movableColumns();
 
 private:
-    struct Candidate {
-        Index position = none;
-        int direction = 0;
-        Index level = 0;
-        double gain = 0.0;
-    };
-    struct Event {
-        double distance;
-        double rate;
-        Index row;
-        Index kink;
-    };
+    using Candidate = SimplexWork::Candidate;
+    using Event = SimplexWork::Event;
 
     // LayoutFirstBasis.cpp
     void chooseFirstBasis();
@@ -146,6 +170,7 @@ private:
     void holdAt(Index position, Index kink);
     bool exchange(const Candidate&, const Event&, Effort&);
 
+    SimplexWork* m_work;
     System* m_system = nullptr;
     Factor m_factor;
     std::vector<Index> m_basis;      // row by position
@@ -167,24 +192,15 @@ private:
     std::vector<Index> m_changedLevels;
     std::size_t m_priceUpdates = 0;
 
-    std::vector<Candidate> m_candidates;   // that gained when they were first looked at, or still do
-    std::vector<Index> m_candidateOf;      // by position: place among the candidates, none for others
-    IndexSet m_freePositions;              // those that can move without a loss above the free levels
-    IndexSet m_touchedPositions, m_banned; // banned: their exchange was unsafe in this run
-    std::vector<Index> m_affected;         // positions whose target moved
+    IndexSet m_freePositions; // those that can move without a loss above the free levels
+    IndexSet m_touchedPositions;
+    std::vector<Index> m_affected; // positions whose target moved
     std::vector<Index> m_changed;
     IndexSet m_moved, m_touchedRows, m_suspects;
     std::vector<Index> m_vacant, m_newRows; // since the last run: positions whose row is going, rows that came
-    std::vector<Index> m_open;              // columns for which a row is sought
-    std::vector<Index> m_openPosition;      // by column, none for others
-    std::vector<std::pair<Index, Index>> m_waiting; // a heap of strengths and rows with one open column
     bool m_isDirty = false;
 
-    SparseVector m_upSums, m_downSums; // by level
-    SparseVector m_byPosition, m_byColumn, m_direction, m_alpha;
-    SparseVector m_rates; // by row
     double m_smallestRate = 0.0;
-    std::vector<Event> m_events, m_passed;
     bool m_takesLeastIndex = false;
     std::size_t m_stalled = 0;
 };

@@ -213,7 +213,7 @@ void Solver::takeApart(Index part)
 Index Solver::takePart()
 {
     if (m_freeParts.empty()) {
-        m_parts.push_back(std::make_unique<Part>());
+        m_parts.push_back(std::make_unique<Part>(m_work));
         m_touchedParts.grow(m_parts.size());
         return Index(m_parts.size() - 1);
     }

@@ -76,6 +76,7 @@ private:
     void reportConflicts();
 
     Model m_model;
+    SimplexWork m_work;
     std::vector<std::unique_ptr<Part>> m_parts;
     std::vector<Index> m_freeParts;
     IndexSet m_touchedParts;    // that were edited in place or built
