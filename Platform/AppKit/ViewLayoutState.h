@@ -76,15 +76,14 @@ public:
     void removeReference(NSLayoutConstraint& constraint, int item);
     const ConstraintReferences& references() const { return m_references; }
 
-private:
-    void closeGaps();
-
     // What every constraint that comes or goes touches comes first, side by side.
+    LayoutContext* context = nullptr; // null while the view is in no engine
+    ViewVariables variables;
+
+private:
     ConstraintReferences m_references;
 
 public:
-    LayoutContext* context = nullptr; // null while the view is in no engine
-    ViewVariables variables;
     static constexpr std::uint32_t noPlace = std::numeric_limits<std::uint32_t>::max();
     std::uint32_t placeAmongPending = noPlace; // in the queues of its context
     std::uint32_t placeAmongStale = noPlace;
@@ -122,6 +121,7 @@ private:
         return kind < horizontalPosition ? kind : kind - frameRowCount;
     }
     Rare& rare();
+    void closeGaps();
 
     std::array<LayoutConstraintHandle, ownRowCount - frameRowCount> m_usualRows{};
     std::unique_ptr<Rare> m_rare;

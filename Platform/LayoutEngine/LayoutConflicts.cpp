@@ -156,11 +156,12 @@ std::uint64_t Solver::causeOf(const std::vector<Index>& members) const
     };
     for (const Index member : members) {
         const Constraint& constraint = m_model.constraints()[member];
-        mix(constraint.formClass == none ? 0 : m_model.classes()[constraint.formClass].hash);
+        const bool hasForm = constraint.formClass != none;
+        mix(hasForm ? Model::hashOf(m_model.classes()[constraint.formClass].terms) : 0);
         mix(std::bit_cast<std::uint64_t>(constraint.scale));
         mix(std::bit_cast<std::uint64_t>(constraint.constant));
         mix(std::bit_cast<std::uint8_t>(constraint.relation));
-        mix(constraint.formClass == none ? constraint.owner : 0);
+        mix(hasForm ? 0 : constraint.owner);
     }
     return hash;
 }

@@ -163,11 +163,17 @@ void Model::takeNotedClasses(std::vector<Index>& taken)
     taken.swap(m_notedClasses);
 }
 
-Index Model::classOfForm()
+std::uint64_t Model::hashOf(std::span<const Term> form)
 {
     std::uint64_t hash = 0;
-    for (const Term& term : m_form)
+    for (const Term& term : form)
         hash = mixed(mixed(hash, term.column), std::bit_cast<std::uint64_t>(term.coefficient));
+    return hash;
+}
+
+Index Model::classOfForm()
+{
+    const std::uint64_t hash = hashOf(m_form);
     if (const Index found = findClass(hash); found != none)
         return found;
     const Index index = take(m_freeClasses, m_classes.size());
@@ -175,7 +181,6 @@ Index Model::classOfForm()
         m_classes.addOne();
     FormClass& made = m_classes[index];
     made.terms.assign(m_form);
-    made.hash = hash;
     for (const Term& term : m_form)
         m_variables[term.column].classes.append({index, std::uint32_t(hash)});
     return index;

@@ -45,8 +45,7 @@ static_assert(sizeof(Constraint) == 48, "there are a dozen for each view");
 // coefficient of the form is 1.
 struct FormClass {
     InlineList<Term, 3> terms; // `column` is the variable; in ascending order
-    std::uint64_t hash = 0;
-    Index last = none; // its newest constraint, the end of a ring; none without any
+    Index last = none;         // its newest constraint, the end of a ring; none without any
     Index part = none;
     Index row = none;             // within the part
     std::uint32_t edits : 31 = 0; // since the last solve, without those that were taken back
@@ -54,7 +53,7 @@ struct FormClass {
 
     bool hasConstraints() const { return last != none; }
 };
-static_assert(sizeof(FormClass) == 80, "there are half a dozen for each view");
+static_assert(sizeof(FormClass) == 72, "there are half a dozen for each view");
 
 // The numbers of a class's constraints, in order of installation.
 class ConstraintRing {
@@ -123,6 +122,8 @@ public:
     // Makes the numbers of removed variables that are in no part any more free for use.
     void recycleVariables();
 
+    // The same for equal forms, up to scale.
+    static std::uint64_t hashOf(std::span<const Term> form);
     // By how much a constraint is violated with the variables' present values, in its own units.
     double violation(Index constraint) const;
     static bool holdsByItself(const Constraint&);

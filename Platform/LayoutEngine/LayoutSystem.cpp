@@ -137,7 +137,6 @@ void System::setPieces(Index row, std::span<const Piece> pieces)
     }
     std::copy(pieces.begin(), pieces.end(), m_pieces.begin() + record.firstPiece);
     record.pieceCount = Index(pieces.size());
-    record.kinkCount = pieces.empty() ? 0 : pieces.back().kink + 1;
     if (m_unusedPieces > 1000 && m_unusedPieces > m_pieces.size() / 2)
         compactPieces();
 }

@@ -65,7 +65,7 @@ public:
         return {m_pieces.data() + m_rows[row].firstPiece, m_rows[row].pieceCount};
     }
     std::span<const Piece> piecesOfKink(Index row, Index kink) const;
-    Index kinkCount(Index row) const { return m_rows[row].kinkCount; }
+    Index kinkCount(Index row) const { return pieces(row).empty() ? 0 : pieces(row).back().kink + 1; }
     double kinkPosition(Index row, Index kink) const { return piecesOfKink(row, kink).front().at; }
     void setPieces(Index row, std::span<const Piece>);
 
@@ -86,7 +86,7 @@ private:
     };
     struct Row {
         Index firstTerm = 0, termCount = 0, termCapacity = 0;
-        Index firstPiece = 0, pieceCount = 0, pieceCapacity = 0, kinkCount = 0;
+        Index firstPiece = 0, pieceCount = 0, pieceCapacity = 0;
     };
 
     Index makeRow(std::span<const Term>);
