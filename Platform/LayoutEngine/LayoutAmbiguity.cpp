@@ -31,7 +31,7 @@ private:
 void Probe::pull(Index column, double from, double to)
 {
     double weight = 0.0;
-    for (const Piece& piece : m_settled.pieces(m_settled.ownRow(column))) {
+    for (const Piece piece : m_settled.pieces(m_settled.ownRow(column))) {
         if (piece.level == m_settled.firstFreeLevel())
             weight = -piece.left;
     }
@@ -42,7 +42,7 @@ void Probe::setPull(Index column, const Piece& pull)
 {
     const Index row = m_settled.ownRow(column);
     m_costs.clear();
-    for (const Piece& piece : m_settled.pieces(row)) {
+    for (const Piece piece : m_settled.pieces(row)) {
         if (piece.level != m_settled.firstFreeLevel())
             m_costs.push_back(piece);
     }

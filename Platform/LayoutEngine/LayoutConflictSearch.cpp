@@ -113,7 +113,7 @@ Index Search::firstViolated() const
 // The oldest constraint that keeps a basic row from being moved off its kink.
 Index Search::blocker(Index row, bool isUpward, Index level) const
 {
-    for (const Piece& piece : m_system.piecesOfKink(row, m_simplex.spot(row))) {
+    for (const Piece piece : m_system.piecesOfKink(row, m_simplex.spot(row))) {
         if (piece.level < level && (isUpward ? piece.right > 0.0 : piece.left < 0.0))
             return piece.level;
     }

@@ -9,15 +9,15 @@ namespace RVCore::LayoutInternal {
 // costs to move the row the cheaper way; none when that is free.
 Index Simplex::bestKink(Index row, Index& strength) const
 {
-    const std::span<const Piece> pieces = m_system->pieces(row);
+    const PieceRange pieces = m_system->pieces(row);
     // Few rows have more than five pieces, so comparing slopes piece by piece is cheaper than keeping sums.
     const auto firstLevelAt = [&](Index segment, bool& isRising) {
         Index best = none;
-        for (const Piece& candidate : pieces) {
+        for (const Piece candidate : pieces) {
             if (candidate.level >= best)
                 continue;
             double sum = 0.0;
-            for (const Piece& piece : pieces) {
+            for (const Piece piece : pieces) {
                 if (piece.level == candidate.level)
                     sum += piece.kink < segment ? piece.right : piece.left;
             }

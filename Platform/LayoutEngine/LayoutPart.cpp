@@ -57,8 +57,7 @@ void Part::build(Model& model, Index number, const std::vector<Index>& variables
     std::sort(m_classes.begin() + columns, m_classes.end());
     // 2. The forms.
     m_system.clear(Index(m_priorities.size()) + 2, 2);
-    constexpr Index freePieces = 2; // of each column
-    m_system.reserve(columns, m_classes.size(), columns + terms, freePieces * columns + constraints);
+    m_system.reserve(columns, m_classes.size(), columns + terms, columns + constraints);
     for (Index column = 0; column < columns; ++column)
         m_system.addColumn();
     for (Index row = columns; row < m_classes.size(); ++row)
@@ -207,8 +206,7 @@ void Part::update(const Model& model, Index formClass)
 void Part::updateRow(const Model& model, Index row)
 {
     collectCosts(model, row);
-    const std::span<const Piece> present = m_system.pieces(row);
-    if (std::equal(present.begin(), present.end(), m_costs.begin(), m_costs.end()))
+    if (m_system.hasPieces(row, m_costs))
         return;
     m_simplex.setPieces(row, m_costs);
     m_needsRun = true;

@@ -112,7 +112,7 @@ bool Simplex::findEntering(const Candidate& candidate, Event& entering)
                       [](const Event& a, const Event& b) { return isFarther(a.distance, a.row, b.distance, b.row); });
         const Event event = m_work->events.back();
         m_work->events.pop_back();
-        for (const Piece& piece : m_system->piecesOfKink(event.row, event.kink))
+        for (const Piece piece : m_system->piecesOfKink(event.row, event.kink))
             m_work->upSums.addCost(piece.level, (piece.right - piece.left) * std::abs(event.rate));
         const Index level = firstLevel(m_work->upSums);
         isFound = m_takesLeastIndex || level == none || m_work->upSums[level] > 0.0;

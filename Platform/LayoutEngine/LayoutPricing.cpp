@@ -145,7 +145,7 @@ Simplex::Candidate Simplex::evaluate(Index position)
 {
     const Index row = m_basis[position];
     const Index kink = m_spot[row];
-    for (const Piece& piece : m_system->pieces(row)) {
+    for (const Piece piece : m_system->pieces(row)) {
         m_work->upSums.addCost(piece.level, piece.kink <= kink ? piece.right : piece.left);
         m_work->downSums.addCost(piece.level, piece.kink < kink ? piece.right : piece.left);
     }
@@ -242,7 +242,7 @@ std::vector<Index> Simplex::pricedRows(Index level) const
         // Outside the basis both slopes are the one of the segment.
         double up = 0.0;
         double down = 0.0;
-        for (const Piece& piece : m_system->pieces(row)) {
+        for (const Piece piece : m_system->pieces(row)) {
             if (piece.level != level)
                 continue;
             up += piece.kink < m_spot[row] || (isBasic(row) && piece.kink == m_spot[row]) ? piece.right : piece.left;

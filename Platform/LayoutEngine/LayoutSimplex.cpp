@@ -33,7 +33,7 @@ void Simplex::start(System& system)
     const Index levels = system.levelCount();
     m_slopeScale.assign(levels, 0.0);
     for (Index row = 0; row < rows; ++row) {
-        for (const Piece& piece : system.pieces(row))
+        for (const Piece piece : system.pieces(row))
             m_slopeScale[piece.level] = std::max({m_slopeScale[piece.level], piece.right, -piece.left});
     }
     m_prices.assign(levels, {});
@@ -124,7 +124,7 @@ void Simplex::rowAdded(Index row)
     m_spot[row] = none;
     m_touchedRows.insert(row);
     m_newRows.push_back(row);
-    for (const Piece& piece : m_system->pieces(row))
+    for (const Piece piece : m_system->pieces(row))
         m_slopeScale[piece.level] = std::max({m_slopeScale[piece.level], piece.right, -piece.left});
 }
 
@@ -167,10 +167,10 @@ Index Simplex::quieterSide(Index row, Index kink) const
 Index Simplex::segmentAt(Index row, double value, Index present) const
 {
     const double width = tolerance();
-    const std::span<const Piece> pieces = m_system->pieces(row);
+    const PieceRange pieces = m_system->pieces(row);
     if (present != none) {
         bool isInside = true;
-        for (const Piece& piece : pieces) {
+        for (const Piece piece : pieces) {
             if (piece.kink < present ? value < piece.at - width : value > piece.at + width)
                 isInside = false;
         }
@@ -178,7 +178,7 @@ Index Simplex::segmentAt(Index row, double value, Index present) const
             return present;
     }
     Index segment = 0;
-    for (const Piece& piece : pieces) {
+    for (const Piece piece : pieces) {
         if (std::abs(value - piece.at) <= width)
             return quieterSide(row, piece.kink);
         if (value > piece.at)
@@ -284,7 +284,7 @@ void Simplex::refresh(Effort& effort)
     }
     for (Index position = 0; position < m_basis.size(); ++position) {
         m_touchedPositions.insert(position);
-        for (const Piece& piece : m_system->pieces(m_basis[position])) {
+        for (const Piece piece : m_system->pieces(m_basis[position])) {
             if (piece.level == 0 && piece.kink != m_spot[m_basis[position]])
                 m_suspects.insert(m_basis[position]);
         }
@@ -331,7 +331,7 @@ std::vector<Index> Simplex::violatedRows(Index level) const
     const double width = 100.0 * tolerance();
     for (const Index row : m_suspects.indices()) {
         const double value = rowValue(row);
-        for (const Piece& piece : m_system->pieces(row)) {
+        for (const Piece piece : m_system->pieces(row)) {
             const double slope = value < piece.at ? piece.left : piece.right;
             if (piece.level == level && slope != 0.0 && std::abs(value - piece.at) > width) {
                 result.push_back(row);

@@ -114,36 +114,35 @@ void System::finish()
     m_isFinished = true;
 }
 
-std::span<const Piece> System::piecesOfKink(Index row, Index kink) const
+bool System::hasPieces(Index row, std::span<const Piece> pieces)
 {
-    const std::span<const Piece> all = pieces(row);
-    const auto first = std::lower_bound(all.begin(), all.end(), kink,
-                                        [](const Piece& piece, Index number) { return piece.kink < number; });
-    auto last = first;
-    while (last != all.end() && last->kink == kink)
-        ++last;
-    return {first, last};
+    m_stored.clear();
+    storePieces(pieces, m_stored);
+    const StoredPiece* first = m_pieces.data() + m_rows[row].firstPiece;
+    return std::equal(first, first + m_rows[row].pieceCount, m_stored.begin(), m_stored.end());
 }
 
 void System::setPieces(Index row, std::span<const Piece> pieces)
 {
+    m_stored.clear();
+    storePieces(pieces, m_stored);
     Row& record = m_rows[row];
-    if (pieces.size() > record.pieceCapacity) {
+    if (m_stored.size() > record.pieceCapacity) {
         m_unusedPieces += record.pieceCapacity;
         record.firstPiece = Index(m_pieces.size());
-        record.pieceCapacity = Index(pieces.size());
-        makeRoom(m_pieces, pieces.size());
-        m_pieces.resize(m_pieces.size() + pieces.size());
+        record.pieceCapacity = Index(m_stored.size());
+        makeRoom(m_pieces, m_stored.size());
+        m_pieces.resize(m_pieces.size() + m_stored.size());
     }
-    std::copy(pieces.begin(), pieces.end(), m_pieces.begin() + record.firstPiece);
-    record.pieceCount = Index(pieces.size());
+    std::copy(m_stored.begin(), m_stored.end(), m_pieces.begin() + record.firstPiece);
+    record.pieceCount = Index(m_stored.size());
     if (m_unusedPieces > 1000 && m_unusedPieces > m_pieces.size() / 2)
         compactPieces();
 }
 
 void System::compactPieces()
 {
-    std::vector<Piece> compact;
+    std::vector<StoredPiece> compact;
     compact.reserve(m_pieces.size() - m_unusedPieces);
     for (Row& row : m_rows) {
         const auto first = m_pieces.begin() + row.firstPiece;

@@ -1,23 +1,11 @@
 #pragma once
 
-#include "LayoutSparse.h"
+#include "LayoutPieces.h"
 
 #include <span>
 #include <vector>
 
 namespace RVCore::LayoutInternal {
-
-// A convex piecewise-linear cost of one row: what one level charges left and right of one kink. The pieces of
-// a row are sorted by kink, then by level; left <= 0 <= right.
-struct Piece {
-    double at = 0.0;    // position of the kink
-    double left = 0.0;  // slope below the kink
-    double right = 0.0; // slope above the kink
-    Index kink = 0;     // number of the kink within its row
-    Index level = 0;    // 0 is the highest
-
-    friend bool operator==(const Piece&, const Piece&) = default;
-};
 
 struct Term {
     Index column = 0;
@@ -60,19 +48,21 @@ public:
         return {m_entries.data() + m_columns[column].firstEntry, m_columns[column].entryCount};
     }
 
-    std::span<const Piece> pieces(Index row) const
+    PieceRange pieces(Index row) const
     {
-        return {m_pieces.data() + m_rows[row].firstPiece, m_rows[row].pieceCount};
+        const StoredPiece* first = m_pieces.data() + m_rows[row].firstPiece;
+        return {first, first + m_rows[row].pieceCount};
     }
-    std::span<const Piece> piecesOfKink(Index row, Index kink) const;
-    Index kinkCount(Index row) const { return pieces(row).empty() ? 0 : pieces(row).back().kink + 1; }
-    double kinkPosition(Index row, Index kink) const { return piecesOfKink(row, kink).front().at; }
+    PieceRange piecesOfKink(Index row, Index kink) const { return pieces(row).ofKink(kink); }
+    Index kinkCount(Index row) const { return pieces(row).kinkCount(); }
+    double kinkPosition(Index row, Index kink) const { return pieces(row).positionOf(kink); }
+    bool hasPieces(Index row, std::span<const Piece>);
     void setPieces(Index row, std::span<const Piece>);
 
     // Calls visit(level, slope) for what the row charges between kink segment - 1 and kink segment.
     template <typename Visit> void visitSlopes(Index row, Index segment, Visit visit) const
     {
-        for (const Piece& piece : pieces(row)) {
+        for (const Piece piece : pieces(row)) {
             const double slope = piece.kink < segment ? piece.right : piece.left;
             if (slope != 0.0)
                 visit(piece.level, slope);
@@ -100,7 +90,8 @@ private:
     std::vector<Index> m_freeRows;
     std::vector<Term> m_terms;
     std::vector<Term> m_entries;
-    std::vector<Piece> m_pieces;
+    std::vector<StoredPiece> m_pieces;
+    std::vector<StoredPiece> m_stored; // kept for its memory
     std::size_t m_unusedPieces = 0;
     bool m_isFinished = false;
 };

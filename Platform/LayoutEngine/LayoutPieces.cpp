@@ -1,0 +1,58 @@
+#include "LayoutPieces.h"
+
+#include <algorithm>
+
+namespace RVCore::LayoutInternal {
+
+namespace {
+
+bool isPair(const Piece& first, const Piece& second)
+{
+    return first.kink == second.kink && first.level + 1 == second.level && first.left == second.left &&
+           first.left < 0.0 && first.right == 0.0 && second.right == -second.left;
+}
+
+StoredPiece stored(const Piece& piece, double slope)
+{
+    StoredPiece result;
+    result.at = piece.at;
+    result.slope = slope;
+    result.kink = piece.kink;
+    result.level = piece.level & 0x1fffffff;
+    return result;
+}
+
+} // namespace
+
+void storePieces(std::span<const Piece> pieces, std::vector<StoredPiece>& result)
+{
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        const Piece& piece = pieces[i];
+        if (i + 1 < pieces.size() && isPair(piece, pieces[i + 1])) {
+            StoredPiece& pair = result.emplace_back(stored(piece, -piece.left));
+            pair.isLeft = pair.isRight = pair.isPair = true;
+            ++i;
+            continue;
+        }
+        const bool isEven = piece.right == -piece.left;
+        if (piece.left < 0.0) {
+            StoredPiece& left = result.emplace_back(stored(piece, -piece.left));
+            left.isLeft = true;
+            left.isRight = isEven;
+        }
+        if (piece.right > 0.0 && !isEven)
+            result.emplace_back(stored(piece, piece.right)).isRight = true;
+    }
+}
+
+PieceRange PieceRange::ofKink(Index kink) const
+{
+    const auto* first = std::lower_bound(m_first, m_last, kink,
+                                         [](const StoredPiece& piece, Index number) { return piece.kink < number; });
+    const auto* last = first;
+    while (last != m_last && last->kink == kink)
+        ++last;
+    return {first, last};
+}
+
+} // namespace RVCore::LayoutInternal

@@ -1,0 +1,64 @@
+#include <LayoutEngine/LayoutPieces.h>
+
+#include <gtest/gtest.h>
+
+namespace RVCore::LayoutInternal {
+namespace {
+
+std::vector<StoredPiece> stored(const std::vector<Piece>& pieces)
+{
+    std::vector<StoredPiece> result;
+    storePieces(pieces, result);
+    return result;
+}
+
+std::vector<Piece> read(const PieceRange& range)
+{
+    std::vector<Piece> result;
+    for (const Piece piece : range)
+        result.push_back(piece);
+    return result;
+}
+
+PieceRange rangeOf(const std::vector<StoredPiece>& pieces)
+{
+    return {pieces.data(), pieces.data() + pieces.size()};
+}
+
+TEST(LayoutPieces, areReadAsTheyWereStored)
+{
+    const std::vector<Piece> pieces{{0, -1, 0, 0, 0},   {0, -1.5, 0, 0, 7},   {0, -1.5, 1.5, 0, 8},
+                                    {20, 0, 0.5, 1, 2}, {50, -0.25, 0, 2, 3}, {50, -2, 2, 2, 4},
+                                    {50, 0, 3, 2, 5}};
+    EXPECT_EQ(read(rangeOf(stored(pieces))), pieces);
+}
+
+TEST(LayoutPieces, whatAColumnsFreeLevelsChargeIsKeptAsOne)
+{
+    EXPECT_EQ(stored({{0, -1.5, 0, 0, 7}, {0, -1.5, 1.5, 0, 8}}).size(), 1u);
+    // Another slope, another kink, a gap between the levels, or another side: two.
+    EXPECT_EQ(stored({{0, -1.5, 0, 0, 7}, {0, -1, 1, 0, 8}}).size(), 2u);
+    EXPECT_EQ(stored({{0, -1.5, 0, 0, 7}, {1, -1.5, 1.5, 1, 8}}).size(), 2u);
+    EXPECT_EQ(stored({{0, -1.5, 0, 0, 7}, {0, -1.5, 1.5, 0, 9}}).size(), 2u);
+    EXPECT_EQ(stored({{0, 0, 1.5, 0, 7}, {0, -1.5, 1.5, 0, 8}}).size(), 2u);
+}
+
+TEST(LayoutPieces, differentSlopesToBothSidesAreReadOneByOne)
+{
+    EXPECT_EQ(read(rangeOf(stored({{5, -1, 2, 0, 3}}))), (std::vector<Piece>{{5, -1, 0, 0, 3}, {5, 0, 2, 0, 3}}));
+}
+
+TEST(LayoutPieces, areFoundByKink)
+{
+    const std::vector<StoredPiece> pieces =
+        stored({{0, -1, 0, 0, 7}, {0, -1, 1, 0, 8}, {20, 0, 1, 1, 2}, {50, -1, 0, 2, 3}, {50, -1, 1, 2, 5}});
+    const PieceRange range = rangeOf(pieces);
+    EXPECT_EQ(range.kinkCount(), 3u);
+    EXPECT_EQ(read(range.ofKink(1)), (std::vector<Piece>{{20, 0, 1, 1, 2}}));
+    EXPECT_EQ(read(range.ofKink(0)).size(), 2u);
+    EXPECT_EQ(range.positionOf(2), 50);
+    EXPECT_EQ(rangeOf({}).kinkCount(), 0u);
+}
+
+} // namespace
+} // namespace RVCore::LayoutInternal
