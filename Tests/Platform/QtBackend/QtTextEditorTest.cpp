@@ -7,7 +7,6 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
-#include <QElapsedTimer>
 #include <QMenu>
 #include <QMimeData>
 #include <QPalette>
@@ -16,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <ctime>
 
 namespace RVCore {
 namespace {
@@ -200,11 +200,11 @@ TEST_F(QtTextEditorTest, PastedLineFeedsBecomeSpacesInOneLineAndStayWhereTextWra
 
 TEST_F(QtTextEditorTest, PastingBringsNoLooksWithIt)
 {
+    start("");
     auto* rich = new QMimeData;
     rich->setHtml("<h1>big</h1>");
     rich->setText("big");
     QApplication::clipboard()->setMimeData(rich);
-    start("");
     editor->perform(TextCommand::paste);
     EXPECT_EQ(editor->text(), "big");
     const QImage pasted = picture();
@@ -600,14 +600,13 @@ TEST_F(QtTextEditorTest, AHundredThousandLettersCanStillBeTypedIn)
         text += "words and spaces ";
     start(text);
     press(NSKey::end);
-    QElapsedTimer timer;
-    timer.start();
+    const std::clock_t before = std::clock(); // of the processor: other programs make no difference
     constexpr int count = 10;
     for (int i = 0; i < count; ++i)
         press("x");
-    const double each = static_cast<double>(timer.elapsed()) / count;
-    RecordProperty("millisecondsPerLetter", std::to_string(each));
-    EXPECT_LT(each, 250);
+    const double seconds = static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC / count;
+    RecordProperty("secondsPerLetter", std::to_string(seconds));
+    EXPECT_LT(seconds, 0.5);
     EXPECT_EQ(editor->text(), text + std::string(count, 'x'));
 }
 
