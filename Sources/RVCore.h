@@ -11,6 +11,7 @@
 #include <AppKit/NSImage.h>
 #include <AppKit/NSImageView.h>
 #include <AppKit/NSLayoutConstraint.h>
+#include <AppKit/NSPopover.h>
 #include <AppKit/NSProgressIndicator.h>
 #include <AppKit/NSResponder.h>
 #include <AppKit/NSScreen.h>
@@ -38,6 +39,7 @@
 #include <Dispatch/DispatchTime.h>
 #include <Extensions/Collections.h>
 #include <Extensions/NSButton+RVCore.h>
+#include <Extensions/NSPopover+RVCore.h>
 #include <Extensions/NSTextField+RVCore.h>
 #include <Extensions/NSView+RVCore.h>
 #include <Extensions/NSWindow+RVCore.h>

@@ -17,8 +17,9 @@ class AppKitKey {
     AppKitKey() = default;
     friend class LayoutContext;
     friend class LayoutPass;
-    friend class NSApplication;
     friend class NSLayoutConstraint;
+    friend class NSApplication;
+    friend class NSPopover;
     friend class NSView;
     friend class NSViewController;
     friend class NSWindow;

@@ -14,6 +14,7 @@ class NSImage;
 class NSImageView;
 class NSLayoutConstraint;
 class NSProgressIndicator;
+class NSPopover;
 class NSResponder;
 class NSScreen;
 class NSTextField;

@@ -1,3 +1,4 @@
+#include <AppKit/EventMonitor.h>
 #include <AppKit/KnownValue.h>
 #include <AppKit/MainQueueDriver.h>
 #include <AppKit/NSApplication.h>
@@ -84,6 +85,7 @@ void NSApplication::terminate()
 
 void NSApplication::sendEvent(NSEvent& event)
 {
+    EventMonitor::show(event, {});
     const auto own = event.window();
     if (NSWindow* window = own ? own.get() : keyWindow())
         RVCore::shared(*window)->sendEvent(event);

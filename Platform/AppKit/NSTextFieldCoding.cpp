@@ -14,7 +14,7 @@ void NSTextField::encode(NSCoder& coder) const
     coder.encode("fontSize", m_text.font.size);
     coder.encode("bold", m_text.font.bold);
     coder.encode("monospacedDigits", m_text.font.monospacedDigits);
-    coder.encode("textColor", m_text.color);
+    coder.encode("textColor", shownTextColor());
     coder.encode("alignment", static_cast<int>(m_text.alignment));
     coder.encode("lineBreakMode", static_cast<int>(m_text.lineBreakMode));
     coder.encode("maximumNumberOfLines", m_text.maximumNumberOfLines);

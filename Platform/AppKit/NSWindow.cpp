@@ -3,6 +3,7 @@
 #include <AppKit/NSAccessibility.h>
 #include <AppKit/NSApplication.h>
 #include <AppKit/NSEvent.h>
+#include <AppKit/NSPopover.h>
 #include <AppKit/NSScreen.h>
 #include <AppKit/NSView.h>
 #include <AppKit/NSViewController.h>
@@ -355,6 +356,17 @@ void NSWindow::prepareFrame()
     const auto alive = shared(*this);
     layoutIfNeeded();
     m_events.contentMoved();
+    const auto popovers = m_popovers; // they may close
+    for (const auto& popover : popovers) {
+        if (const auto shown = popover.lock())
+            shown->follow({});
+    }
+}
+
+void NSWindow::addPopover(NSPopover& popover, AppKitKey)
+{
+    std::erase_if(m_popovers, [](const auto& other) { return other.expired() || !other.lock()->isShown(); });
+    m_popovers.push_back(shared(popover));
 }
 
 void NSWindow::setTextInput(const std::shared_ptr<TextEditor>& editor, CGPoint origin, AppKitKey)
@@ -386,6 +398,10 @@ void NSWindow::paint(Canvas& canvas)
 {
     const auto alive = shared(*this);
     const auto content = m_contentView;
+    if (isOpaque()) {
+        const Appearance appearance = NSApplication::shared().effectiveAppearance();
+        canvas.fill({{{}, m_contentSize}, 0}, Backend::shared().controlLook().windowColor(appearance));
+    }
     paintViewTree(*content, canvas);
 }
 

@@ -47,6 +47,7 @@ public:
 
     NSWindowStyleMask styleMask() const { return m_styleMask; }
     bool isResizable() const { return contains(m_styleMask, NSWindowStyleMask::resizable); } // by the user
+    virtual bool isOpaque() const { return true; } // otherwise what is behind shows where nothing is painted
     std::shared_ptr<NSWindowDelegate> delegate() const { return m_delegate.lock(); }
     void setDelegate(const std::weak_ptr<NSWindowDelegate>& delegate) { m_delegate = delegate; } // not owned
     const std::string& title() const { return m_title; }
@@ -142,6 +143,7 @@ public:
     // For AppKit's own classes: what happens in the content.
     void contentNeedsFrame(AppKitKey);
     void setCursor(CursorShape shape, AppKitKey);
+    void addPopover(NSPopover& popover, AppKitKey); // which follows what is laid out here
     void accessibilityChanged(const std::shared_ptr<AccessibleElement>& element, AccessibleChange change, AppKitKey);
     // See WindowBackend::setTextInput. Without effect before the window is first shown; drawing says it again.
     void setTextInput(const std::shared_ptr<TextEditor>& editor, CGPoint origin, AppKitKey);
@@ -202,6 +204,7 @@ private:
     std::weak_ptr<NSWindowDelegate> m_delegate;
     NSWindowController* m_windowController = nullptr;
     NSWindow* m_parent = nullptr;
+    std::vector<std::weak_ptr<NSPopover>> m_popovers;
     std::vector<Child> m_children; // of each order the lowest first
     std::shared_ptr<const WindowFrameAnimation> m_animation;
     NSWindowStyleMask m_styleMask = NSWindowStyleMask::borderless;

@@ -33,7 +33,9 @@ void NSWindow::makeBackend()
         applyContentSize(desktopSize(m_contentSize));
     m_backend = Backend::shared().makeWindow(*this, m_contentSize);
     m_backend->setTitle(m_title);
-    m_backend->setStyle(toWindowStyle(m_styleMask));
+    WindowStyle style = toWindowStyle(m_styleMask);
+    style.isOpaque = isOpaque();
+    m_backend->setStyle(style);
     limitsChanged();
     if (m_isPlaced)
         passOrigin();

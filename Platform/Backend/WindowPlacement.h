@@ -18,6 +18,7 @@ struct WindowStyle {
     bool isClosable = true;
     bool isMinimizable = true;
     bool isResizable = true;
+    bool isOpaque = true; // otherwise what is not painted shows what is behind it, where the desktop can
     bool operator==(const WindowStyle&) const = default;
 };
 

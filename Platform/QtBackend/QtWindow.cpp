@@ -97,6 +97,10 @@ void QtWindowSurface::updateLimits(QSize present)
 void QtWindowSurface::setStyle(const WindowStyle& style)
 {
     m_isResizable = style.isResizable;
+    m_isOpaque = style.isOpaque;
+    QSurfaceFormat surfaceFormat = format();
+    surfaceFormat.setAlphaBufferSize(style.isOpaque ? -1 : 8);
+    setFormat(surfaceFormat);
     setFlags(toQWindowFlags(style));
     updateLimits(size());
 }
@@ -319,7 +323,7 @@ void QtWindowSurface::paintContent()
         QPainter painter(m_store->paintDevice());
         if (painter.isActive()) {
             painter.setCompositionMode(QPainter::CompositionMode_Source);
-            painter.fillRect(area, Qt::white);
+            painter.fillRect(area, m_isOpaque ? Qt::white : Qt::transparent);
             painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
             QtCanvas canvas(painter);
             call([&](WindowClient& client) { client.paint(canvas); });
@@ -392,7 +396,8 @@ WindowPlacement QtWindow::placement() const
 
 void QtWindow::order(WindowOrder order)
 {
-    if (!hasSurface())
+    // Off screen nothing is in front of anything, and Qt complains about being asked.
+    if (!hasSurface() || QGuiApplication::platformName() == "offscreen")
         return;
     if (order == WindowOrder::front)
         m_surface->raise();

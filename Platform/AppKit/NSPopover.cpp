@@ -1,0 +1,192 @@
+#include <AppKit/EventMonitor.h>
+#include <AppKit/NSApplication.h>
+#include <AppKit/NSPopover.h>
+#include <AppKit/NSScreen.h>
+#include <AppKit/NSView.h>
+#include <AppKit/NSViewController.h>
+#include <AppKit/PopoverWindow.h>
+#include <Foundation/NSException.h>
+
+namespace RVCore {
+
+namespace {
+
+// In a flipped view the edge of the smallest y is the upper one.
+NSRectEdge onScreen(NSRectEdge edge, const NSView& view)
+{
+    if (!view.isFlipped())
+        return edge;
+    if (edge == NSRectEdge::minY)
+        return NSRectEdge::maxY;
+    return edge == NSRectEdge::maxY ? NSRectEdge::minY : edge;
+}
+
+CGRect toScreen(const CGRect& rect, const NSView& view)
+{
+    const NSWindow& window = *view.window();
+    const CGRect inWindow = view.convertRectTo(rect, nullptr);
+    const CGPoint origin = window.contentRectForFrameRect(window.frame()).origin;
+    return {{origin.x + inWindow.minX(), origin.y + inWindow.minY()}, inWindow.size};
+}
+
+// What closes a popover when it happens elsewhere.
+bool isInteraction(const NSEvent& event, NSPopoverBehavior behavior)
+{
+    switch (event.type()) {
+    case NSEventType::scrollWheel:
+        return behavior == NSPopoverBehavior::transient;
+    case NSEventType::leftMouseDown:
+    case NSEventType::rightMouseDown:
+    case NSEventType::otherMouseDown:
+    case NSEventType::keyDown:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+Class& NSPopover::staticClass()
+{
+    static Class& theClass = defineClass<NSPopover>("NSPopover", NSResponder::staticClass(), [](auto& publish) {
+        publish.property("behavior", &NSPopover::behavior, &NSPopover::setBehavior);
+        publish.property("contentViewController", &NSPopover::contentViewController,
+                         &NSPopover::setContentViewController);
+        publish.method("showRelativeToRect:ofView:preferredEdge:", &NSPopover::showRelativeToRect);
+        publish.readOnlyProperty("isShown", &NSPopover::isShown);
+        publish.method("close", &NSPopover::close);
+        publish.method("performClose", &NSPopover::performClose);
+        publish.readOnlyProperty("window", &NSPopover::window);
+    });
+    return theClass;
+}
+
+NSPopover::NSPopover() = default;
+
+NSPopover::~NSPopover()
+{
+    if (const auto window = std::exchange(m_window, nullptr))
+        window->close();
+}
+
+void NSPopover::setBehavior(NSPopoverBehavior behavior)
+{
+    if (behavior > NSPopoverBehavior::semitransient)
+        raiseInvalidArgument("NSPopover.setBehavior:",
+                             "there is no behaviour " + std::to_string(static_cast<int>(behavior)));
+    m_behavior = behavior;
+}
+
+void NSPopover::setContentViewController(const std::shared_ptr<NSViewController>& controller)
+{
+    if (controller == m_contentViewController)
+        return;
+    close();
+    m_contentViewController = controller;
+}
+
+void NSPopover::showRelativeToRect(const CGRect& rect, NSView& view, NSRectEdge preferredEdge)
+{
+    const char* operation = "NSPopover.showRelativeToRect:ofView:preferredEdge:";
+    requireFinite(operation, "rect", rect);
+    if (preferredEdge > NSRectEdge::maxY)
+        raiseInvalidArgument(operation, "there is no edge " + std::to_string(static_cast<int>(preferredEdge)));
+    if (!m_contentViewController)
+        raiseInvalidArgument(operation, "the popover has no content view controller");
+    if (!view.window() || !view.window()->isVisible())
+        raiseInvalidArgument(operation, view.description() + " is in no visible window");
+
+    m_anchor = shared(view);
+    m_anchorRect = rect;
+    m_preferredEdge = preferredEdge;
+    if (m_window && m_window->parentWindow() != view.window())
+        close();
+    if (m_window) {
+        place();
+        return;
+    }
+    if (const auto delegate = m_delegate.lock())
+        delegate->popoverWillShow(*this);
+    m_window = make<PopoverWindow>(*this, m_contentViewController->view());
+    view.window()->addChildWindow(m_window, NSWindowOrderingMode::above);
+    view.window()->addPopover(*this, {});
+    m_window->addPopover(*this, {});
+    m_monitor = std::make_unique<EventMonitor>([this](NSEvent& event) { observe(event); });
+    place();
+    m_window->makeKeyAndOrderFront();
+}
+
+// Where the anchor is now. Returns whether there still is one.
+bool NSPopover::place()
+{
+    const auto anchor = m_anchor.lock();
+    if (!anchor || !anchor->window() || anchor->window() != m_window->parentWindow() ||
+        anchor->isHiddenOrHasHiddenAncestor())
+        return false;
+    const auto screen = anchor->window()->screen();
+    const CGRect rect = m_anchorRect.isEmpty() ? anchor->bounds() : m_anchorRect;
+    const CGRect room = screen ? screen->visibleFrame() : CGRect(-1e6, -1e6, 2e6, 2e6);
+    m_window->place(placePopover(toScreen(rect, *anchor), m_contentViewController->view()->fittingSize(),
+                                 onScreen(m_preferredEdge, *anchor), room));
+    return true;
+}
+
+void NSPopover::follow(AppKitKey)
+{
+    const auto alive = shared(*this);
+    if (m_window && !place())
+        close();
+}
+
+void NSPopover::observe(NSEvent& event)
+{
+    if (m_behavior == NSPopoverBehavior::applicationDefined || !isInteraction(event, m_behavior))
+        return;
+    const auto target = event.window();
+    for (const NSWindow* window = target.get(); window; window = window->parentWindow()) {
+        if (window == m_window.get())
+            return; // in the popover, or in one that it shows
+    }
+    // A press on the anchor is the anchor's to answer: mostly by closing what it has opened.
+    const auto anchor = m_anchor.lock();
+    if (anchor && event.type() != NSEventType::keyDown && target.get() == anchor->window() &&
+        anchor->bounds().contains(anchor->convertPointFrom(event.locationInWindow(), nullptr)))
+        return;
+    performClose();
+}
+
+void NSPopover::close()
+{
+    const auto alive = weak_from_this().lock(); // nothing while it dies
+    const auto window = std::exchange(m_window, nullptr);
+    if (!window)
+        return;
+    m_monitor.reset();
+    window->close();
+    if (NSWindow* parent = window->parentWindow())
+        parent->removeChildWindow(*window);
+    m_contentViewController->view()->removeFromSuperview();
+    if (const auto delegate = m_delegate.lock())
+        delegate->popoverDidClose(*this);
+}
+
+void NSPopover::performClose()
+{
+    const auto alive = shared(*this);
+    const auto delegate = m_delegate.lock();
+    if (m_window && (!delegate || delegate->popoverShouldClose(*this)))
+        close();
+}
+
+std::shared_ptr<NSWindow> NSPopover::window() const
+{
+    return m_window;
+}
+
+NSResponder* NSPopover::nextResponder() const
+{
+    return m_anchor.lock().get();
+}
+
+} // namespace RVCore
