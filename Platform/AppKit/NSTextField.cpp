@@ -115,15 +115,16 @@ void NSTextField::setFont(const std::shared_ptr<NSFont>& font)
 
 std::shared_ptr<NSColor> NSTextField::textColor() const
 {
-    return make<NSColor>(m_text.color);
+    return make<NSColor>(shownTextColor());
 }
 
 void NSTextField::setTextColor(const std::shared_ptr<NSColor>& color)
 {
     if (!color)
         raiseInvalidArgument("NSTextField.setTextColor:", "there is no colour");
-    if (m_text.color == color->cgColor())
+    if (shownTextColor() == color->cgColor())
         return;
+    m_hasOwnTextColor = true;
     m_text.color = color->cgColor();
     looksChanged();
 }

@@ -44,7 +44,7 @@ public:
     virtual void setPlaceholderString(const std::optional<std::string>& placeholder);
     std::shared_ptr<NSFont> font() const; // default: the system font, 13 points
     void setFont(const std::shared_ptr<NSFont>& font);
-    std::shared_ptr<NSColor> textColor() const; // default: near black
+    std::shared_ptr<NSColor> textColor() const; // default: near black, near white where the ground is dark
     void setTextColor(const std::shared_ptr<NSColor>& color);
     NSTextAlignment alignment() const { return m_text.alignment; } // default natural
     void setAlignment(NSTextAlignment alignment);
@@ -107,7 +107,7 @@ public:
 
     // For AppKit's own classes: what the user made of the text, how it is set, and where.
     void takeEditedText(std::string text, AppKitKey);
-    const TextDescription& textDescription(AppKitKey) const { return m_text; }
+    TextDescription textDescription(AppKitKey) const { return shownText(); }
     CGRect textRect(AppKitKey) const { return textRect(); }
 
 protected:
@@ -130,6 +130,9 @@ private:
     void interactionChanged();
     void drawFrame(Canvas& canvas) const;
     void drawText(Canvas& canvas) const;
+    bool isOnDarkGround() const;
+    CGColor shownTextColor() const;
+    TextDescription shownText() const;
     bool handlePointer(NSEvent& event);
 
     TextDescription m_text;
@@ -137,6 +140,7 @@ private:
     CGFloat m_preferredMaxLayoutWidth = 0;
     mutable std::optional<Measured> m_measured; // of the present text
     CGColor m_backgroundColor{1, 1, 1, 1};
+    bool m_hasOwnTextColor = false;
     bool m_isEditable = true;
     bool m_isSelectable = true;
     bool m_isBordered = false;

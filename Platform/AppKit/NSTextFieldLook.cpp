@@ -1,3 +1,4 @@
+#include <AppKit/NSApplication.h>
 #include <AppKit/NSTextField.h>
 #include <AppKit/TextFieldSession.h>
 #include <Backend/Backend.h>
@@ -110,10 +111,33 @@ void NSTextField::drawFrame(Canvas& canvas) const
         canvas.strokeInside(shape, 1, frameColor);
 }
 
+// Its own background where that covers what is behind it, else the window.
+bool NSTextField::isOnDarkGround() const
+{
+    if (!m_drawsBackground || m_backgroundColor.alpha < 0.5)
+        return NSApplication::shared().effectiveAppearance() == Appearance::dark;
+    // Weights of ITU-R BT.601 for brightness.
+    return 0.299 * m_backgroundColor.red + 0.587 * m_backgroundColor.green + 0.114 * m_backgroundColor.blue < 0.5;
+}
+
+CGColor NSTextField::shownTextColor() const
+{
+    if (m_hasOwnTextColor || !isOnDarkGround())
+        return m_text.color;
+    return Backend::shared().controlLook().textColor(Appearance::dark);
+}
+
+TextDescription NSTextField::shownText() const
+{
+    TextDescription text = m_text;
+    text.color = shownTextColor();
+    return text;
+}
+
 void NSTextField::drawText(Canvas& canvas) const
 {
     const CGRect rect = textRect();
-    TextDescription text = m_text;
+    TextDescription text = shownText();
     if (!isEnabled())
         text.color = faded(text.color, disabledOpacity);
     if (m_text.text.empty() && m_placeholder && !(m_session && m_session->editor().isComposing())) {

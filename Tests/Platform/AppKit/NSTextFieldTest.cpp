@@ -1,5 +1,6 @@
 #include "ViewTesting.h"
 
+#include <AppKit/NSApplication.h>
 #include <AppKit/NSColor.h>
 #include <AppKit/NSFont.h>
 #include <AppKit/NSTextField.h>
@@ -68,6 +69,25 @@ TEST(NSTextField, EveryChangeOfTheTextChangesItsSize)
     EXPECT_EQ(label->intrinsicContentSize(), (CGSize{12, 75}));
     label->setMaximumNumberOfLines(2);
     EXPECT_EQ(label->intrinsicContentSize().height, 50);
+}
+
+TEST(NSTextField, IsLightOnDarkGroundUnlessItHasAColourOfItsOwn)
+{
+    NSApplication::shared().setAppearance(Appearance::dark);
+    const auto field = make<NSTextField>();
+    const CGColor nearBlack = field->textColor()->cgColor(); // on its white background
+    field->setDrawsBackground(false);
+    const CGColor onWindow = field->textColor()->cgColor();
+    EXPECT_GT(onWindow.red, 0.5);
+    EXPECT_LT(nearBlack.red, 0.5);
+    field->setDrawsBackground(true);
+    field->setBackgroundColor(makeColor(0.1, 0.1, 0.2));
+    EXPECT_EQ(field->textColor()->cgColor(), onWindow);
+    field->setTextColor(makeColor(1, 0, 0));
+    EXPECT_EQ(field->textColor()->cgColor(), (CGColor{1, 0, 0, 1}));
+    NSApplication::shared().setAppearance(Appearance::light);
+    EXPECT_EQ(field->textColor()->cgColor(), (CGColor{1, 0, 0, 1}));
+    NSApplication::shared().setAppearance(std::nullopt);
 }
 
 TEST(NSTextField, WrapsAtThePreferredWidthWhateverItsFrameIs)
