@@ -86,7 +86,7 @@ std::string problemOf(const std::string& key, const json& value)
     if (key == "favourite" && !value.is_boolean())
         return "is neither true nor false";
     if (key == "kind" && value != "person" && value != "company")
-        return "is neither \"person\" nor \"company\"";
+        return R"(is neither "person" nor "company")";
     if (key == "colour" && !(value.is_string() && isColour(value.get<std::string>())))
         return "is no colour such as \"#1a2b3c\"";
     return {};

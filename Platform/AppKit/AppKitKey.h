@@ -9,7 +9,6 @@ class LayoutPass;
 class TextFieldSession;
 class ViewLayoutState;
 class WindowEvents;
-void postAccessibilityChange(NSView& view, AccessibleChange change);
 
 // Opens to each other what AppKit's classes share: operations that take a key are theirs alone, for only they can
 // make one.

@@ -74,6 +74,7 @@ void NSView::setNextKeyView(const std::shared_ptr<NSView>& view)
 std::vector<NSView*> NSView::subviewsInKeyOrder() const
 {
     std::vector<NSView*> order;
+    order.reserve(m_subviews.size());
     for (const auto& subview : m_subviews)
         order.push_back(subview.get());
     const auto top = [this](const NSView* view) {

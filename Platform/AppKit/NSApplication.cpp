@@ -146,6 +146,7 @@ void NSApplication::windowShown(const std::shared_ptr<NSWindow>& window, AppKitK
 std::vector<std::shared_ptr<NSWindow>> NSApplication::orderedWindows() const
 {
     std::vector<std::shared_ptr<NSWindow>> windows;
+    windows.reserve(m_orderedWindows.size());
     for (NSWindow* window : m_orderedWindows)
         windows.push_back(RVCore::shared(*window));
     return windows;

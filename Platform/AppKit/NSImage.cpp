@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <map>
 
 namespace RVCore {
@@ -38,7 +39,8 @@ std::shared_ptr<NSImage> readFromFolders(const std::string& name)
     constexpr std::array<Variant, 2> variants{{{"@2x.png", 2}, {".png", 1}}};
     for (const std::string& folder : store().folders) {
         for (const auto& [suffix, scale] : variants) {
-            const CGImageRef bitmap = Backend::shared().readImage(folder + "/" + name + suffix);
+            const CGImageRef bitmap =
+                Backend::shared().readImage((std::filesystem::path(folder) / name).string() + suffix);
             if (bitmap)
                 return make<NSImage>(bitmap, CGSize{bitmap->width() / scale, bitmap->height() / scale});
         }
@@ -111,7 +113,7 @@ std::shared_ptr<NSImage> imageNamed(const std::string& name)
     const auto known = store().images.find(name);
     if (known != store().images.end())
         return known->second;
-    const auto image = readFromFolders(name);
+    auto image = readFromFolders(name);
     if (image)
         store().images[name] = image;
     return image;

@@ -20,6 +20,7 @@ std::vector<std::shared_ptr<NSScreen>> NSScreen::screens()
     const std::vector<ScreenDescription> descriptions = Backend::shared().screens();
     const CGFloat mainHeight = descriptions.front().frame.size.height;
     std::vector<std::shared_ptr<NSScreen>> screens;
+    screens.reserve(descriptions.size());
     for (const ScreenDescription& description : descriptions)
         screens.push_back(make<NSScreen>(description, mainHeight));
     return screens;

@@ -303,6 +303,7 @@ void NSWindow::removeChildWindow(NSWindow& child)
 std::vector<std::shared_ptr<NSWindow>> NSWindow::childWindows() const
 {
     std::vector<std::shared_ptr<NSWindow>> windows;
+    windows.reserve(m_children.size());
     for (const Child& child : m_children)
         windows.push_back(child.window);
     return windows;

@@ -82,7 +82,7 @@ std::optional<DispatchTime> DispatchQueue::nextDeadline() const
     return DispatchTime(m_closures.begin()->first.first);
 }
 
-void DispatchQueue::setWaker(std::function<void()> waker)
+void DispatchQueue::setWaker(const std::function<void()>& waker)
 {
     bool isWanted = false;
     {

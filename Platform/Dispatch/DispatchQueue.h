@@ -34,7 +34,7 @@ public:
     std::optional<DispatchTime> nextDeadline() const;
     // Called on the thread that adds, after each closure that is now the first one in the queue or due at once; also
     // right away if something waits. Null for none.
-    void setWaker(std::function<void()> waker);
+    void setWaker(const std::function<void()>& waker);
     // For DispatchClock: the clock shows this many seconds more than the one before it.
     void clockChanged(double difference);
 

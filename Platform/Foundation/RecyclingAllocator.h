@@ -28,7 +28,7 @@ public:
     {
         if (count != 1 || !isRecycling)
             return ::operator delete(memory);
-        Place* place = new (memory) Place{nullptr};
+        auto* place = new (memory) Place{nullptr};
         if (Waiting::isGone)
             return Abandoned::add(place, place);
         Waiting::ofThread().add(place);

@@ -170,7 +170,7 @@ void HeadlessTextEditor::moveTo(std::size_t position, bool extendsSelection)
     m_isTyping = false;
 }
 
-void HeadlessTextEditor::replaceSelection(std::u32string replacement, bool isTyping)
+void HeadlessTextEditor::replaceSelection(const std::u32string& replacement, bool isTyping)
 {
     if (!m_isTyping || !isTyping)
         m_undo.push_back(m_state);

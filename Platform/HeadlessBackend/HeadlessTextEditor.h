@@ -62,7 +62,7 @@ private:
     std::size_t lineEnd(std::size_t position) const;
     std::size_t positionOf(std::size_t bytes) const;
     void moveTo(std::size_t position, bool extendsSelection);
-    void replaceSelection(std::u32string replacement, bool isTyping);
+    void replaceSelection(const std::u32string& replacement, bool isTyping);
     void restore(std::vector<State>& from, std::vector<State>& to);
     void requireUsable(const TextDescription& content) const;
 

@@ -271,7 +271,7 @@ Index Model::addConstraint(std::span<const LayoutTerm> terms, LayoutRelation rel
     const Index index = isPutBack ? std::exchange(m_takenOut[place], none) : makeConstraint();
     Constraint& made = m_constraints[index];
     made.owner = owner;
-    made.sequence = m_sequence++ & 0xff'ffff'ffff'ffff; // as many bits as it has, never used up
+    made.sequence = m_sequence++ & 0xffff'ffff'ffff; // as many bits as it has, never used up
     made.constant = constant;
     made.priority = priority;
     made.relation = relation;

@@ -27,11 +27,11 @@ static_assert(sizeof(Variable) == 64, "there are four for each view: one line of
 
 struct Constraint {
     std::uint64_t owner = 0;
-    std::uint64_t sequence : 56 = 0; // order of installation
-    LayoutRelation relation : 2 = LayoutRelation::equal;
+    std::uint64_t sequence : 48 = 0; // order of installation
     bool isAlive : 1 = false;
     bool isLeftOut : 1 = false;
     bool isInConflict : 1 = false; // named by a standing conflict
+    LayoutRelation relation = LayoutRelation::equal;
     double constant = 0.0;
     double scale = 1.0;     // the constraint's form is scale times the form of its class
     Index formClass = none; // none for a form without variables

@@ -31,8 +31,7 @@ void endApplication()
                 surface->abandon();
         }
         for (QWidget* widget : QApplication::topLevelWidgets()) {
-            if (auto* edit = dynamic_cast<QtTextEdit*>(widget))
-                delete edit; // its editor may be held by an object that ends later
+            delete dynamic_cast<QtTextEdit*>(widget); // its editor may be held by an object that ends later
         }
         delete qApp;
     }

@@ -103,7 +103,7 @@ std::string textOfKey(int key, bool isShifted)
 {
     if (key < 0x20 || key >= 0x01000000)
         return {};
-    const char32_t character = static_cast<char32_t>(key);
+    const auto character = static_cast<char32_t>(key);
     const QString text = QString::fromUcs4(&character, 1);
     return fromQString(isShifted ? text : text.toLower());
 }

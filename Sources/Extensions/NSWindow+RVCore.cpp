@@ -32,7 +32,7 @@ void resizeToNewContentSize(NSWindow& window, CGSize size, const ResizeOptions& 
 {
     const auto& content = window.contentView();
     const CGFloat chrome = window.frame().size.height - (content ? content->frame().size.height : 0);
-    const CGRect frame = send(window, "frameForSize:", CGSize{size.width, size.height + chrome}).as<CGRect>();
+    const auto frame = send(window, "frameForSize:", CGSize{size.width, size.height + chrome}).as<CGRect>();
     send(window, "setFrame:display:animate:", frame, true, true);
     if (!options.onDone)
         return;
