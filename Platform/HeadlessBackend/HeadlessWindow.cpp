@@ -38,9 +38,9 @@ HeadlessWindow::~HeadlessWindow()
     std::erase(m_list->ordered, this);
 }
 
-bool HeadlessWindow::isAlive(const std::shared_ptr<List>& list) const
+bool HeadlessWindow::isAlive(const HeadlessWindow* window, const List& list)
 {
-    return std::find(list->made.begin(), list->made.end(), this) != list->made.end();
+    return std::find(list.made.begin(), list.made.end(), window) != list.made.end();
 }
 
 CGSize HeadlessWindow::allowed(CGSize size) const
@@ -118,7 +118,7 @@ void HeadlessWindow::activate()
                                      [](const HeadlessWindow* window) { return window->m_isActive; });
     if (active != list->made.end())
         (*active)->setActive(false);
-    if (isAlive(list))
+    if (isAlive(this, *list))
         setActive(true);
 }
 
@@ -198,14 +198,14 @@ bool HeadlessWindow::flushFrame()
     // Preparing or painting may end the window's life; the list, which this call keeps alive, tells.
     const std::shared_ptr<List> list = m_list;
     m_client.prepareFrame();
-    if (!isAlive(list) || !m_isVisible)
+    if (!isAlive(this, *list) || !m_isVisible)
         return false;
     // What preparing asks for is in this frame; what painting asks for is the next one.
     m_needsFrame = false;
     ++m_frameCount;
     RecordingCanvas canvas;
     m_client.paint(canvas);
-    if (isAlive(list))
+    if (isAlive(this, *list))
         m_lastFrame = std::move(canvas);
     return true;
 }

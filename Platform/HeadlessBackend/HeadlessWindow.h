@@ -85,7 +85,7 @@ public:
     std::size_t frameCount() const { return m_frameCount; }
 
 private:
-    bool isAlive(const std::shared_ptr<List>& list) const;
+    static bool isAlive(const HeadlessWindow* window, const List& list);
     void setActive(bool isActive);
     CGSize allowed(CGSize size) const;
     void resize(CGSize size, CGSize known);
