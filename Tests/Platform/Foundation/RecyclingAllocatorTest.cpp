@@ -14,11 +14,11 @@ struct Record {
     double numbers[3] = {1, 2, 3};
 };
 
+// Where a sanitizer watches, nothing waits (see RecyclingAllocator), and there is nothing of this to test.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+
 TEST(RecyclingAllocator, WhatIsGivenBackServesTheNextObject)
 {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    GTEST_SKIP() << "nothing waits where a sanitizer watches";
-#endif
     RecyclingAllocator<Record> allocator;
     Record* first = allocator.allocate(1);
     allocator.deallocate(first, 1);
@@ -29,9 +29,6 @@ TEST(RecyclingAllocator, WhatIsGivenBackServesTheNextObject)
 
 TEST(RecyclingAllocator, WhatAThreadLeavesServesAnotherOne)
 {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    GTEST_SKIP() << "nothing waits where a sanitizer watches";
-#endif
     struct Message {
         int number;
     };
@@ -51,6 +48,8 @@ TEST(RecyclingAllocator, WhatAThreadLeavesServesAnotherOne)
     for (Message* message : found)
         allocator.deallocate(message, 1);
 }
+
+#endif
 
 TEST(RecyclingAllocator, ListsOfObjectsAreNotMixedUpWithSingleOnes)
 {
