@@ -62,16 +62,26 @@ function(rvcore_room name)
     set_property(GLOBAL APPEND PROPERTY RVCORE_ROOMS ${name})
 endfunction()
 
+# A test runs once per build, so optimising it costs more than it gains: without, it compiles in half the time. What
+# it tests keeps its optimisation. Precompiled headers are shared by what is compiled alike: as Qt asks for it.
+function(rvcore_test_compile_settings target)
+    rvcore_compile_settings(${target})
+    target_compile_options(${target} PRIVATE -fPIC $<$<CONFIG:Release>:-O0>)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        target_compile_options(${target} PRIVATE -fpch-preprocess) # ccache asks for this
+    endif()
+endfunction()
+
 # rvcore_test(<name> SOURCES <files…> DEPENDS <rooms…> [LINKS <other targets…>] [LABELS <label>])
 #
 # A test program; CTest knows its cases one by one.
 function(rvcore_test name)
     cmake_parse_arguments(TEST "" "LABELS" "SOURCES;DEPENDS;LINKS" ${ARGN})
     add_executable(${name} ${TEST_SOURCES})
-    rvcore_compile_settings(${name})
+    rvcore_test_compile_settings(${name})
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/Tests)
     list(TRANSFORM TEST_DEPENDS PREPEND RVCore::)
     target_link_libraries(${name} PRIVATE ${TEST_DEPENDS} ${TEST_LINKS} GTest::gmock GTest::gtest_main)
-    target_precompile_headers(${name} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+    target_precompile_headers(${name} REUSE_FROM RVCoreTestHeaders)
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300 LABELS "${TEST_LABELS}")
 endfunction()
