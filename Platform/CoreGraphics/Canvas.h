@@ -15,8 +15,9 @@ struct RoundedRect {
     bool operator==(const RoundedRect&) const = default;
 };
 
-// What drawing is done on: points, the origin at the top left, y downward, edges antialiased. What it stands on (a
-// window, an image, a printed record) is the backend's. Every `save` is matched by a `restore`, most easily with
+// What drawing is done on: points, the origin at the top left, y downward. Edges are antialiased; straight ones that
+// lie along the device's rows and columns are moved to the nearest pixel's. What it stands on (a window, an image, a
+// printed record) is the backend's. Every `save` is matched by a `restore`, most easily with
 // CanvasState.
 class Canvas {
 public:

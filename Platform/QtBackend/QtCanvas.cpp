@@ -6,6 +6,7 @@
 #include <QtBackend/QtControlLook.h>
 #include <QtBackend/QtConversions.h>
 #include <QtBackend/QtImage.h>
+#include <QtBackend/QtPixelGrid.h>
 #include <QtBackend/QtText.h>
 
 #include <algorithm>
@@ -76,29 +77,34 @@ void QtCanvas::concatenate(const CGAffineTransform& transform)
 
 void QtCanvas::clip(const RoundedRect& shape)
 {
+    const RoundedRect aligned = alignedToDevice(m_painter->deviceTransform(), shape);
     // An empty path would mean no clip at all.
-    if (shape.rect.isEmpty())
+    if (aligned.rect.isEmpty())
         m_painter->setClipRect(QRectF(0, 0, 0, 0), Qt::IntersectClip);
-    else if (shape.radius <= 0)
-        m_painter->setClipRect(toQRectF(shape.rect), Qt::IntersectClip);
+    else if (aligned.radius <= 0)
+        m_painter->setClipRect(toQRectF(aligned.rect), Qt::IntersectClip);
     else
-        m_painter->setClipPath(toQPainterPath(shape), Qt::IntersectClip);
+        m_painter->setClipPath(toQPainterPath(aligned), Qt::IntersectClip);
 }
 
 void QtCanvas::fill(const RoundedRect& shape, const CGColor& color)
 {
-    m_painter->fillPath(toQPainterPath(shape), toQColor(color));
+    m_painter->fillPath(toQPainterPath(alignedToDevice(m_painter->deviceTransform(), shape)), toQColor(color));
 }
 
 void QtCanvas::strokeInside(const RoundedRect& shape, CGFloat width, const CGColor& color)
 {
     if (width <= 0)
         return;
+    const QTransform toDevice = m_painter->deviceTransform();
+    const RoundedRect outer = alignedToDevice(toDevice, shape);
+    const CGSize line = lineAlignedToDevice(toDevice, width);
     // The shape without what lies further inside than the line reaches.
-    QPainterPath path = toQPainterPath(shape);
+    QPainterPath path = toQPainterPath(outer);
     path.setFillRule(Qt::OddEvenFill);
-    const CGFloat radius = std::min({shape.radius, shape.rect.size.width / 2, shape.rect.size.height / 2}) - width;
-    path.addPath(toQPainterPath({shape.rect.insetBy(width, width), std::max(radius, 0.0)}));
+    const CGSize size = outer.rect.size;
+    const CGFloat radius = std::min({outer.radius, size.width / 2, size.height / 2}) - line.width;
+    path.addPath(toQPainterPath({outer.rect.insetBy(line.width, line.height), std::max(radius, 0.0)}));
     m_painter->fillPath(path, toQColor(color));
 }
 

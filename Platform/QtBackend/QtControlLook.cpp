@@ -7,6 +7,7 @@
 #include <QtBackend/QtControlLook.h>
 #include <QtBackend/QtConversions.h>
 #include <QtBackend/QtImage.h>
+#include <QtBackend/QtPixelGrid.h>
 
 #include <algorithm>
 #include <cmath>

@@ -2,6 +2,7 @@
 #include <QPainter>
 #include <QtBackend/QtConversions.h>
 #include <QtBackend/QtImage.h>
+#include <QtBackend/QtPixelGrid.h>
 
 #include <cmath>
 
@@ -27,20 +28,6 @@ QImage toQImage(const CGImage& image)
 {
     return {image.pixels().data(), image.width(), image.height(), static_cast<qsizetype>(image.bytesPerRow()),
             QImage::Format_RGBA8888_Premultiplied};
-}
-
-std::optional<QRect> snappedToDevice(const QTransform& toDevice, const CGRect& rect)
-{
-    constexpr CGFloat farthest = 1 << 24;
-    if (toDevice.type() > QTransform::TxScale || toDevice.m11() <= 0 || toDevice.m22() <= 0)
-        return std::nullopt;
-    const QRectF onDevice = toDevice.mapRect(toQRectF(rect));
-    for (const CGFloat edge : {onDevice.left(), onDevice.top(), onDevice.right(), onDevice.bottom()}) {
-        if (!(std::abs(edge) < farthest))
-            return std::nullopt;
-    }
-    const QPoint topLeft(qRound(onDevice.left()), qRound(onDevice.top()));
-    return QRect(topLeft, QSize(qRound(onDevice.right()) - topLeft.x(), qRound(onDevice.bottom()) - topLeft.y()));
 }
 
 void drawPixels(QPainter& painter, const QImage& image, const CGRect& rect)

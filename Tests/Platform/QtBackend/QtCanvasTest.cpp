@@ -66,12 +66,12 @@ TEST_P(QtCanvasScales, TooLargeARadiusMakesACircle)
 
 TEST_P(QtCanvasScales, AStrokeLiesInsideTheEdge)
 {
-    const RoundedRect outer{{4, 4, 32, 24}, 8}, inner{{7, 7, 26, 18}, 5};
-    const QImage picture = painted({40, 40}, [&](Canvas& canvas) { canvas.strokeInside(outer, 3, blue); });
+    const RoundedRect outer{{4, 4, 32, 24}, 8}, inner{{8, 8, 24, 16}, 4};
+    const QImage picture = painted({40, 40}, [&](Canvas& canvas) { canvas.strokeInside(outer, 4, blue); });
     EXPECT_NEAR(areaIn(picture), areaOf(outer) - areaOf(inner), 3);
     EXPECT_EQ(inkBounds(picture), inkBounds(painted({40, 40}, [&](Canvas& c) { c.fill(outer, blue); })));
     EXPECT_EQ(at(picture, 20, 5.5), qRgba(0, 0, 255, 255));
-    EXPECT_EQ(qAlpha(at(picture, 20, 8)), 0);
+    EXPECT_EQ(qAlpha(at(picture, 20, 9)), 0);
     EXPECT_EQ(qAlpha(at(picture, 20, 16)), 0);
 }
 
@@ -226,21 +226,58 @@ TEST_P(QtCanvasScales, TextStandsUprightWhereTheTransformMirrors)
     EXPECT_LE(largestDifference(plain, mirrored), 8);
 }
 
-TEST(QtCanvas, HalfAPixelIsHalfOpaque)
+TEST_P(QtCanvasScales, NeighboursLeaveNoSeamAndNoBlurWhereverTheyMeet)
 {
-    const QImage picture = paintedPicture({10, 10}, 1, [](Canvas& canvas) { canvas.fill({{2.5, 3, 4, 4}, 0}, red); });
+    const QImage picture = painted({20, 20}, [](Canvas& canvas) {
+        const CGFloat edges[] = {0.3, 3.1, 7.45, 7.9, 12.7, 19.2};
+        for (std::size_t i = 0; i + 1 < std::size(edges); ++i)
+            canvas.fill({{edges[i], 1.3, edges[i + 1] - edges[i], 15.4}, 0}, red);
+    });
+    const QRect bounds = inkBounds(picture);
+    EXPECT_EQ(inkArea(picture), bounds.width() * bounds.height()) << "no pixel is half there";
+}
+
+TEST_P(QtCanvasScales, ALineIsSharpAndNeverVanishes)
+{
+    const QImage picture = painted({20, 20}, [](Canvas& canvas) { canvas.fill({{2, 3.37, 16, 0.2}, 0}, red); });
+    EXPECT_EQ(inkBounds(picture).height(), 1);
+    EXPECT_EQ(inkArea(picture), inkBounds(picture).width());
+}
+
+TEST_P(QtCanvasScales, AFrameIsAsThickOnEverySide)
+{
+    const QImage picture = painted({20, 20}, [](Canvas& canvas) {
+        canvas.strokeInside({{2.3, 3.4, 14.2, 10.1}, 0}, 1, red);
+    });
+    const int thickness = std::max(static_cast<int>(std::lround(GetParam())), 1);
+    const QRect outer = inkBounds(picture);
+    const QRect inner = outer.adjusted(thickness, thickness, -thickness, -thickness);
+    EXPECT_EQ(inkArea(picture), outer.width() * outer.height() - inner.width() * inner.height());
+    EXPECT_EQ(qAlpha(picture.pixel(inner.topLeft())), 0);
+    EXPECT_EQ(qAlpha(picture.pixel(inner.bottomRight())), 0);
+}
+
+TEST_P(QtCanvasScales, EdgesAreSharpWhereTheTransformMirrors)
+{
+    const QImage picture = painted({20, 20}, [](Canvas& canvas) {
+        canvas.concatenate({1, 0, 0, -1, 0, 20});
+        canvas.clip({{1.2, 1.4, 15.3, 14.9}, 0});
+        canvas.fill({{0, 0, 20, 20}, 0}, red);
+    });
+    const QRect bounds = inkBounds(picture);
+    EXPECT_GT(bounds.width(), 0);
+    EXPECT_EQ(inkArea(picture), bounds.width() * bounds.height());
+}
+
+TEST(QtCanvas, WhatIsTurnedKeepsItsPlaceBetweenThePixels)
+{
+    const QImage picture = paintedPicture({10, 10}, 1, [](Canvas& canvas) {
+        canvas.concatenate(CGAffineTransform::rotation(pi / 2));
+        canvas.fill({{3, -6.5, 4, 4}, 0}, red); // from 2.5 to 6.5 across
+    });
     EXPECT_NEAR(qAlpha(picture.pixel(2, 5)), 128, 1);
     EXPECT_EQ(qAlpha(picture.pixel(3, 5)), 255);
     EXPECT_NEAR(qAlpha(picture.pixel(6, 5)), 128, 1);
-}
-
-TEST(QtCanvas, NeighboursLeaveNoSeamWhenTheyMeetOnAPixel)
-{
-    const QImage picture = paintedPicture({20, 20}, 2, [](Canvas& canvas) {
-        canvas.fill({{0, 0, 7.5, 20}, 0}, red);
-        canvas.fill({{7.5, 0, 12.5, 20}, 0}, red);
-    });
-    EXPECT_NEAR(inkArea(picture), 40 * 40, 0.001);
 }
 
 TEST(QtCanvas, AStrokeWithoutWidthIsNotThere)

@@ -88,15 +88,5 @@ TEST_P(QtImageScales, EdgesFallOntoDevicePixels)
     EXPECT_EQ(inkArea(picture), expected.width() * expected.height()) << "no seam, and no pixel that is half there";
 }
 
-TEST(QtImage, OnlyWhatLiesStraightIsMovedToPixels)
-{
-    const CGRect rect(1.4, 1.6, 2, 2);
-    EXPECT_EQ(snappedToDevice(QTransform(), rect), QRect(1, 2, 2, 2));
-    EXPECT_EQ(snappedToDevice(QTransform::fromScale(2, 3), {0, 0, 1, 1}), QRect(0, 0, 2, 3));
-    EXPECT_EQ(snappedToDevice(QTransform().rotate(10), rect), std::nullopt);
-    EXPECT_EQ(snappedToDevice(QTransform::fromScale(1, -1), rect), std::nullopt);
-    EXPECT_EQ(snappedToDevice(QTransform::fromScale(1e9, 1), rect), std::nullopt);
-}
-
 } // namespace
 } // namespace RVCore
