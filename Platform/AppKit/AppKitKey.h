@@ -7,6 +7,8 @@ namespace RVCore {
 
 class LayoutPass;
 class TextFieldSession;
+class ToolbarItemButton;
+class ToolbarView;
 class ViewLayoutState;
 class WindowEvents;
 
@@ -19,13 +21,18 @@ class AppKitKey {
     friend class NSLayoutConstraint;
     friend class NSApplication;
     friend class NSPopover;
+    friend class NSToolbar;
+    friend class NSToolbarItem;
     friend class NSView;
     friend class NSViewController;
     friend class NSWindow;
     friend class NSWindowController;
     friend class TextFieldSession;
+    friend class ToolbarItemButton;
+    friend class ToolbarView;
     friend class ViewLayoutState;
     friend class WindowEvents;
+    friend std::vector<std::shared_ptr<AccessibleElement>> accessibleElementsOf(NSWindow& window);
     friend void postAccessibilityChange(NSView& view, AccessibleChange change);
 };
 

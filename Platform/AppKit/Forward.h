@@ -19,6 +19,8 @@ class NSResponder;
 class NSScreen;
 class NSTextField;
 class NSTextFieldDelegate;
+class NSToolbar;
+class NSToolbarItem;
 class NSTrackingArea;
 class NSView;
 class NSViewController;

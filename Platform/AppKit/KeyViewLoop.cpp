@@ -19,10 +19,11 @@ void appendInKeyOrder(NSView& view, std::vector<NSView*>& order)
 
 // The loop as Tab goes through it from the first view on. A view whose next one is set goes there, unless that one
 // has had its turn.
-std::vector<NSView*> keyViewLoop(NSView& root)
+std::vector<NSView*> keyViewLoop(const std::vector<std::shared_ptr<NSView>>& roots)
 {
     std::vector<NSView*> order;
-    appendInKeyOrder(root, order);
+    for (const auto& root : roots)
+        appendInKeyOrder(*root, order);
     std::erase_if(order, [](const NSView* view) { return !view->canBecomeKeyView(); });
     for (std::size_t i = 0; i + 1 < order.size(); ++i) {
         const auto next = order[i]->nextKeyView();
@@ -36,18 +37,18 @@ std::vector<NSView*> keyViewLoop(NSView& root)
 
 } // namespace
 
-NSView* keyViewAfter(NSView& root, NSView* view)
+NSView* keyViewAfter(const std::vector<std::shared_ptr<NSView>>& roots, NSView* view)
 {
-    const auto loop = keyViewLoop(root);
+    const auto loop = keyViewLoop(roots);
     if (loop.empty())
         return nullptr;
     const auto place = std::ranges::find(loop, view);
     return place == loop.end() || place + 1 == loop.end() ? loop.front() : *(place + 1);
 }
 
-NSView* keyViewBefore(NSView& root, NSView* view)
+NSView* keyViewBefore(const std::vector<std::shared_ptr<NSView>>& roots, NSView* view)
 {
-    const auto loop = keyViewLoop(root);
+    const auto loop = keyViewLoop(roots);
     if (loop.empty())
         return nullptr;
     const auto place = std::ranges::find(loop, view);

@@ -1,5 +1,7 @@
 #include <AppKit/NSAccessibility.h>
+#include <AppKit/NSToolbar.h>
 #include <AppKit/NSWindow.h>
+#include <AppKit/ToolbarView.h>
 #include <AppKit/ViewExtras.h>
 
 #include <algorithm>
@@ -86,7 +88,7 @@ CGRect ViewElement::frame() const
     if (!window)
         return {};
     const CGRect inWindow = view->convertRectTo(view->bounds(), nullptr);
-    return {inWindow.minX(), window->contentSize().height - inWindow.maxY(), inWindow.size.width,
+    return {inWindow.minX(), window->areaSize().height - inWindow.maxY(), inWindow.size.width,
             inWindow.size.height};
 }
 
@@ -221,11 +223,19 @@ std::vector<std::shared_ptr<AccessibleElement>> accessibleElementsIn(NSView& vie
     return elements;
 }
 
-std::string accessibilityTree(NSWindow& window)
+std::vector<std::shared_ptr<AccessibleElement>> accessibleElementsOf(NSWindow& window)
 {
     window.layoutIfNeeded();
+    auto elements = accessibleElementsIn(*window.contentView());
+    if (window.toolbar() && window.toolbar()->isVisible())
+        elements.push_back(std::make_shared<ViewElement>(*window.toolbar()->view({})));
+    return elements;
+}
+
+std::string accessibilityTree(NSWindow& window)
+{
     std::string text = "window '" + window.title() + "'\n";
-    for (const auto& element : accessibleElementsIn(*window.contentView()))
+    for (const auto& element : accessibleElementsOf(window))
         describe(*element, "  ", text);
     return text;
 }

@@ -22,6 +22,9 @@ std::string accessibilityName(const NSView& view);
 // modal one on where there is one.
 std::vector<std::shared_ptr<AccessibleElement>> accessibleElementsIn(NSView& view);
 
+// What is directly in the window: of its content, brought up to date, and then the toolbar.
+std::vector<std::shared_ptr<AccessibleElement>> accessibleElementsOf(NSWindow& window);
+
 // A line for each element in the window, indented, in stable form: role, 'name', "value", states.
 std::string accessibilityTree(NSWindow& window);
 

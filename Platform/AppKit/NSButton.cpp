@@ -100,7 +100,9 @@ void NSButton::setBordered(bool bordered)
 
 void NSButton::setBezelStyle(NSBezelStyle style)
 {
-    requireKnown("NSButton.setBezelStyle:", style, NSBezelStyle::rounded, NSBezelStyle::regularSquare);
+    if (style != NSBezelStyle::rounded && style != NSBezelStyle::regularSquare && style != NSBezelStyle::toolbar)
+        raiseInvalidArgument("NSButton.setBezelStyle:",
+                             "takes 1, 2 or 11, got " + std::to_string(static_cast<int>(style)));
     if (m_bezelStyle == style)
         return;
     m_bezelStyle = style;
@@ -250,6 +252,15 @@ void NSButton::setEnabled(bool enabled)
 bool NSButton::isPushButton() const
 {
     return m_type != NSButtonType::switchButton && m_type != NSButtonType::radio;
+}
+
+ControlKind NSButton::controlKind() const
+{
+    if (m_type == NSButtonType::switchButton)
+        return ControlKind::checkBox;
+    if (m_type == NSButtonType::radio)
+        return ControlKind::radioButton;
+    return m_bezelStyle == NSBezelStyle::toolbar ? ControlKind::toolButton : ControlKind::pushButton;
 }
 
 bool NSButton::changesState() const

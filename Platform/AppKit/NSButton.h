@@ -25,6 +25,7 @@ enum class NSButtonType : int {
 enum class NSBezelStyle : int {
     rounded = 1,       // the desktop's push button, with its smallest width
     regularSquare = 2, // the same, only as wide as its content asks
+    toolbar = 11,      // flat until the pointer is over it, as in a toolbar
 };
 
 enum class NSControlStateValue : int { mixed = -1, off = 0, on = 1 };
@@ -111,8 +112,13 @@ public:
     void keyDown(NSEvent& event) override;
     bool performKeyEquivalent(NSEvent& event) override;
 
+protected:
+    // Or at the left edge. Default: centred in push buttons.
+    virtual bool isContentCentered() const { return isPushButton(); }
+
 private:
     bool isPushButton() const;
+    ControlKind controlKind() const;
     bool hasLook() const { return m_isBordered || !isPushButton(); }
     bool changesState() const;
     bool showsAlternate() const;

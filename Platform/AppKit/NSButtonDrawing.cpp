@@ -43,7 +43,7 @@ TextDescription NSButton::titleDescription() const
     TextDescription text;
     text.text = shownTitle();
     text.font = m_font;
-    text.alignment = isPushButton() ? NSTextAlignment::center : NSTextAlignment::natural;
+    text.alignment = isContentCentered() ? NSTextAlignment::center : NSTextAlignment::natural;
     text.lineBreakMode = NSLineBreakMode::truncatingTail;
     return text;
 }
@@ -53,7 +53,7 @@ ButtonContent NSButton::content() const
     ButtonContent content;
     content.imagePosition = m_imagePosition;
     content.imageScaling = m_imageScaling;
-    content.isCentered = isPushButton();
+    content.isCentered = isContentCentered();
     content.title = Backend::shared().measureText(titleDescription(), 0).size;
     if (const auto& image = shownImage())
         content.image = image->size();
@@ -62,9 +62,7 @@ ButtonContent NSButton::content() const
 
 ControlDescription NSButton::look() const
 {
-    ControlDescription description = describeControl(m_type == NSButtonType::switchButton ? ControlKind::checkBox
-                                                     : m_type == NSButtonType::radio      ? ControlKind::radioButton
-                                                                                          : ControlKind::pushButton);
+    ControlDescription description = describeControl(controlKind());
     const bool showsState = m_type != NSButtonType::toggle && changesState();
     if (showsState && m_state != NSControlStateValue::off)
         description.value = m_state == NSControlStateValue::on ? ControlValue::on : ControlValue::mixed;
@@ -72,7 +70,7 @@ ControlDescription NSButton::look() const
     description.isHovered = m_isHovered;
     description.isDefault = isDefaultButton();
     description.hasText = !shownTitle().empty() && m_imagePosition != NSCellImagePosition::imageOnly &&
-                          !(isPushButton() && m_bezelStyle == NSBezelStyle::regularSquare);
+                          !(isPushButton() && m_bezelStyle != NSBezelStyle::rounded);
     return description;
 }
 
@@ -134,7 +132,7 @@ void NSButton::drawFocusRing(Canvas& canvas, const ControlDescription& descripti
         const RoundedRect inner{bounds().insetBy(ringWidth, ringWidth), std::max(radius - ringWidth, 0.0)};
         canvas.strokeInside(outer, ringWidth, theLook.accentColor(description.appearance));
         canvas.strokeInside(inner, ringWidth / 2, theLook.windowColor(description.appearance));
-    } else if (description.kind != ControlKind::pushButton) {
+    } else if (!isPushButton()) {
         const CGRect around = layout.title.isEmpty() ? bounds() : layout.title;
         canvas.drawControl(describeControl(ControlKind::focusRing),
                            around.insetBy(-ringMargin, 0).intersection(bounds()));
@@ -144,7 +142,7 @@ void NSButton::drawFocusRing(Canvas& canvas, const ControlDescription& descripti
 void NSButton::drawLook(Canvas& canvas, const ControlDescription& description)
 {
     ControlDescription shown = description;
-    shown.hasFocus = description.hasFocus && description.kind == ControlKind::pushButton;
+    shown.hasFocus = description.hasFocus && isPushButton();
     canvas.drawControl(shown, bounds());
 }
 

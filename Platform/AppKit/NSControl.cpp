@@ -4,38 +4,8 @@
 #include <AppKit/NSWindow.h>
 #include <Backend/Backend.h>
 #include <Foundation/NSCoder.h>
-#include <Foundation/NSException.h>
 
 namespace RVCore {
-
-namespace {
-
-class ClosureTarget : public NSObject {
-    RVCORE_CLASS(ClosureTarget)
-
-public:
-    using NSObject::init;
-    void init(std::function<void()> closure) { m_closure = std::move(closure); }
-
-    void perform(const ObjectRef&)
-    {
-        const auto alive = shared(*this); // the closure may give the control another target
-        m_closure();
-    }
-
-private:
-    std::function<void()> m_closure;
-};
-
-Class& ClosureTarget::staticClass()
-{
-    static Class& theClass = defineClass<ClosureTarget>("ClosureTarget", NSObject::staticClass(), [](auto& publish) {
-        publish.method("performClosure:", &ClosureTarget::perform);
-    });
-    return theClass;
-}
-
-} // namespace
 
 Class& NSControl::staticClass()
 {
@@ -63,41 +33,34 @@ void NSControl::encode(NSCoder& coder) const
 {
     NSView::encode(coder);
     // A closure is not archived, so neither is the action that reaches it.
-    coder.encode("action", ValueConversion<std::optional<Selector>>::wrap(m_closureTarget ? std::nullopt : m_action));
+    coder.encode("action",
+                 ValueConversion<std::optional<Selector>>::wrap(m_message.callsClosure() ? std::nullopt : action()));
     coder.encode("tag", m_tag);
     coder.encode("enabled", m_isEnabled);
 }
 
 void NSControl::setTarget(const ObjectRef& target)
 {
-    m_target = target;
-    m_hasTarget = target != nullptr;
-    if (m_closureTarget != target)
-        m_closureTarget = nullptr;
+    m_message.setTarget(target);
 }
 
 void NSControl::setAction(const std::optional<Selector>& action)
 {
-    if (action && action->argumentCount() > 1)
-        raiseInvalidArgument(classObject().name() + ".setAction:", "an action takes the sender or nothing, " +
-                                                                       action->name() + " takes " +
-                                                                       std::to_string(action->argumentCount()));
-    m_action = action;
+    m_message.setAction(action, classObject().name() + ".setAction:");
 }
 
 void NSControl::setOnAction(std::function<void()> closure)
 {
-    m_closureTarget = closure ? make<ClosureTarget>(std::move(closure)) : nullptr;
-    setTarget(m_closureTarget);
-    setAction(m_closureTarget ? std::optional<Selector>("performClosure:") : std::nullopt);
+    const ObjectRef caller = TargetAction::makeClosureTarget(std::move(closure));
+    setTarget(caller);
+    setAction(caller ? std::optional(TargetAction::closureAction()) : std::nullopt);
 }
 
 bool NSControl::sendAction()
 {
-    const ObjectRef target = m_target.lock();
-    if (!m_action || (m_hasTarget && !target))
+    if (!action() || m_message.hasLostTarget())
         return false;
-    return NSApplication::shared().sendAction(*m_action, target, shared(*this));
+    return NSApplication::shared().sendAction(*action(), target(), shared(*this));
 }
 
 void NSControl::setEnabled(bool enabled)

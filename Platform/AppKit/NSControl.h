@@ -1,6 +1,7 @@
 #pragma once
 
 #include <AppKit/NSView.h>
+#include <AppKit/TargetAction.h>
 #include <CoreGraphics/CGColor.h>
 #include <CoreGraphics/ControlDescription.h>
 
@@ -24,9 +25,9 @@ public:
     void init(NSCoder& coder) override;
     void encode(NSCoder& coder) const override;
 
-    ObjectRef target() const { return m_target.lock(); } // null when there is none, or once it has died
+    ObjectRef target() const { return m_message.target(); } // null when there is none, or once it has died
     virtual void setTarget(const ObjectRef& target);
-    const std::optional<Selector>& action() const { return m_action; } // default absent: nothing is sent
+    const std::optional<Selector>& action() const { return m_message.action(); } // default absent: nothing is sent
     virtual void setAction(const std::optional<Selector>& action);
     // Makes a target of the closure, which the control holds until it gets another target; an empty one leaves the
     // control without target and action.
@@ -56,11 +57,8 @@ protected:
     CGColor contentColor(ControlKind kind) const;
 
 private:
-    std::weak_ptr<NSObject> m_target;
-    ObjectRef m_closureTarget; // what `setOnAction` made
-    std::optional<Selector> m_action;
+    TargetAction m_message;
     std::int64_t m_tag = 0;
-    bool m_hasTarget = false; // also once it has died
     bool m_isEnabled = true;
 };
 

@@ -5,6 +5,7 @@
 #include <AppKit/NSEvent.h>
 #include <AppKit/NSPopover.h>
 #include <AppKit/NSScreen.h>
+#include <AppKit/NSToolbar.h>
 #include <AppKit/NSView.h>
 #include <AppKit/NSViewController.h>
 #include <AppKit/NSWindow.h>
@@ -99,6 +100,7 @@ Class& NSWindow::staticClass()
         publish.method("makeFirstResponder:", [](NSWindow& self, const std::shared_ptr<NSResponder>& responder) {
             return self.makeFirstResponder(responder.get());
         });
+        publish.property("toolbar", &NSWindow::toolbar, &NSWindow::setToolbar);
         publish.method("sendEvent:", &NSWindow::sendEvent);
         publish.property("acceptsMouseMovedEvents", &NSWindow::acceptsMouseMovedEvents,
                          &NSWindow::setAcceptsMouseMovedEvents);
@@ -121,8 +123,8 @@ NSWindow::~NSWindow()
             child.window->m_backend->setParent(nullptr);
     }
     m_backend.reset(); // no more calls from the desktop
-    if (m_contentView)
-        m_contentView->setHostWindow(nullptr, {});
+    for (const auto& root : rootViews({}))
+        root->setHostWindow(nullptr, {});
 }
 
 void NSWindow::init(CGSize contentSize)
@@ -284,13 +286,13 @@ NSResponder* NSWindow::firstResponder() const
 
 void NSWindow::selectNextKeyView()
 {
-    if (NSView* next = keyViewAfter(*m_contentView, dynamic_cast<NSView*>(firstResponder())))
+    if (NSView* next = keyViewAfter(rootViews({}), dynamic_cast<NSView*>(firstResponder())))
         makeFirstResponder(next);
 }
 
 void NSWindow::selectPreviousKeyView()
 {
-    if (NSView* previous = keyViewBefore(*m_contentView, dynamic_cast<NSView*>(firstResponder())))
+    if (NSView* previous = keyViewBefore(rootViews({}), dynamic_cast<NSView*>(firstResponder())))
         makeFirstResponder(previous);
 }
 
@@ -310,7 +312,8 @@ void NSWindow::layoutIfNeeded()
     m_contentView->layoutSubtreeIfNeeded();
     updateMinimumContentSize(); // first, for it may stand in the way of a smaller size
     takeNeededSize();
-    m_contentView->layoutSubtreeIfNeeded();
+    for (const auto& root : rootViews({}))
+        root->layoutSubtreeIfNeeded();
 }
 
 // Grows to what the content needs, or shrinks to the most that it can be. A side that was made 0 stays so as long as
@@ -332,7 +335,7 @@ void NSWindow::takeNeededSize()
         return;
     applyContentSize(needed);
     if (m_backend)
-        m_backend->setContentSize(needed);
+        m_backend->setContentSize(areaFor(needed));
 }
 
 void NSWindow::updateMinimumContentSize()
@@ -390,19 +393,22 @@ void NSWindow::accessibilityChanged(const std::shared_ptr<AccessibleElement>& el
 
 std::vector<std::shared_ptr<AccessibleElement>> NSWindow::accessibleElements()
 {
-    layoutIfNeeded();
-    return accessibleElementsIn(*m_contentView);
+    return accessibleElementsOf(*this);
 }
 
 void NSWindow::paint(Canvas& canvas)
 {
     const auto alive = shared(*this);
-    const auto content = m_contentView;
+    const CGSize area = areaFor(m_contentSize);
     if (isOpaque()) {
         const Appearance appearance = NSApplication::shared().effectiveAppearance();
-        canvas.fill({{{}, m_contentSize}, 0}, Backend::shared().controlLook().windowColor(appearance));
+        canvas.fill({{{}, area}, 0}, Backend::shared().controlLook().windowColor(appearance));
     }
-    paintViewTree(*content, canvas);
+    for (const auto& root : rootViews({})) {
+        const CanvasState state(canvas);
+        canvas.concatenate(CGAffineTransform::translation(0, area.height - root->frame().maxY()));
+        paintViewTree(*root, canvas);
+    }
 }
 
 } // namespace RVCore

@@ -19,6 +19,8 @@ class WindowFrameAnimation;
 //      ┌─────────────────┐ top        frame: with the title bar and borders, in screen coordinates, whose
 //      │    title bar    │            origin is at the main screen's bottom left corner, y upward, in points
 //      ├─────────────────┤
+//      │     toolbar     │            where there is one; no part of the content
+//      ├─────────────────┤
 //      │     content     │            A desktop knows whole points from 1 to 32,767 for the sides of the content;
 //      │                 │            fractions are rounded up. When the content's size changes, the top left
 //      └─────────────────┘            corner stays, unless a whole frame is set.
@@ -61,6 +63,10 @@ public:
     const std::shared_ptr<NSViewController>& contentViewController() const { return m_contentViewController; }
     void setContentViewController(const std::shared_ptr<NSViewController>& controller);
     NSWindowController* windowController() const; // null for none; not owned
+    // It comes from the window that it was in. As toolbars come and go, and are hidden and shown, the frame grows and
+    // shrinks at the bottom, and the content keeps its size. Default null.
+    const std::shared_ptr<NSToolbar>& toolbar() const { return m_toolbar; }
+    void setToolbar(const std::shared_ptr<NSToolbar>& toolbar);
 
     // Geometry. Numbers that are not finite, negative sides, and origins further than 1,000,000 points from that of
     // the screen raise NSInvalidArgumentException. Sizes are kept within the limits of the content.
@@ -75,6 +81,7 @@ public:
     bool isAnimatingFrame() const { return m_animation != nullptr; }
     void center(); // in what is visible of its screen
     CGSize contentSize() const { return m_contentSize; }
+    CGSize areaSize() const { return areaFor(m_contentSize); } // of content and toolbar together
     void setContentSize(CGSize size);
     // Limits for the content's size, beside what the content needs, which comes first. Defaults: 0 × 0 and
     // 32,767 × 32,767. Of two that contradict each other the minimum counts.
@@ -143,6 +150,8 @@ public:
     // For AppKit's own classes: what happens in the content.
     void contentNeedsFrame(AppKitKey);
     void setCursor(CursorShape shape, AppKitKey);
+    void toolbarHeightChanged(AppKitKey);
+    std::vector<std::shared_ptr<NSView>> rootViews(AppKitKey) const; // the content view, then that of the toolbar
     void addPopover(NSPopover& popover, AppKitKey); // which follows what is laid out here
     void accessibilityChanged(const std::shared_ptr<AccessibleElement>& element, AccessibleChange change, AppKitKey);
     // See WindowBackend::setTextInput. Without effect before the window is first shown; drawing says it again.
@@ -157,6 +166,9 @@ private:
         NSWindowOrderingMode order;
     };
 
+    CGSize areaFor(CGSize contentSize) const;
+    void placeToolbar();
+    std::shared_ptr<NSToolbar> releaseToolbar();
     CGPoint topLeft() const;
     CGRect constrained(const CGRect& frame) const;
     CGSize limited(CGSize contentSize) const;
@@ -201,6 +213,7 @@ private:
     std::weak_ptr<NSResponder> m_firstResponder; // expired for the window itself
     WindowEvents m_events{*this};
     std::shared_ptr<NSViewController> m_contentViewController;
+    std::shared_ptr<NSToolbar> m_toolbar;
     std::weak_ptr<NSWindowDelegate> m_delegate;
     NSWindowController* m_windowController = nullptr;
     NSWindow* m_parent = nullptr;
@@ -210,6 +223,7 @@ private:
     NSWindowStyleMask m_styleMask = NSWindowStyleMask::borderless;
     CGPoint m_origin;     // of the frame
     EdgeInsets m_margins; // of the frame around the content
+    CGFloat m_toolbarHeight = 0;
     CGSize m_contentSize;
     CGSize m_contentMinSize;
     CGSize m_contentMaxSize{32767, 32767};

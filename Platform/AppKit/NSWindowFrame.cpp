@@ -44,14 +44,14 @@ CGRect NSWindow::frameRectForContentRect(const CGRect& contentRect) const
 {
     return {contentRect.minX() - m_margins.left, contentRect.minY() - m_margins.bottom,
             contentRect.size.width + m_margins.left + m_margins.right,
-            contentRect.size.height + m_margins.top + m_margins.bottom};
+            contentRect.size.height + m_margins.top + m_toolbarHeight + m_margins.bottom};
 }
 
 CGRect NSWindow::contentRectForFrameRect(const CGRect& frameRect) const
 {
     return {frameRect.minX() + m_margins.left, frameRect.minY() + m_margins.bottom,
             std::max(0.0, frameRect.size.width - m_margins.left - m_margins.right),
-            std::max(0.0, frameRect.size.height - m_margins.top - m_margins.bottom)};
+            std::max(0.0, frameRect.size.height - m_margins.top - m_toolbarHeight - m_margins.bottom)};
 }
 
 // --- Limits
@@ -94,9 +94,9 @@ void NSWindow::limitsChanged()
     if (m_backend) {
         const CGSize smallest{std::max(m_minimumContentSize.width, desktopSide(m_contentMinSize.width)),
                               std::max(m_minimumContentSize.height, desktopSide(m_contentMinSize.height))};
-        m_backend->setMinimumContentSize(smallest);
-        m_backend->setMaximumContentSize(
-            {std::max(smallest.width, m_contentMaxSize.width), std::max(smallest.height, m_contentMaxSize.height)});
+        m_backend->setMinimumContentSize(areaFor(smallest));
+        m_backend->setMaximumContentSize(areaFor(
+            {std::max(smallest.width, m_contentMaxSize.width), std::max(smallest.height, m_contentMaxSize.height)}));
     }
     const bool isEmpty = m_contentSize.width == 0 || m_contentSize.height == 0; // waits for its content
     if (!isEmpty && limited(m_contentSize) != m_contentSize)
@@ -135,7 +135,7 @@ void NSWindow::setContentSize(CGSize size)
     const auto alive = shared(*this);
     applyContentSize(possible);
     if (m_backend)
-        m_backend->setContentSize(possible);
+        m_backend->setContentSize(areaFor(possible));
 }
 
 void NSWindow::center()
@@ -156,7 +156,7 @@ void NSWindow::applyFrame(const CGRect& frame)
     if (!m_backend)
         return;
     if (isResized)
-        m_backend->setContentSize(m_contentSize);
+        m_backend->setContentSize(areaFor(m_contentSize));
     passOrigin();
 }
 
@@ -180,6 +180,7 @@ void NSWindow::applyGeometry(CGPoint origin, CGSize contentSize)
     if (isResized) {
         const auto content = m_contentView;
         content->setFrame({{}, contentSize});
+        placeToolbar();
         contentNeedsFrame({});
         tellDelegate(&NSWindowDelegate::windowDidResize);
     }
@@ -255,10 +256,14 @@ void NSWindow::stepAnimation()
 
 // --- What the desktop tells
 
-void NSWindow::contentSizeChanged(CGSize size)
+// The desktop knows of no toolbar. Where it leaves less than that needs, the content has its smallest height.
+void NSWindow::contentSizeChanged(CGSize area)
 {
     const auto alive = shared(*this);
-    if (size != m_contentSize && size.width >= 1 && size.height >= 1)
+    if (area.width < 1 || area.height < 1)
+        return;
+    const CGSize size{area.width, std::max(1.0, area.height - m_toolbarHeight)};
+    if (size != m_contentSize)
         applyContentSize(size);
 }
 

@@ -31,7 +31,7 @@ void NSWindow::makeBackend()
     // A side that nothing in the content has given a length.
     if (m_contentSize != desktopSize(m_contentSize))
         applyContentSize(desktopSize(m_contentSize));
-    m_backend = Backend::shared().makeWindow(*this, m_contentSize);
+    m_backend = Backend::shared().makeWindow(*this, areaFor(m_contentSize));
     m_backend->setTitle(m_title);
     WindowStyle style = toWindowStyle(m_styleMask);
     style.isOpaque = isOpaque();

@@ -122,6 +122,10 @@ void PopoverWindow::init(NSPopover& popover, const std::shared_ptr<NSView>& cont
 
 void PopoverWindow::place(const PopoverPlacement& placement)
 {
+    // Asked before every frame: a desktop that answers each move with another frame would never come to rest.
+    if (m_placement == placement)
+        return;
+    m_placement = placement;
     m_frameView->setPlacement(placement);
     setFrame(placement.frame);
 }

@@ -45,6 +45,7 @@ public:
 private:
     std::weak_ptr<NSPopover> m_popover;
     std::shared_ptr<PopoverFrameView> m_frameView;
+    std::optional<PopoverPlacement> m_placement; // the latest
 };
 
 } // namespace RVCore

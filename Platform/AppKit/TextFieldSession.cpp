@@ -92,7 +92,7 @@ void TextFieldSession::tellInputMethods(bool isEnding)
         return;
     const CGPoint inWindow = m_field.convertPointTo(m_field.textRect({}).origin, nullptr);
     const bool takesText = !isEnding && m_field.isEditable();
-    window->setTextInput(takesText ? m_editor : nullptr, {inWindow.x, window->contentSize().height - inWindow.y}, {});
+    window->setTextInput(takesText ? m_editor : nullptr, {inWindow.x, window->areaSize().height - inWindow.y}, {});
 }
 
 void TextFieldSession::textDidChange()

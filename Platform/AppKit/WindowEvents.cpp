@@ -55,7 +55,7 @@ void WindowEvents::handleInput(const InputEvent& input)
 std::shared_ptr<NSEvent> WindowEvents::makeEvent(const InputEvent& input)
 {
     NSEventContent content;
-    content.locationInWindow = {input.location.x, m_window.contentSize().height - input.location.y};
+    content.locationInWindow = {input.location.x, m_window.areaSize().height - input.location.y};
     content.modifierFlags = static_cast<NSEventModifierFlags>(input.modifiers);
     content.timestamp = input.time;
     content.window = shared(m_window);
@@ -148,11 +148,27 @@ void WindowEvents::dispatch(NSEvent& event)
     }
 }
 
+NSView* WindowEvents::hitTest(CGPoint location) const
+{
+    for (const auto& root : m_window.rootViews({})) {
+        if (NSView* view = root->hitTest(location))
+            return view;
+    }
+    return nullptr;
+}
+
 std::shared_ptr<NSResponder> WindowEvents::responderAt(CGPoint location) const
 {
-    if (NSView* view = m_window.contentView()->hitTest(location))
+    if (NSView* view = hitTest(location))
         return shared(*view);
     return shared(m_window);
+}
+
+// What is pressed there works on what has the keyboard focus, and leaves it where it is.
+bool WindowEvents::isInToolbar(NSResponder& responder) const
+{
+    auto* view = dynamic_cast<NSView*>(&responder);
+    return view && m_window.toolbar() && &view->rootView() != m_window.contentView().get();
 }
 
 void WindowEvents::press(NSEvent& event, int button, Handler handler)
@@ -161,7 +177,7 @@ void WindowEvents::press(NSEvent& event, int button, Handler handler)
     const auto responder = responderAt(event.locationInWindow());
     std::erase_if(m_pressed, [&](const Pressed& pressed) { return pressed.button == button; });
     m_pressed.push_back({button, responder});
-    if (button == 0 && responder->acceptsFirstResponder())
+    if (button == 0 && responder->acceptsFirstResponder() && !isInToolbar(*responder))
         m_window.makeFirstResponder(responder.get());
     ((*responder).*handler)(event);
 }
@@ -291,7 +307,9 @@ std::vector<WindowEvents::Inside> WindowEvents::areasAt(CGPoint location) const
         CGPoint point; // in its superview
     };
     std::vector<Inside> result;
-    std::vector<Visit> open{{m_window.contentView().get(), location}};
+    std::vector<Visit> open;
+    for (const auto& root : m_window.rootViews({}))
+        open.push_back({root.get(), location});
     while (!open.empty()) {
         const Visit visit = open.back();
         open.pop_back();
@@ -326,7 +344,7 @@ bool WindowEvents::isActive(const NSTrackingArea& area, const NSView& view) cons
 void WindowEvents::updateCursor()
 {
     std::vector<NSView*> path;
-    for (NSView* view = m_window.contentView()->hitTest(*m_pointer); view; view = view->superview())
+    for (NSView* view = hitTest(*m_pointer); view; view = view->superview())
         path.push_back(view);
     CursorShape shape = CursorShape::arrow;
     CGPoint point = *m_pointer;

@@ -45,7 +45,9 @@ private:
 
     std::shared_ptr<NSEvent> makeEvent(const InputEvent& input);
     int countClick(const InputEvent& input);
+    NSView* hitTest(CGPoint location) const;
     std::shared_ptr<NSResponder> responderAt(CGPoint location) const;
+    bool isInToolbar(NSResponder& responder) const;
     void press(NSEvent& event, int button, Handler handler);
     void drag(NSEvent& event, int button, Handler handler);
     void release(NSEvent& event, int button, Handler handler);

@@ -18,6 +18,10 @@ std::string nameOf(ControlKind kind)
         return "progress bar";
     case ControlKind::focusRing:
         return "focus ring";
+    case ControlKind::toolbar:
+        return "toolbar";
+    case ControlKind::toolButton:
+        return "tool button";
     }
     return "";
 }

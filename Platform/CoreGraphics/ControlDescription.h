@@ -10,7 +10,9 @@ enum class ControlKind : std::uint8_t {
     checkBox,    // the box, with the content beside it
     radioButton, // the circle, with the content beside it
     progressBar, // no content
-    focusRing    // around whatever has no focus ring of its own; no content
+    focusRing,   // around whatever has no focus ring of its own; no content
+    toolbar,     // the ground that tool buttons stand on; no content
+    toolButton   // a push button that is flat until the pointer is over it
 };
 
 enum class ControlValue : std::uint8_t { off, on, mixed };

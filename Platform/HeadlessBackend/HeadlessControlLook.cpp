@@ -10,6 +10,7 @@ namespace {
 constexpr CGFloat buttonMarginX = 10;
 constexpr CGFloat buttonMarginY = 4;
 constexpr CGFloat smallestButtonWidth = 60;
+constexpr CGFloat toolButtonMarginX = 6;
 constexpr CGFloat indicatorSide = 14;
 constexpr CGFloat indicatorGap = 4;
 constexpr CGFloat barHeight = 12;
@@ -23,14 +24,24 @@ bool hasIndicator(const ControlDescription& control)
     return control.kind == ControlKind::checkBox || control.kind == ControlKind::radioButton;
 }
 
+bool isButton(const ControlDescription& control)
+{
+    return control.kind == ControlKind::pushButton || control.kind == ControlKind::toolButton;
+}
+
+CGFloat marginX(const ControlDescription& control)
+{
+    return control.kind == ControlKind::toolButton ? toolButtonMarginX : buttonMarginX;
+}
+
 } // namespace
 
 CGSize HeadlessControlLook::sizeForContent(const ControlDescription& control, CGSize content)
 {
     CGSize size{std::ceil(content.width), std::ceil(content.height)};
-    if (control.kind == ControlKind::pushButton) {
-        size = {size.width + 2 * buttonMarginX, size.height + 2 * buttonMarginY};
-        if (control.hasText)
+    if (isButton(control)) {
+        size = {size.width + 2 * marginX(control), size.height + 2 * buttonMarginY};
+        if (control.hasText && control.kind == ControlKind::pushButton)
             size.width = std::max(size.width, smallestButtonWidth);
     } else if (hasIndicator(control)) {
         const CGFloat gap = content.width > 0 ? indicatorGap : 0;
@@ -43,8 +54,8 @@ CGSize HeadlessControlLook::sizeForContent(const ControlDescription& control, CG
 
 CGRect HeadlessControlLook::contentRect(const ControlDescription& control, CGSize size)
 {
-    if (control.kind == ControlKind::pushButton)
-        return {buttonMarginX, buttonMarginY, std::max(0.0, size.width - 2 * buttonMarginX),
+    if (isButton(control))
+        return {marginX(control), buttonMarginY, std::max(0.0, size.width - 2 * marginX(control)),
                 std::max(0.0, size.height - 2 * buttonMarginY)};
     if (hasIndicator(control))
         return {indicatorSide + indicatorGap, 0, std::max(0.0, size.width - indicatorSide - indicatorGap),

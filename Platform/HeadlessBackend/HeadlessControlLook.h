@@ -11,7 +11,8 @@ namespace RVCore {
 //  2. Check box and radio button are a square of 14 points at the left edge, 4 points before the content, and at
 //  least
 //     as high as that square.
-//  3. A progress bar is 12 high and has no width of its own. A focus ring lies in what it is drawn around.
+//  3. A progress bar is 12 high and has no width of its own. A focus ring lies in what it is drawn around, and a
+//     toolbar is as large as it is made. A tool button adds 6 points on the left and right and 4 above and below.
 //  4. Content is black on white, white on black where it is dark, grey where it is disabled; the accent
 //     is blue. The desktop is light.
 class HeadlessControlLook : public ControlLook {

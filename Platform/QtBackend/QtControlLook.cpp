@@ -16,7 +16,8 @@ namespace RVCore {
 
 namespace {
 
-constexpr int standardDotsPerInch = 96;  // at one pixel to a point
+constexpr int standardDotsPerInch = 96; // at one pixel to a point
+constexpr int smallestToolButtonMargin = 16;
 constexpr CGFloat largestArea = 1 << 25; // pixels; no style draws anything larger, nor does a screen show it
 
 constexpr CGColor fromQColor(QRgb color)
@@ -108,6 +109,16 @@ QStyleOptionButton buttonOption(const ControlDescription& control, const QRect& 
     return option;
 }
 
+QStyleOptionToolButton toolButtonOption(const ControlDescription& control, const QRect& rect, const QImage& device)
+{
+    QStyleOptionToolButton option;
+    fillOption(option, control, rect, device);
+    option.state |= QStyle::State_AutoRaise;
+    option.subControls = QStyle::SC_ToolButton;
+    option.activeSubControls = control.isPressed ? QStyle::SC_ToolButton : QStyle::SC_None;
+    return option;
+}
+
 QImage makeDevice(const QSize& size, CGFloat dotsPerInch)
 {
     QImage image(size, QImage::Format_ARGB32_Premultiplied);
@@ -122,6 +133,15 @@ const QImage& standardDevice()
 {
     static const QImage device = makeDevice({1, 1}, standardDotsPerInch);
     return device;
+}
+
+// What the style puts around the content of a tool button, on both sides together. That is meant for rows of
+// pictures; words need air on their left and right.
+QSize toolButtonMargins()
+{
+    const QStyleOptionToolButton option = toolButtonOption({}, {}, standardDevice());
+    const QSize margins = style().sizeFromContents(QStyle::CT_ToolButton, &option, {0, 0}, nullptr);
+    return margins.expandedTo({smallestToolButtonMargin, 0});
 }
 
 QSize wholeSize(CGSize size)
@@ -187,6 +207,24 @@ void drawFocusRing(QPainter& painter, ControlDescription control, const QRect& r
     style().drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter);
 }
 
+// Styles set a toolbar off by light lines along its upper and lower edge. These are left outside: above is the title
+// bar, of which it is to look a part.
+void drawToolbar(QPainter& painter, const ControlDescription& control, const QRect& rect, const QImage& device)
+{
+    QStyleOptionToolBar option;
+    fillOption(option, control, rect.adjusted(0, -1, 0, 1), device);
+    option.state |= QStyle::State_Horizontal;
+    option.positionOfLine = option.positionWithinLine = QStyleOptionToolBar::OnlyOne;
+    option.toolBarArea = Qt::TopToolBarArea;
+    style().drawControl(QStyle::CE_ToolBar, &option, &painter);
+}
+
+void drawToolButton(QPainter& painter, const ControlDescription& control, const QRect& rect, const QImage& device)
+{
+    const QStyleOptionToolButton option = toolButtonOption(control, rect, device);
+    style().drawComplexControl(QStyle::CC_ToolButton, &option, &painter);
+}
+
 void drawWithStyle(QPainter& painter, const ControlDescription& control, const QRect& rect, const QImage& device)
 {
     switch (control.kind) {
@@ -199,6 +237,10 @@ void drawWithStyle(QPainter& painter, const ControlDescription& control, const Q
         return drawProgressBar(painter, control, rect, device);
     case ControlKind::focusRing:
         return drawFocusRing(painter, control, rect, device);
+    case ControlKind::toolbar:
+        return drawToolbar(painter, control, rect, device);
+    case ControlKind::toolButton:
+        return drawToolButton(painter, control, rect, device);
     }
 }
 
@@ -241,7 +283,10 @@ CGSize QtControlLook::sizeForContent(const ControlDescription& control, CGSize c
         return sizeOf(QStyle::CT_RadioButton);
     case ControlKind::progressBar:
         return {0, static_cast<CGFloat>(style().pixelMetric(QStyle::PM_IndicatorHeight, &option))};
+    case ControlKind::toolButton:
+        return fromQSize(inside + toolButtonMargins());
     case ControlKind::focusRing:
+    case ControlKind::toolbar:
         break;
     }
     return fromQSize(inside);
@@ -265,8 +310,15 @@ CGRect QtControlLook::contentRect(const ControlDescription& control, CGSize size
     case ControlKind::radioButton:
         inside = style().subElementRect(QStyle::SE_RadioButtonContents, &option);
         break;
+    case ControlKind::toolButton: {
+        const QSize margins = toolButtonMargins();
+        inside = rect.adjusted(margins.width() / 2, margins.height() / 2, margins.width() / 2 - margins.width(),
+                               margins.height() / 2 - margins.height());
+        break;
+    }
     case ControlKind::progressBar:
     case ControlKind::focusRing:
+    case ControlKind::toolbar:
         return {};
     }
     return {static_cast<CGFloat>(inside.x()), static_cast<CGFloat>(inside.y()),
@@ -277,7 +329,8 @@ CGRect QtControlLook::contentRect(const ControlDescription& control, CGSize size
 CGColor QtControlLook::contentColor(const ControlDescription& control)
 {
     const QPalette::ColorRole role =
-        control.kind == ControlKind::pushButton ? QPalette::ButtonText : QPalette::WindowText;
+        control.kind == ControlKind::pushButton || control.kind == ControlKind::toolButton ? QPalette::ButtonText
+                                                                                           : QPalette::WindowText;
     return fromQColor(paletteOf(control.appearance).color(groupOf(control), role).rgba());
 }
 

@@ -22,11 +22,11 @@ std::shared_ptr<ListeningView> addKeyView(NSView& superview, const CGRect& frame
 std::vector<std::string> loopOf(NSView& root)
 {
     std::vector<std::string> names;
-    NSView* const first = keyViewAfter(root, nullptr);
+    NSView* const first = keyViewAfter({shared(root)}, nullptr);
     for (NSView* view = first; view;) {
         names.push_back(view->identifier());
-        NSView* const next = keyViewAfter(root, view);
-        EXPECT_EQ(keyViewBefore(root, next), view);
+        NSView* const next = keyViewAfter({shared(root)}, view);
+        EXPECT_EQ(keyViewBefore({shared(root)}, next), view);
         view = next == first ? nullptr : next;
     }
     return names;
@@ -95,10 +95,10 @@ TEST(KeyViewLoop, viewsWithoutAHeightComeInOrder)
 TEST(KeyViewLoop, isEmptyWhereNothingTakesKeys)
 {
     const auto root = makeHost(200, 200);
-    EXPECT_EQ(keyViewAfter(*root, nullptr), nullptr);
-    EXPECT_EQ(keyViewBefore(*root, nullptr), nullptr);
+    EXPECT_EQ(keyViewAfter({root}, nullptr), nullptr);
+    EXPECT_EQ(keyViewBefore({root}, nullptr), nullptr);
     const auto only = addKeyView(*root, {0, 0, 10, 10}, "only");
-    EXPECT_EQ(keyViewAfter(*root, only.get()), only.get());
+    EXPECT_EQ(keyViewAfter({root}, only.get()), only.get());
 }
 
 } // namespace

@@ -566,7 +566,7 @@ TEST(NSButton, AnUnknownNumberIsRefused)
     EXPECT_EQ(raised([&] { send(example, "setButtonType:", 8); }),
               "NSInvalidArgumentException: NSButton.setButtonType:: takes 0 to 7, got 8");
     EXPECT_EQ(raised([&] { send(example, "setBezelStyle:", 0); }),
-              "NSInvalidArgumentException: NSButton.setBezelStyle:: takes 1 to 2, got 0");
+              "NSInvalidArgumentException: NSButton.setBezelStyle:: takes 1, 2 or 11, got 0");
     EXPECT_EQ(raised([&] { send(example, "setImagePosition:", 7); }),
               "NSInvalidArgumentException: NSButton.setImagePosition:: takes 0 to 6, got 7");
     EXPECT_EQ(raised([&] { send(example, "setImageScaling:", 4); }),

@@ -27,6 +27,10 @@ TEST(ControlDescription, NamesEveryKind)
     control = {};
     control.kind = ControlKind::focusRing;
     EXPECT_EQ(describe(control), "focus ring");
+    control.kind = ControlKind::toolbar;
+    EXPECT_EQ(describe(control), "toolbar");
+    control.kind = ControlKind::toolButton;
+    EXPECT_EQ(describe(control), "tool button");
     control.kind = ControlKind::progressBar;
     control.progress = 0.25;
     EXPECT_EQ(describe(control), "progress bar 0.25");

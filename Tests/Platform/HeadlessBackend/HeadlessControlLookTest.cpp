@@ -41,6 +41,14 @@ TEST(HeadlessControlLook, ASignStandsBeforeTheContent)
     }
 }
 
+TEST(HeadlessControlLook, AToolButtonIsAsWideAsItsContentAsks)
+{
+    EXPECT_EQ(look().sizeForContent(control(ControlKind::toolButton), {20, 17}), (CGSize{32, 25}));
+    EXPECT_EQ(look().contentRect(control(ControlKind::toolButton), {32, 25}), CGRect(6, 4, 20, 17));
+    EXPECT_EQ(look().sizeForContent(control(ControlKind::toolbar), {90, 34}), (CGSize{90, 34}));
+    EXPECT_TRUE(look().contentRect(control(ControlKind::toolbar), {90, 34}).isEmpty());
+}
+
 TEST(HeadlessControlLook, ABarHasAHeightOnlyAndNoContent)
 {
     EXPECT_EQ(look().sizeForContent(control(ControlKind::progressBar), {9, 9}), (CGSize{0, 12}));

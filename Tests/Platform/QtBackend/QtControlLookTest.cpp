@@ -8,8 +8,9 @@
 namespace RVCore {
 namespace {
 
-constexpr ControlKind everyKind[] = {ControlKind::pushButton, ControlKind::checkBox, ControlKind::radioButton,
-                                     ControlKind::progressBar, ControlKind::focusRing};
+constexpr ControlKind everyKind[] = {ControlKind::pushButton,  ControlKind::checkBox,  ControlKind::radioButton,
+                                     ControlKind::progressBar, ControlKind::focusRing, ControlKind::toolbar,
+                                     ControlKind::toolButton};
 
 ControlDescription control(ControlKind kind)
 {
@@ -32,7 +33,8 @@ QImage drawn(const ControlDescription& description, const CGRect& rect = {10, 10
 
 TEST(QtControlLook, HasRoomForItsContent)
 {
-    for (const ControlKind kind : {ControlKind::pushButton, ControlKind::checkBox, ControlKind::radioButton}) {
+    for (const ControlKind kind :
+         {ControlKind::pushButton, ControlKind::checkBox, ControlKind::radioButton, ControlKind::toolButton}) {
         for (const CGSize content : {CGSize{200, 16}, CGSize{30, 40}, CGSize{99.5, 17.25}}) {
             const CGSize size = look().sizeForContent(control(kind), content);
             const CGRect room = look().contentRect(control(kind), size);
@@ -80,6 +82,36 @@ TEST(QtControlLook, EveryStateLooksDifferent)
     EXPECT_TRUE(differs(ControlKind::progressBar, [](auto& c) { c.progress = 0.75; }));
     EXPECT_TRUE(differs(ControlKind::progressBar, [](auto& c) { c.isIndeterminate = true; }));
     EXPECT_FALSE(inkBounds(drawn(control(ControlKind::focusRing))).isEmpty());
+}
+
+TEST(QtControlLook, AToolButtonIsFlatUntilThePointerIsOverIt)
+{
+    ControlDescription button = control(ControlKind::toolButton);
+    EXPECT_TRUE(inkBounds(drawn(button)).isEmpty());
+    button.isHovered = true;
+    const QImage hovered = drawn(button);
+    EXPECT_FALSE(inkBounds(hovered).isEmpty());
+    button.isPressed = true;
+    EXPECT_GT(largestDifference(hovered, drawn(button)), 2);
+    button = control(ControlKind::toolButton);
+    button.hasFocus = true;
+    EXPECT_FALSE(inkBounds(drawn(button)).isEmpty());
+    button = control(ControlKind::toolButton);
+    button.isEnabled = false;
+    button.isHovered = true;
+    EXPECT_TRUE(inkBounds(drawn(button)).isEmpty()) << "there is nothing to press";
+}
+
+TEST(QtControlLook, AToolbarFillsItsRectangle)
+{
+    const QImage light = drawn(control(ControlKind::toolbar));
+    EXPECT_EQ(inkBounds(light), QRect(10, 10, 80, 24));
+    EXPECT_EQ(qAlpha(light.pixel(50, 10)), 255);
+    ControlDescription dark = control(ControlKind::toolbar);
+    dark.appearance = Appearance::dark;
+    EXPECT_GT(qGray(light.pixel(50, 20)), 200);
+    EXPECT_LT(qGray(drawn(dark).pixel(50, 20)), 80);
+    EXPECT_LT(qGray(drawn(dark).pixel(50, 10)), 80) << "no light line towards the title bar";
 }
 
 TEST(QtControlLook, AMovingSignIsAtItsPlaceWhateverTheTime)

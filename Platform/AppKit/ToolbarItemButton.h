@@ -1,0 +1,34 @@
+#pragma once
+
+#include <AppKit/NSButton.h>
+
+namespace RVCore {
+
+// A toolbar's item as a user sees it: in the bar, or in the list of those that have no room there.
+class ToolbarItemButton : public NSButton {
+    RVCORE_CLASS(ToolbarItemButton)
+
+public:
+    enum class Place { bar, list };
+
+    // Largest sides of a picture, in points.
+    static constexpr CGFloat imageSide = 20;
+
+    using NSButton::init;
+    void init(NSToolbarItem& item, Place place);
+    // Shows the item as it is now.
+    void update();
+    // Null once it has died.
+    std::shared_ptr<NSToolbarItem> item() const { return m_item.lock(); }
+
+    CGSize intrinsicContentSize() const override;
+
+protected:
+    bool isContentCentered() const override { return m_place == Place::bar; }
+
+private:
+    std::weak_ptr<NSToolbarItem> m_item;
+    Place m_place = Place::bar;
+};
+
+} // namespace RVCore
