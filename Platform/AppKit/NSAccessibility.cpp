@@ -88,8 +88,7 @@ CGRect ViewElement::frame() const
     if (!window)
         return {};
     const CGRect inWindow = view->convertRectTo(view->bounds(), nullptr);
-    return {inWindow.minX(), window->areaSize().height - inWindow.maxY(), inWindow.size.width,
-            inWindow.size.height};
+    return {inWindow.minX(), window->areaSize().height - inWindow.maxY(), inWindow.size.width, inWindow.size.height};
 }
 
 std::shared_ptr<AccessibleElement> ViewElement::parent() const

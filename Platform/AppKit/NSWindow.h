@@ -152,7 +152,7 @@ public:
     void setCursor(CursorShape shape, AppKitKey);
     void toolbarHeightChanged(AppKitKey);
     std::vector<std::shared_ptr<NSView>> rootViews(AppKitKey) const; // the content view, then that of the toolbar
-    void addPopover(NSPopover& popover, AppKitKey); // which follows what is laid out here
+    void addPopover(NSPopover& popover, AppKitKey);                  // which follows what is laid out here
     void accessibilityChanged(const std::shared_ptr<AccessibleElement>& element, AccessibleChange change, AppKitKey);
     // See WindowBackend::setTextInput. Without effect before the window is first shown; drawing says it again.
     void setTextInput(const std::shared_ptr<TextEditor>& editor, CGPoint origin, AppKitKey);
