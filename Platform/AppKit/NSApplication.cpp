@@ -64,6 +64,15 @@ NSApplication& NSApplication::shared()
     return *application;
 }
 
+// At the end of the program. Windows that are still open end before the rest, for as they do, they may come back
+// here.
+NSApplication::~NSApplication()
+{
+    m_orderedWindows.clear();
+    m_keyWindow.reset();
+    const auto last = std::exchange(m_windows, {});
+}
+
 void NSApplication::run()
 {
     if (m_windows.empty() || m_isRunning)

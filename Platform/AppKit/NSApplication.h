@@ -16,6 +16,7 @@ class NSApplication : public NSResponder {
     RVCORE_CLASS(NSApplication)
 
 public:
+    ~NSApplication() override;
     static NSApplication& shared();
 
     // Serves windows and input until `terminate`, or until the last window has been closed. Returns at once when no

@@ -1,8 +1,18 @@
 #include <AppKit/NSImage.h>
 #include <AppKit/NSToolbarItem.h>
 #include <AppKit/ToolbarItemButton.h>
+#include <Backend/Backend.h>
+
+#include <algorithm>
+#include <cmath>
 
 namespace RVCore {
+
+namespace {
+
+constexpr CGFloat imageSide = 20;
+
+} // namespace
 
 Class& ToolbarItemButton::staticClass()
 {
@@ -38,16 +48,25 @@ void ToolbarItemButton::update()
     setEnabled(shown->isEnabled());
 }
 
-// With the picture as large as it is drawn, in a bar that has one height for all.
+CGFloat ToolbarItemButton::usualHeight()
+{
+    ControlDescription description;
+    description.kind = ControlKind::toolButton;
+    const CGFloat text = Backend::shared().measureText({.text = "x"}, 0).size.height;
+    const CGFloat content = std::max(text, imageSide);
+    return Backend::shared().controlLook().sizeForContent(description, {content, content}).height;
+}
+
+// With the picture as large as it is drawn.
 CGSize ToolbarItemButton::intrinsicContentSize() const
 {
-    CGSize size = NSButton::intrinsicContentSize();
-    if (!image())
-        return size;
-    const CGSize natural = image()->size();
-    const CGSize drawn = scaledImageSize(natural, {imageSide, imageSide}, NSImageScaling::proportionallyDown);
-    size.width -= natural.width - drawn.width;
-    return size;
+    CGFloat width = NSButton::intrinsicContentSize().width;
+    if (image()) {
+        const CGSize natural = image()->size();
+        const CGSize drawn = scaledImageSize(natural, {imageSide, imageSide}, NSImageScaling::proportionallyDown);
+        width -= natural.width - drawn.width;
+    }
+    return {std::ceil(width), usualHeight()};
 }
 
 } // namespace RVCore

@@ -11,8 +11,8 @@ class ToolbarItemButton : public NSButton {
 public:
     enum class Place { bar, list };
 
-    // Largest sides of a picture, in points.
-    static constexpr CGFloat imageSide = 20;
+    // The height of each of them, in points: room for a label and for a picture of 20 × 20, the largest there is.
+    static CGFloat usualHeight();
 
     using NSButton::init;
     void init(NSToolbarItem& item, Place place);

@@ -5,7 +5,6 @@
 #include <AppKit/ToolbarItemButton.h>
 #include <AppKit/ToolbarOverflow.h>
 #include <AppKit/ToolbarView.h>
-#include <Backend/Backend.h>
 #include <CoreGraphics/Canvas.h>
 
 #include <algorithm>
@@ -19,20 +18,6 @@ constexpr CGFloat marginY = 3;            // above and below the buttons
 constexpr CGFloat spaceWidth = 16;        // of a gap
 constexpr CGFloat largestItemWidth = 180; // longer labels get an ellipsis
 constexpr const char* chevronTitle = "»";
-
-ControlDescription toolButton()
-{
-    ControlDescription description;
-    description.kind = ControlKind::toolButton;
-    return description;
-}
-
-CGFloat buttonHeight()
-{
-    const CGFloat text = Backend::shared().measureText({.text = "x"}, 0).size.height;
-    const CGFloat content = std::max(text, ToolbarItemButton::imageSide);
-    return Backend::shared().controlLook().sizeForContent(toolButton(), {content, content}).height;
-}
 
 } // namespace
 
@@ -53,7 +38,7 @@ void ToolbarView::init(NSToolbar& toolbar)
 
 CGFloat ToolbarView::barHeight()
 {
-    return buttonHeight() + 2 * marginY;
+    return ToolbarItemButton::usualHeight() + 2 * marginY;
 }
 
 void ToolbarView::itemsChanged()
@@ -191,7 +176,7 @@ void ToolbarView::apply()
 
 void ToolbarView::place(NSButton& button, const ToolbarPlan::Span& span)
 {
-    const CGFloat height = buttonHeight();
+    const CGFloat height = ToolbarItemButton::usualHeight();
     button.setFrame({span.x, std::floor((frame().size.height - height) / 2), span.width, height});
     if (button.superview() != this)
         addSubview(shared(button));

@@ -5,6 +5,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdlib>
+
 namespace RVCore {
 namespace {
 
@@ -65,7 +67,7 @@ TEST_F(ToolbarOverflowTest, theChevronComesAndGoesWithTheRoom)
 {
     screenOf(*window).userResize({300, 134});
     EXPECT_THAT(accessibilityTree(*window), Not(HasSubstr("More")));
-    screenOf(*window).userResize({70, 134});
+    screenOf(*window).userResize({75, 134});
     EXPECT_EQ(accessibilityTree(*window), "window ''\n  toolbar ''\n    button 'abcd'\n    button 'More'\n");
     screenOf(*window).userResize({40, 134});
     EXPECT_EQ(accessibilityTree(*window), "window ''\n  toolbar ''\n    button 'More'\n");
@@ -156,6 +158,13 @@ TEST_F(ToolbarOverflowTest, anItemOfTheListMayDoAnything)
     EXPECT_EQ(window->toolbar(), nullptr);
 }
 
+TEST_F(ToolbarOverflowTest, theProgramMayEndWhileTheListIsOpen)
+{
+    pressChevron();
+    window.reset(); // the application holds what is open
+    EXPECT_EXIT(std::exit(0), testing::ExitedWithCode(0), "^$");
+}
+
 TEST_F(ToolbarOverflowTest, assistiveTechnologyOpensAndUsesTheList)
 {
     const auto chevron = accessibleElementsOf(*window).at(0)->children().at(2);
@@ -173,7 +182,7 @@ TEST_F(ToolbarOverflowTest, aLongListShowsAPartThatFollowsFocusAndWheel)
     ASSERT_EQ(names().size(), 1002U);
     const CGFloat height = list()->contentSize().height;
     EXPECT_LT(height, 400);
-    EXPECT_EQ(row(0)->frame().size.height, 25);
+    EXPECT_EQ(row(0)->frame().size.height, 28);
     const auto isInSight = [&](std::size_t index) {
         const CGRect frame = row(index)->frame();
         return frame.minY() >= 0 && frame.maxY() <= height;
