@@ -17,6 +17,8 @@
 #include <AppKit/NSScreen.h>
 #include <AppKit/NSTextField.h>
 #include <AppKit/NSTextFieldDelegate.h>
+#include <AppKit/NSToolbar.h>
+#include <AppKit/NSToolbarItem.h>
 #include <AppKit/NSTrackingArea.h>
 #include <AppKit/NSView.h>
 #include <AppKit/NSViewController.h>
