@@ -65,7 +65,7 @@ void Factor::takeRowSingletons()
         const Index position = todo[next];
         if (count[position] != 1)
             continue; // another row has taken its column: dependent, left for the bump to find
-        for (const Term& term : m_system->terms(m_rows[position])) {
+        for (const Cell& term : m_system->terms(m_rows[position])) {
             if (m_stepOfColumn[term.column] != none)
                 continue;
             if (std::abs(term.coefficient) < smallestPivot)
@@ -109,7 +109,7 @@ void Factor::takeColumnSingletons()
         // Taken from the end: what is found first is derived last.
         m_pivot[--m_bumpEnd] = coefficient;
         assign(m_bumpEnd, left, column);
-        for (const Term& term : m_system->terms(m_rows[left])) {
+        for (const Cell& term : m_system->terms(m_rows[left])) {
             if (m_stepOfColumn[term.column] == none && --count[term.column] == 1)
                 todo.push_back(term.column);
         }
@@ -139,7 +139,7 @@ bool Factor::factorBump(std::vector<Repair>& repairs)
     }
     m_bump.assign(std::size_t(size) * size, 0.0);
     for (Index i = 0; i < size; ++i) {
-        for (const Term& term : m_system->terms(m_rows[m_positionOfStep[m_bumpBegin + i]])) {
+        for (const Cell& term : m_system->terms(m_rows[m_positionOfStep[m_bumpBegin + i]])) {
             if (isInBump(m_stepOfColumn[term.column]))
                 m_bump[std::size_t(i) * size + (m_stepOfColumn[term.column] - m_bumpBegin)] = term.coefficient;
         }
@@ -196,7 +196,7 @@ bool Factor::replace(Index position, Index row)
     if (isInBump(step) || !m_exchanges.empty())
         return false;
     double pivot = 0.0;
-    for (const Term& term : m_system->terms(row)) {
+    for (const Cell& term : m_system->terms(row)) {
         if (term.column == m_columnOfStep[step])
             pivot = term.coefficient;
         else if (m_stepOfColumn[term.column] > step)

@@ -57,9 +57,9 @@ private:
     // Calls visit(position, coefficient) for every row of the matrix that a column is in.
     template <typename Visit> void visitColumn(Index column, Visit visit) const
     {
-        for (const Term& entry : m_system->entries(column)) {
-            if (m_positionOfRow[entry.column] != none)
-                visit(m_positionOfRow[entry.column], entry.coefficient);
+        for (const Cell& cell : m_system->entries(column)) {
+            if (m_positionOfRow[cell.row] != none)
+                visit(m_positionOfRow[cell.row], cell.coefficient);
         }
     }
     void takeRowSingletons();

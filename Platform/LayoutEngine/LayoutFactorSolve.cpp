@@ -56,7 +56,7 @@ void Factor::solveTransposed(SparseVector& columns, SparseVector& positions)
     const auto pushOn = [&](Index position, double value) {
         positions.add(position, value);
         const Index step = m_stepOfPosition[position];
-        for (const Term& term : m_system->terms(m_rows[position])) {
+        for (const Cell& term : m_system->terms(m_rows[position])) {
             const Index other = m_stepOfColumn[term.column];
             if (other < step && !(isInBump(step) && isInBump(other))) {
                 columns.add(term.column, -term.coefficient * value);
@@ -162,7 +162,7 @@ void Factor::deriveStep(Index step, std::span<const double> targets, std::vector
     const Index position = m_positionOfStep[step];
     const Index column = m_columnOfStep[step];
     double sum = targets[position];
-    for (const Term& term : m_system->terms(m_rows[position])) {
+    for (const Cell& term : m_system->terms(m_rows[position])) {
         if (term.column != column)
             sum -= term.coefficient * values[term.column];
     }
@@ -175,7 +175,7 @@ void Factor::deriveBump(std::span<const double> targets, std::vector<double>& va
     for (Index i = m_bumpBegin; i < m_bumpEnd; ++i) {
         const Index position = m_positionOfStep[i];
         double sum = targets[position];
-        for (const Term& term : m_system->terms(m_rows[position])) {
+        for (const Cell& term : m_system->terms(m_rows[position])) {
             if (!isInBump(m_stepOfColumn[term.column]))
                 sum -= term.coefficient * values[term.column];
         }

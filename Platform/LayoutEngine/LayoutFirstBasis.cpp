@@ -71,7 +71,7 @@ void Simplex::chooseFirstBasis()
         if (unknowns[row] != 1)
             continue;
         Index column = none;
-        for (const Term& term : m_system->terms(row)) {
+        for (const Cell& term : m_system->terms(row)) {
             if (!isKnown[term.column])
                 column = term.column;
         }
@@ -79,10 +79,10 @@ void Simplex::chooseFirstBasis()
         m_spot[row] = kinks[row];
         m_basis.push_back(row);
         isKnown[column] = 1;
-        for (const Term& entry : m_system->entries(column)) {
-            if (--unknowns[entry.column] == 1 && strengths[entry.column] != none) {
-                waiting[strengths[entry.column]].push_back(entry.column);
-                level = std::min(level, strengths[entry.column]);
+        for (const Cell& cell : m_system->entries(column)) {
+            if (--unknowns[cell.row] == 1 && strengths[cell.row] != none) {
+                waiting[strengths[cell.row]].push_back(cell.row);
+                level = std::min(level, strengths[cell.row]);
             }
         }
     }
@@ -125,7 +125,7 @@ void Simplex::open(Index column, Index position)
 
 void Simplex::openWeakColumnsOf(Index row)
 {
-    for (const Term& term : m_system->terms(row)) {
+    for (const Cell& term : m_system->terms(row)) {
         const Index own = m_system->ownRow(term.column);
         Index strength = none;
         if (isBasic(own) && m_spot[own] == bestKink(own, strength) && strength >= m_system->firstFreeLevel())
@@ -138,7 +138,7 @@ void Simplex::fillOpenColumns()
     constexpr std::greater<> isWeaker; // of equally strong rows, the higher one
     const auto waitIfLast = [&](Index row) {
         const auto terms = m_system->terms(row);
-        const auto isOpen = [&](const Term& term) { return m_work->openPosition[term.column] != none; };
+        const auto isOpen = [&](const Cell& term) { return m_work->openPosition[term.column] != none; };
         if (std::count_if(terms.begin(), terms.end(), isOpen) != 1)
             return;
         // A row that holds another column already is not free to hold this one.
@@ -152,8 +152,8 @@ void Simplex::fillOpenColumns()
         std::push_heap(m_work->waiting.begin(), m_work->waiting.end(), isWeaker);
     };
     for (const Index column : m_work->open) {
-        for (const Term& entry : m_system->entries(column))
-            waitIfLast(entry.column);
+        for (const Cell& cell : m_system->entries(column))
+            waitIfLast(cell.row);
     }
     for (std::size_t left = m_work->open.size(); left > 0;) {
         std::pop_heap(m_work->waiting.begin(), m_work->waiting.end(), isWeaker);
@@ -161,14 +161,14 @@ void Simplex::fillOpenColumns()
         m_work->waiting.pop_back();
         const auto terms = m_system->terms(row);
         const auto taken = std::find_if(terms.begin(), terms.end(),
-                                        [&](const Term& term) { return m_work->openPosition[term.column] != none; });
+                                        [&](const Cell& term) { return m_work->openPosition[term.column] != none; });
         if (taken == terms.end())
             continue;
         const Index column = taken->column;
         takePlace(row, std::exchange(m_work->openPosition[column], none));
         --left;
-        for (const Term& entry : m_system->entries(column))
-            waitIfLast(entry.column);
+        for (const Cell& cell : m_system->entries(column))
+            waitIfLast(cell.row);
     }
     m_work->waiting.clear();
 }

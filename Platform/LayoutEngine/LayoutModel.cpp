@@ -1,6 +1,7 @@
 #include "LayoutModel.h"
 
 #include "LayoutCheck.h"
+#include "LayoutHash.h"
 
 #include <bit>
 #include <cmath>
@@ -17,15 +18,6 @@ Index take(std::vector<Index>& freeOnes, std::size_t size)
     const Index index = freeOnes.back();
     freeOnes.pop_back();
     return index;
-}
-
-// Mixes as in the finaliser of SplitMix64 (Steele, Lea, Flood, OOPSLA 2014).
-std::uint64_t mixed(std::uint64_t hash, std::uint64_t value)
-{
-    hash = (hash ^ value) + 0x9e3779b97f4a7c15u;
-    hash = (hash ^ (hash >> 30)) * 0xbf58476d1ce4e5b9u;
-    hash = (hash ^ (hash >> 27)) * 0x94d049bb133111ebu;
-    return hash ^ (hash >> 31);
 }
 
 } // namespace

@@ -29,7 +29,6 @@ void Part::build(Model& model, Index number, const std::vector<Index>& variables
     m_classes.assign(columns, none);
     m_priorities.assign(1, layoutPriorityRequired);
     std::size_t terms = 0;
-    std::size_t constraints = 0;
     // 1. Number the columns and rows.
     for (Index column = 0; column < columns; ++column) {
         Variable& variable = model.variables()[m_variables[column]];
@@ -48,16 +47,14 @@ void Part::build(Model& model, Index number, const std::vector<Index>& variables
                 m_classes.push_back(use.formClass);
                 terms += formClass.terms.size();
             }
-            for (const Index constraint : model.constraintsOf(use.formClass)) {
+            for (const Index constraint : model.constraintsOf(use.formClass))
                 addPriority(model.constraints()[constraint].priority);
-                ++constraints;
-            }
         }
     }
     std::sort(m_classes.begin() + columns, m_classes.end());
     // 2. The forms.
     m_system.clear(Index(m_priorities.size()) + 2, 2);
-    m_system.reserve(columns, m_classes.size(), columns + terms, columns + constraints);
+    m_system.reserve(columns, m_classes.size(), columns + terms);
     for (Index column = 0; column < columns; ++column)
         m_system.addColumn();
     for (Index row = columns; row < m_classes.size(); ++row)

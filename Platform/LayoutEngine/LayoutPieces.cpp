@@ -24,12 +24,15 @@ StoredPiece stored(const Piece& piece, double slope)
 
 } // namespace
 
-void storePieces(std::span<const Piece> pieces, std::vector<StoredPiece>& result)
+double storePieces(std::span<const Piece> pieces, std::vector<StoredPiece>& result)
 {
+    double slopeOfPairs = 0.0;
     for (std::size_t i = 0; i < pieces.size(); ++i) {
         const Piece& piece = pieces[i];
-        if (i + 1 < pieces.size() && isPair(piece, pieces[i + 1])) {
-            StoredPiece& pair = result.emplace_back(stored(piece, -piece.left));
+        if (i + 1 < pieces.size() && isPair(piece, pieces[i + 1]) &&
+            (slopeOfPairs == 0.0 || slopeOfPairs == -piece.left)) {
+            slopeOfPairs = -piece.left;
+            StoredPiece& pair = result.emplace_back(stored(piece, 0.0));
             pair.isLeft = pair.isRight = pair.isPair = true;
             ++i;
             continue;
@@ -43,6 +46,7 @@ void storePieces(std::span<const Piece> pieces, std::vector<StoredPiece>& result
         if (piece.right > 0.0 && !isEven)
             result.emplace_back(stored(piece, piece.right)).isRight = true;
     }
+    return slopeOfPairs;
 }
 
 PieceRange PieceRange::ofKink(Index kink) const
@@ -52,7 +56,7 @@ PieceRange PieceRange::ofKink(Index kink) const
     const auto* last = first;
     while (last != m_last && last->kink == kink)
         ++last;
-    return {first, last};
+    return {{first, last}, m_slopeOfPairs};
 }
 
 } // namespace RVCore::LayoutInternal

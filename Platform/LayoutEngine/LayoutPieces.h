@@ -19,10 +19,11 @@ struct Piece {
     friend bool operator==(const Piece&, const Piece&) = default;
 };
 
-// How pieces are kept, since there are dozens for each view: nearly all have one slope, to one side or to both.
+// How pieces are kept: nearly all have one slope, to one side or to both.
 struct StoredPiece {
     double at = 0.0;
-    double slope = 0.0;
+    double slope =
+        0.0; // of a pair, 0: its slope is the row's own, so that rows which differ in nothing else are equal
     Index kink = 0;
     Index level : 29 = 0;
     bool isLeft : 1 = false;
@@ -32,22 +33,23 @@ struct StoredPiece {
 
     friend bool operator==(const StoredPiece&, const StoredPiece&) = default;
 };
-static_assert(sizeof(StoredPiece) == 24, "there are dozens for each view");
 
-// Appends pieces in the form in which they are kept. One with different slopes left and right becomes two.
-void storePieces(std::span<const Piece>, std::vector<StoredPiece>&);
+// Appends pieces in the form in which they are kept; returns the slope of the pairs among them, 0 without any. A
+// piece with different slopes left and right becomes two.
+double storePieces(std::span<const Piece>, std::vector<StoredPiece>&);
 
-// Stored pieces, read as what they stand for.
+// Stored pieces, read as what they stand for in a row whose pairs have a slope.
 class PieceRange {
 public:
     class Iterator {
     public:
-        explicit Iterator(const StoredPiece* stored) : m_stored(stored) {}
+        Iterator(const StoredPiece* stored, double slopeOfPairs) : m_stored(stored), m_slopeOfPairs(slopeOfPairs) {}
         Piece operator*() const
         {
             const bool isRight = m_stored->isPair ? m_isSecond : m_stored->isRight;
-            return {m_stored->at, m_stored->isLeft ? -m_stored->slope : 0.0, isRight ? m_stored->slope : 0.0,
-                    m_stored->kink, m_stored->level + Index(m_isSecond)};
+            const double slope = m_stored->isPair ? m_slopeOfPairs : m_stored->slope;
+            return {m_stored->at, m_stored->isLeft ? -slope : 0.0, isRight ? slope : 0.0, m_stored->kink,
+                    m_stored->level + Index(m_isSecond)};
         }
         Iterator& operator++()
         {
@@ -56,16 +58,23 @@ public:
                 ++m_stored;
             return *this;
         }
-        bool operator==(const Iterator&) const = default;
+        bool operator==(const Iterator& other) const
+        {
+            return m_stored == other.m_stored && m_isSecond == other.m_isSecond;
+        }
 
     private:
         const StoredPiece* m_stored;
+        double m_slopeOfPairs;
         bool m_isSecond = false; // of a pair
     };
 
-    PieceRange(const StoredPiece* first, const StoredPiece* last) : m_first(first), m_last(last) {}
-    Iterator begin() const { return Iterator(m_first); }
-    Iterator end() const { return Iterator(m_last); }
+    PieceRange(std::span<const StoredPiece> stored, double slopeOfPairs)
+        : m_first(stored.data()), m_last(stored.data() + stored.size()), m_slopeOfPairs(slopeOfPairs)
+    {
+    }
+    Iterator begin() const { return {m_first, m_slopeOfPairs}; }
+    Iterator end() const { return {m_last, m_slopeOfPairs}; }
     Index kinkCount() const { return m_first == m_last ? 0 : m_last[-1].kink + 1; }
     PieceRange ofKink(Index kink) const;
     double positionOf(Index kink) const { return ofKink(kink).m_first->at; }
@@ -73,6 +82,7 @@ public:
 private:
     const StoredPiece* m_first;
     const StoredPiece* m_last;
+    double m_slopeOfPairs;
 };
 
 } // namespace RVCore::LayoutInternal

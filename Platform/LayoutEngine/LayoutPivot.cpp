@@ -59,9 +59,9 @@ void Simplex::findRates(Index position, int direction)
         const double rate = m_work->direction[column];
         if (rate == 0.0)
             continue;
-        for (const Term& entry : m_system->entries(column)) {
-            if (!isBasic(entry.column))
-                m_work->rates.add(entry.column, entry.coefficient * rate);
+        for (const Cell& cell : m_system->entries(column)) {
+            if (!isBasic(cell.row))
+                m_work->rates.add(cell.row, cell.coefficient * rate);
         }
     }
     m_smallestRate = smallestRelativeRate * std::max(1.0, m_work->rates.largest());
@@ -199,7 +199,7 @@ bool Simplex::exchange(const Candidate& candidate, const Event& entering, Effort
 
     // 1. The entering row in terms of the basis; its share of the leaving row is the pivot.
     if (entering.row != leaving) {
-        for (const Term& term : m_system->terms(entering.row))
+        for (const Cell& term : m_system->terms(entering.row))
             m_work->byColumn.add(term.column, term.coefficient);
         m_work->alpha.clear();
         m_factor.solveTransposed(m_work->byColumn, m_work->alpha);
@@ -210,7 +210,7 @@ bool Simplex::exchange(const Candidate& candidate, const Event& entering, Effort
     }
 
     // 2. The rows that were passed charge their next slope.
-    Index ownSegment = isRising ? m_spot[leaving] + 1 : m_spot[leaving];
+    Index ownSegment = isRising && m_system->kinkCount(leaving) > 0 ? m_spot[leaving] + 1 : m_spot[leaving];
     const Index enteringBefore = m_spot[entering.row];
     for (const Event& event : m_work->passed) {
         if (event.row == leaving) {

@@ -142,7 +142,7 @@ void Simplex::rowWillBeRemoved(Index row)
 double Simplex::evaluateRow(Index row) const
 {
     double sum = 0.0;
-    for (const Term& term : m_system->terms(row))
+    for (const Cell& term : m_system->terms(row))
         sum += term.coefficient * m_values[term.column];
     return sum;
 }
@@ -190,8 +190,11 @@ Index Simplex::segmentAt(Index row, double value, Index present) const
 // Pass 1.
 void Simplex::moveBasis()
 {
-    for (const Index position : m_affected)
-        m_targets[position] = m_system->kinkPosition(m_basis[position], m_spot[m_basis[position]]);
+    for (const Index position : m_affected) {
+        const Index row = m_basis[position];
+        if (m_system->kinkCount(row) > 0) // one that has come to cost nothing stays until another takes its place
+            m_targets[position] = m_system->kinkPosition(row, m_spot[row]);
+    }
     m_changed.clear();
     m_factor.derive(m_targets, m_affected, m_values, m_changed);
     m_affected.clear();
@@ -227,9 +230,9 @@ bool Simplex::isScaleOutdated() const
 void Simplex::touchRowsOf(std::span<const Index> columns)
 {
     for (const Index column : columns) {
-        for (const Term& entry : m_system->entries(column)) {
-            if (!isBasic(entry.column))
-                m_touchedRows.insert(entry.column);
+        for (const Cell& cell : m_system->entries(column)) {
+            if (!isBasic(cell.row))
+                m_touchedRows.insert(cell.row);
         }
     }
 }

@@ -11,8 +11,8 @@ namespace {
 double product(const System& system, const std::vector<Index>& basis, const std::vector<double>& x, Index row)
 {
     double sum = 0;
-    for (const Term& term : system.terms(basis[row]))
-        sum += term.coefficient * x[term.column];
+    for (const Cell& cell : system.terms(basis[row]))
+        sum += cell.coefficient * x[cell.column];
     return sum;
 }
 
@@ -87,16 +87,16 @@ TEST(LayoutFactor, solvesBothWaysAndAfterExchanges)
             SparseVector columns, alpha;
             columns.resize(size);
             alpha.resize(size);
-            for (const Term& term : system.terms(entering))
-                columns.add(term.column, term.coefficient);
+            for (const Cell& cell : system.terms(entering))
+                columns.add(cell.column, cell.coefficient);
             factor.solveTransposed(columns, alpha);
             std::vector<double> sums(size, 0.0);
             for (const Index position : alpha.indices()) {
-                for (const Term& term : system.terms(basis[position]))
-                    sums[term.column] += alpha[position] * term.coefficient;
+                for (const Cell& cell : system.terms(basis[position]))
+                    sums[cell.column] += alpha[position] * cell.coefficient;
             }
-            for (const Term& term : system.terms(entering))
-                sums[term.column] -= term.coefficient;
+            for (const Cell& cell : system.terms(entering))
+                sums[cell.column] -= cell.coefficient;
             for (const double difference : sums)
                 ASSERT_NEAR(difference, 0.0, 1e-6);
             Index position = 0;

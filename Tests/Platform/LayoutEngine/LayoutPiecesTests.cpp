@@ -22,7 +22,7 @@ std::vector<Piece> read(const PieceRange& range)
 
 PieceRange rangeOf(const std::vector<StoredPiece>& pieces)
 {
-    return {pieces.data(), pieces.data() + pieces.size()};
+    return {pieces, 1.5};
 }
 
 TEST(LayoutPieces, areReadAsTheyWereStored)
@@ -36,6 +36,13 @@ TEST(LayoutPieces, areReadAsTheyWereStored)
 TEST(LayoutPieces, whatAColumnsFreeLevelsChargeIsKeptAsOne)
 {
     EXPECT_EQ(stored({{0, -1.5, 0, 0, 7}, {0, -1.5, 1.5, 0, 8}}).size(), 1u);
+    // The slope is the row's, not the pair's.
+    std::vector<StoredPiece> ofOneRow, ofAnother;
+    EXPECT_EQ(storePieces(std::vector<Piece>{{0, -1.5, 0, 0, 7}, {0, -1.5, 1.5, 0, 8}}, ofOneRow), 1.5);
+    EXPECT_EQ(storePieces(std::vector<Piece>{{0, -1.25, 0, 0, 7}, {0, -1.25, 1.25, 0, 8}}, ofAnother), 1.25);
+    EXPECT_EQ(ofOneRow, ofAnother);
+    // There is one for the row: a pair of another slope is two.
+    EXPECT_EQ(stored({{0, -1.5, 0, 0, 7}, {0, -1.5, 1.5, 0, 8}, {1, -1, 0, 1, 7}, {1, -1, 1, 1, 8}}).size(), 3u);
     // Another slope, another kink, a gap between the levels, or another side: two.
     EXPECT_EQ(stored({{0, -1.5, 0, 0, 7}, {0, -1, 1, 0, 8}}).size(), 2u);
     EXPECT_EQ(stored({{0, -1.5, 0, 0, 7}, {1, -1.5, 1.5, 1, 8}}).size(), 2u);
