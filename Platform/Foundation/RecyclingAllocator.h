@@ -1,6 +1,8 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <functional>
 #include <mutex>
 #include <new>
 #include <utility>
@@ -8,8 +10,10 @@
 namespace RVCore {
 
 // An allocator for single objects that come and go by the thousand: they lie side by side, in the order in which they
-// came, and memory that is given back waits, on its thread, for the next object of the same size. It is never given
-// back to the heap. A class asks for it with `using IsRecycled = std::true_type`.
+// came, and memory that is given back waits, on its thread, for the next object of the same size. What was given back
+// in one go is used again in the order of its addresses, or every time that a tree of objects is taken down and built
+// anew would scatter it some more. It is never given back to the heap. A class asks for it with
+// `using IsRecycled = std::true_type`.
 template <class T> class RecyclingAllocator {
 public:
     using value_type = T;
@@ -50,6 +54,60 @@ private:
     };
     static_assert(alignof(T) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__);
 
+    static bool isBefore(const Place* left, const Place* right) { return std::less<>()(left, right); }
+
+    // Takes the places off the front of a list that are in order, or in the opposite one, and puts them in order.
+    static Place* takeRun(Place*& list)
+    {
+        Place* first = list;
+        Place* last = list;
+        list = list->next;
+        if (list && isBefore(list, first)) {
+            while (list && isBefore(list, first)) {
+                Place* place = std::exchange(list, list->next);
+                place->next = std::exchange(first, place);
+            }
+        } else {
+            while (list && isBefore(last, list)) {
+                last = last->next = list;
+                list = list->next;
+            }
+        }
+        last->next = nullptr;
+        return first;
+    }
+
+    static Place* merged(Place* left, Place* right)
+    {
+        Place* result = nullptr;
+        Place** end = &result;
+        while (left && right) {
+            Place*& lower = isBefore(left, right) ? left : right;
+            *end = lower;
+            end = &lower->next;
+            lower = lower->next;
+        }
+        *end = left ? left : right;
+        return result;
+    }
+
+    // Merges runs, of which there mostly are few: objects tend to go in the order in which they came.
+    static Place* sorted(Place* list)
+    {
+        std::array<Place*, 64> merges{}; // of 1, 2, 4 … runs
+        while (list) {
+            Place* run = takeRun(list);
+            std::size_t size = 0;
+            for (; merges[size]; ++size)
+                run = merged(std::exchange(merges[size], nullptr), run);
+            merges[size] = run;
+        }
+        Place* result = nullptr;
+        for (Place* merge : merges)
+            result = merged(merge, result);
+        return result;
+    }
+
     // What threads that have ended leave to the others.
     struct Abandoned {
         inline static std::mutex mutex;
@@ -69,6 +127,7 @@ private:
 
     struct Waiting {
         Place* first = nullptr;
+        Place* given = nullptr; // back since the last object was made, the latest first
         Place* fresh = nullptr; // from here on nothing was used yet
         Place* endOfFresh = nullptr;
         // Objects that outlive their thread's list, as those in static variables do, are left to the others at once.
@@ -81,13 +140,23 @@ private:
         }
         Place* take()
         {
+            if (given)
+                sortGiven();
             if (first)
                 return std::exchange(first, first->next);
             if (fresh == endOfFresh && !refill())
                 return std::exchange(first, first->next);
             return fresh++;
         }
-        void add(Place* place) { place->next = std::exchange(first, place); }
+        void add(Place* place) { place->next = std::exchange(given, place); }
+        void sortGiven()
+        {
+            Place* last = nullptr;
+            Place* places = sorted(std::exchange(given, nullptr));
+            for (Place* place = places; place; place = place->next)
+                last = place;
+            last->next = std::exchange(first, places);
+        }
         // True when there are fresh places now, false when there are used ones.
         bool refill()
         {
@@ -105,6 +174,8 @@ private:
             isGone = true;
             while (fresh != endOfFresh)
                 add(fresh++);
+            if (given)
+                sortGiven();
             if (!first)
                 return;
             Place* last = first;

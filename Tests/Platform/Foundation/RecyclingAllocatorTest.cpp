@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <memory>
+#include <random>
 #include <thread>
 
 namespace RVCore {
@@ -25,6 +27,33 @@ TEST(RecyclingAllocator, WhatIsGivenBackServesTheNextObject)
     Record* second = allocator.allocate(1);
     EXPECT_EQ(second, first);
     allocator.deallocate(second, 1);
+}
+
+TEST(RecyclingAllocator, WhatIsGivenBackInAnyOrderIsUsedInThatOfItsAddresses)
+{
+    struct Entry {
+        int numbers[4];
+    };
+    RecyclingAllocator<Entry> allocator;
+    std::array<Entry*, 200> entries{};
+    for (Entry*& entry : entries)
+        entry = allocator.allocate(1);
+    std::sort(entries.begin(), entries.end(), std::less<>());
+    auto shuffled = entries;
+    std::mt19937 random(1);
+    for (int round = 0; round < 20; ++round) {
+        if (round % 3 == 1)
+            std::reverse(shuffled.begin(), shuffled.end());
+        else if (round % 3 == 2)
+            std::shuffle(shuffled.begin(), shuffled.end(), random);
+        for (Entry* entry : shuffled)
+            allocator.deallocate(entry, 1);
+        for (Entry*& entry : shuffled)
+            entry = allocator.allocate(1);
+        EXPECT_EQ(shuffled, entries);
+    }
+    for (Entry* entry : entries)
+        allocator.deallocate(entry, 1);
 }
 
 TEST(RecyclingAllocator, WhatAThreadLeavesServesAnotherOne)
