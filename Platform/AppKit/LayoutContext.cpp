@@ -200,7 +200,7 @@ void LayoutContext::sortByActivation(std::vector<NSLayoutConstraint*>& constrain
     order.reserve(constraints.size());
     for (NSLayoutConstraint* constraint : constraints)
         order.emplace_back(constraint->bookkeeping({}).activation, constraint);
-    std::sort(order.begin(), order.end());
+    std::stable_sort(order.begin(), order.end()); // by merging, for what each view holds is in order already
     std::transform(order.begin(), order.end(), constraints.begin(), [](const auto& entry) { return entry.second; });
 }
 

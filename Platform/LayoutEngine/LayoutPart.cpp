@@ -2,6 +2,7 @@
 
 #include "LayoutProfile.h"
 
+#include <algorithm>
 #include <functional>
 
 namespace RVCore::LayoutInternal {
@@ -51,7 +52,7 @@ void Part::build(Model& model, Index number, const std::vector<Index>& variables
                 addPriority(model.constraints()[constraint].priority);
         }
     }
-    std::sort(m_classes.begin() + columns, m_classes.end());
+    std::stable_sort(m_classes.begin() + columns, m_classes.end()); // by merging, for they mostly are in order
     // 2. The forms.
     m_system.clear(Index(m_priorities.size()) + 2, 2);
     m_system.reserve(columns, m_classes.size(), columns + terms);
