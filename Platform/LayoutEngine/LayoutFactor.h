@@ -37,7 +37,7 @@ public:
     std::size_t exchangeCount() const { return m_exchanges.size(); }
     bool hasLongExchanges() const { return m_exchangeTerms.size() > 8 * std::size_t(m_size) + 1000; }
 
-    // Derives the values again from the targets of the positions in `affected` onward, and lists each column
+    // Derives the values again from the targets, by row, of the positions in `affected` onward, and lists each column
     // whose value is another one than before. Needs a matrix without exchanges. The result has no memory:
     // it is to the bit what deriving everything gives.
     void derive(std::span<const double> targets, std::span<const Index> affected, std::vector<double>& values,

@@ -161,7 +161,7 @@ void Factor::deriveStep(Index step, std::span<const double> targets, std::vector
 {
     const Index position = m_positionOfStep[step];
     const Index column = m_columnOfStep[step];
-    double sum = targets[position];
+    double sum = targets[m_rows[position]];
     for (const Cell& term : m_system->terms(m_rows[position])) {
         if (term.column != column)
             sum -= term.coefficient * values[term.column];
@@ -174,7 +174,7 @@ void Factor::deriveBump(std::span<const double> targets, std::vector<double>& va
     m_bumpWork.clear();
     for (Index i = m_bumpBegin; i < m_bumpEnd; ++i) {
         const Index position = m_positionOfStep[i];
-        double sum = targets[position];
+        double sum = targets[m_rows[position]];
         for (const Cell& term : m_system->terms(m_rows[position])) {
             if (!isInBump(m_stepOfColumn[term.column]))
                 sum -= term.coefficient * values[term.column];

@@ -16,7 +16,7 @@ struct ClassUse {
     std::uint32_t hash = 0; // a part of the class's
 };
 
-struct Variable {
+struct alignas(64) Variable {
     std::uint64_t owner = 0;
     double value = 0.0;
     Index part = none;
@@ -43,7 +43,7 @@ static_assert(sizeof(Constraint) == 48, "there are a dozen for each view");
 
 // All constraints over the same linear form, up to scale. They share one row of a System. The largest
 // coefficient of the form is 1.
-struct FormClass {
+struct alignas(64) FormClass {
     InlineList<Term, 3> terms; // `column` is the variable; in ascending order
     Index last = none;         // its newest constraint, the end of a ring; none without any
     Index part = none;
@@ -53,7 +53,7 @@ struct FormClass {
 
     bool hasConstraints() const { return last != none; }
 };
-static_assert(sizeof(FormClass) == 72, "there are half a dozen for each view");
+static_assert(sizeof(FormClass) == 64, "there are half a dozen for each view: one line of the cache each");
 
 // The numbers of a class's constraints, in order of installation.
 class ConstraintRing {

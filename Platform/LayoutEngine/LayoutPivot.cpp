@@ -185,7 +185,7 @@ void Simplex::holdAt(Index position, Index kink)
 {
     const Index row = m_basis[position];
     m_spot[row] = kink;
-    m_targets[position] = m_system->kinkPosition(row, kink);
+    m_rowValues[row] = m_system->kinkPosition(row, kink);
     m_touchedPositions.insert(position);
     m_suspects.insert(row);
 }
@@ -260,7 +260,7 @@ bool Simplex::exchange(const Candidate& candidate, const Event& entering, Effort
 
     // 4. The basis itself.
     m_factor.exchange(position, m_work->alpha);
-    m_rowValues[leaving] = m_targets[position] + entering.distance * candidate.direction;
+    m_rowValues[leaving] += entering.distance * candidate.direction;
     m_place[leaving] = none;
     m_spot[leaving] = ownSegment;
     m_basis[position] = entering.row;

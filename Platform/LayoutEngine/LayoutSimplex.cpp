@@ -25,6 +25,25 @@ void SimplexWork::fit(Index columns, Index rows, Index levels)
     }
 }
 
+void SimplexWork::releaseBuffers()
+{
+    for (SparseVector* vector : {&byPosition, &byColumn, &direction, &alpha, &rates})
+        vector->releaseIndices();
+    releaseIfEmpty(candidates);
+    releaseIfEmpty(events, passed);
+}
+
+void Simplex::releaseBuffers()
+{
+    m_work->releaseBuffers();
+    for (IndexSet* set : {&m_freePositions, &m_touchedPositions, &m_moved, &m_touchedRows, &m_suspects})
+        set->releaseIndices();
+    releaseIfEmpty(m_affected);
+    std::vector<Index>().swap(m_changed);
+    for (std::vector<Term>& changes : m_slopeChanges)
+        releaseIfEmpty(changes);
+}
+
 void Simplex::start(System& system)
 {
     m_system = &system;
@@ -56,7 +75,6 @@ void Simplex::start(System& system)
     m_scaleColumn = none;
     m_priceScale = m_slopeScale;
     chooseFirstBasis();
-    m_targets.resize(columns);
     m_isDirty = true;
 }
 
@@ -109,7 +127,6 @@ void Simplex::columnAdded(Index column)
     m_place[row] = column;
     m_spot[row] = bestKink(row, strength);
     m_basis.push_back(row);
-    m_targets.push_back(0.0);
     m_values.push_back(0.0);
     for (IndexSet* set : {&m_freePositions, &m_touchedPositions, &m_moved})
         set->grow(m_basis.size());
@@ -145,11 +162,6 @@ double Simplex::evaluateRow(Index row) const
     for (const Cell& term : m_system->terms(row))
         sum += term.coefficient * m_values[term.column];
     return sum;
-}
-
-double Simplex::rowValue(Index row) const
-{
-    return isBasic(row) ? m_targets[m_place[row]] : m_rowValues[row];
 }
 
 // Of the segments on both sides of a kink the one that charges at the lower level; the left one when equal.
@@ -193,10 +205,10 @@ void Simplex::moveBasis()
     for (const Index position : m_affected) {
         const Index row = m_basis[position];
         if (m_system->kinkCount(row) > 0) // one that has come to cost nothing stays until another takes its place
-            m_targets[position] = m_system->kinkPosition(row, m_spot[row]);
+            m_rowValues[row] = m_system->kinkPosition(row, m_spot[row]);
     }
     m_changed.clear();
-    m_factor.derive(m_targets, m_affected, m_values, m_changed);
+    m_factor.derive(m_rowValues, m_affected, m_values, m_changed);
     m_affected.clear();
     for (const Index column : m_changed) {
         m_moved.insert(column);

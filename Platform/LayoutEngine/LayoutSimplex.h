@@ -32,6 +32,7 @@ struct SimplexWork {
 
     // Before a run on a system of this size.
     void fit(Index columns, Index rows, Index levels);
+    void releaseBuffers();
 
     SparseVector upSums, downSums; // by level
     SparseVector byPosition, byColumn, direction, alpha;
@@ -84,6 +85,8 @@ public:
     void rowWillBeRemoved(Index row);
     // False when the iteration limit ended it.
     bool run(Effort&);
+    // After the run that follows start(): lists as long as it needed them are not needed again soon.
+    void releaseBuffers();
 
     double value(Index column) const { return m_values[column]; }
     // Columns whose value may have changed since the last forgetMoves().
@@ -103,7 +106,7 @@ public:
     Index positionOf(Index row) const { return m_place[row]; }
     // The kink that a basic row is held at, the segment of another row.
     Index spot(Index row) const { return m_spot[row]; }
-    double rowValue(Index row) const;
+    double rowValue(Index row) const { return m_rowValues[row]; }
     double tolerance() const { return 1e-13 * m_scale + 1e-10; }
     // Basic rows that a column's value depends on, in order of derivation.
     std::vector<Index> holdingRows(Index column);
@@ -176,9 +179,8 @@ private:
     std::vector<Index> m_basis;      // row by position
     std::vector<Index> m_place;      // position by row, none outside the basis
     std::vector<Index> m_spot;       // by row: kink of a basic row, segment of another
-    std::vector<double> m_targets;   // by position: position of the kink
     std::vector<double> m_values;    // by column
-    std::vector<double> m_rowValues; // by row outside the basis
+    std::vector<double> m_rowValues; // by row; of a basic one, the position of its kink
     double m_scale = 1.0;            // largest magnitude of a value since the last refresh()
     Index m_scaleColumn = none;      // that had it
 

@@ -279,11 +279,14 @@ void Solver::runParts()
         if (m_parts[index]->isEmpty() || !m_parts[index]->needsRun())
             continue;
         Part& part = *m_parts[index];
+        const bool wasNew = part.isNew();
         Effort effort;
         part.run(effort);
         settleConflicts(part, effort);
         countEffort(effort);
         collectChanges(part);
+        if (wasNew)
+            part.simplex().releaseBuffers();
     }
     m_touchedParts.clear();
 }

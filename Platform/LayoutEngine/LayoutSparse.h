@@ -20,6 +20,12 @@ template <typename T> void makeRoom(std::vector<T>& vector, std::size_t more)
         vector.reserve(vector.size() + std::max(more, vector.size() / 4));
 }
 
+// Gives back the memory of lists that are empty: what only a build fills should not wait for the next one.
+template <typename... T> void releaseIfEmpty(std::vector<T>&... lists)
+{
+    ((lists.empty() ? std::vector<T>().swap(lists) : void()), ...);
+}
+
 // A sum that is exactly zero where the summands cancel but for rounding. What is left of a cancellation would be
 // taken for a small amount later, and small amounts count.
 inline double sum(double a, double b, double rounding)
@@ -70,6 +76,7 @@ public:
         }
         m_indices.clear();
     }
+    void releaseIndices() { releaseIfEmpty(m_indices); }
     double operator[](Index index) const { return m_values[index]; }
     const std::vector<Index>& indices() const { return m_indices; }
     double largest() const
@@ -108,6 +115,7 @@ public:
             m_marks[index] = 0;
         m_indices.clear();
     }
+    void releaseIndices() { releaseIfEmpty(m_indices); }
     bool contains(Index index) const { return m_marks[index] != 0; }
     bool isEmpty() const { return m_indices.empty(); }
     const std::vector<Index>& indices() const { return m_indices; }

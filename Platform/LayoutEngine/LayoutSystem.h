@@ -8,7 +8,8 @@
 
 namespace RVCore::LayoutInternal {
 
-struct Term {
+// Packed, since there are dozens for each view.
+struct [[gnu::packed, gnu::aligned(4)]] Term {
     Index column = 0;
     double coefficient = 0.0;
 

@@ -132,20 +132,23 @@ TEST(LayoutFactor, derivingAPartGivesTheBitsOfDerivingAll)
         const Index size = 2 + Index(random() % 40);
         const System system = makeRandom(random, size);
         std::vector<Index> basis, all;
-        std::vector<double> targets;
+        std::vector<double> targets; // by row
         for (Index i = 0; i < size; ++i) {
             basis.push_back(size + i);
             all.push_back(i);
-            targets.push_back(double(random() % 1000) / 7);
         }
+        for (Index row = 0; row < system.rowCount(); ++row)
+            targets.push_back(double(random() % 1000) / 7);
         Factor factor;
         std::vector<Factor::Repair> repairs;
         factor.factor(system, basis, repairs);
+        for (const Factor::Repair& repair : repairs)
+            basis[repair.position] = repair.column;
         std::vector<double> values(size, 0.0);
         std::vector<Index> changed;
         factor.derive(targets, all, values, changed);
         const Index moved = Index(random() % size);
-        targets[moved] += 1.0 / 3;
+        targets[basis[moved]] += 1.0 / 3;
         const std::vector<double> before = values;
         changed.clear();
         factor.derive(targets, std::vector<Index>{moved}, values, changed);
