@@ -10,12 +10,9 @@ namespace RVCore {
 
 namespace {
 
-constexpr EdgeInsets bezelInsets{.top = 4, .left = 6, .bottom = 4, .right = 6};
 constexpr EdgeInsets borderInsets{.top = 2, .left = 3, .bottom = 2, .right = 3};
-constexpr CGFloat bezelRadius = 5;
-constexpr CGFloat focusWidth = 2;
+constexpr CGFloat bezelRadius = 2; // of the ground, which must not show around the frame's corners
 constexpr CGColor frameColor{0.7, 0.7, 0.72, 1};
-constexpr CGColor focusColor{0.2, 0.5, 0.9, 1};
 
 // How much of the text's colour is left.
 constexpr double placeholderOpacity = 0.45;
@@ -34,8 +31,14 @@ CGColor faded(CGColor color, double opacity)
 
 EdgeInsets NSTextField::textInsets() const
 {
-    if (m_isBezeled)
-        return bezelInsets;
+    if (m_isBezeled) {
+        const CGSize around =
+            Backend::shared().controlLook().sizeForContent(describeControl(ControlKind::textField), {});
+        return {.top = around.height / 2,
+                .left = around.width / 2,
+                .bottom = around.height / 2,
+                .right = around.width / 2};
+    }
     if (m_isBordered)
         return borderInsets;
     return {};
@@ -105,9 +108,9 @@ void NSTextField::drawFrame(Canvas& canvas) const
     const RoundedRect shape{bounds(), m_isBezeled ? bezelRadius : 0};
     if (m_drawsBackground && m_backgroundColor.alpha > 0)
         canvas.fill(shape, m_backgroundColor);
-    if (m_isBezeled && hasKeyboardFocus())
-        canvas.strokeInside(shape, focusWidth, focusColor);
-    else if (m_isBezeled || m_isBordered)
+    if (m_isBezeled)
+        canvas.drawControl(describeControl(ControlKind::textField), bounds());
+    else if (m_isBordered)
         canvas.strokeInside(shape, 1, frameColor);
 }
 

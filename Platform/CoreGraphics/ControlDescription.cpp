@@ -16,6 +16,8 @@ std::string nameOf(ControlKind kind)
         return "radio button";
     case ControlKind::progressBar:
         return "progress bar";
+    case ControlKind::textField:
+        return "text field";
     case ControlKind::focusRing:
         return "focus ring";
     case ControlKind::toolbar:

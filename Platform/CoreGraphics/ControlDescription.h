@@ -10,6 +10,7 @@ enum class ControlKind : std::uint8_t {
     checkBox,    // the box, with the content beside it
     radioButton, // the circle, with the content beside it
     progressBar, // no content
+    textField,   // the frame around the text; the ground inside is the field's own
     focusRing,   // around whatever has no focus ring of its own; no content
     toolbar,     // the ground that tool buttons stand on; no content
     toolButton   // a push button that is flat until the pointer is over it

@@ -14,6 +14,8 @@ constexpr CGFloat toolButtonMarginX = 6;
 constexpr CGFloat indicatorSide = 14;
 constexpr CGFloat indicatorGap = 4;
 constexpr CGFloat barHeight = 12;
+constexpr CGFloat fieldMarginX = 6;
+constexpr CGFloat fieldMarginY = 4;
 
 constexpr CGColor black{0, 0, 0, 1};
 constexpr CGColor white{1, 1, 1, 1};
@@ -48,6 +50,8 @@ CGSize HeadlessControlLook::sizeForContent(const ControlDescription& control, CG
         size = {indicatorSide + gap + size.width, std::max(indicatorSide, size.height)};
     } else if (control.kind == ControlKind::progressBar) {
         size = {0, barHeight};
+    } else if (control.kind == ControlKind::textField) {
+        size = {size.width + 2 * fieldMarginX, size.height + 2 * fieldMarginY};
     }
     return size;
 }
@@ -57,6 +61,9 @@ CGRect HeadlessControlLook::contentRect(const ControlDescription& control, CGSiz
     if (isButton(control))
         return {marginX(control), buttonMarginY, std::max(0.0, size.width - 2 * marginX(control)),
                 std::max(0.0, size.height - 2 * buttonMarginY)};
+    if (control.kind == ControlKind::textField)
+        return {fieldMarginX, fieldMarginY, std::max(0.0, size.width - 2 * fieldMarginX),
+                std::max(0.0, size.height - 2 * fieldMarginY)};
     if (hasIndicator(control))
         return {indicatorSide + indicatorGap, 0, std::max(0.0, size.width - indicatorSide - indicatorGap),
                 size.height};

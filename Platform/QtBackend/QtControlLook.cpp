@@ -119,6 +119,17 @@ QStyleOptionToolButton toolButtonOption(const ControlDescription& control, const
     return option;
 }
 
+QStyleOptionFrame fieldOption(const ControlDescription& control, const QRect& rect, const QImage& device)
+{
+    QStyleOptionFrame option;
+    fillOption(option, control, rect, device);
+    option.lineWidth = style().pixelMetric(QStyle::PM_DefaultFrameWidth, &option);
+    option.state |= QStyle::State_Sunken;
+    // Styles leave it to the field to look as if it had the keyboard only where it does.
+    option.state.setFlag(QStyle::State_HasFocus, control.hasFocus && control.isWindowActive);
+    return option;
+}
+
 QImage makeDevice(const QSize& size, CGFloat dotsPerInch)
 {
     QImage image(size, QImage::Format_ARGB32_Premultiplied);
@@ -142,6 +153,20 @@ QSize toolButtonMargins()
     const QStyleOptionToolButton option = toolButtonOption({}, {}, standardDevice());
     const QSize margins = style().sizeFromContents(QStyle::CT_ToolButton, &option, {0, 0}, nullptr);
     return margins.expandedTo({smallestToolButtonMargin, 0});
+}
+
+// What the style puts around the text of a field, on both sides together, and the air that its text keeps from that
+// (as Qt's own fields have it: QLineEdit, 2 points at the sides, 1 above and below).
+QSize fieldMargins()
+{
+    const QStyleOptionFrame option = fieldOption({}, {}, standardDevice());
+    return style().sizeFromContents(QStyle::CT_LineEdit, &option, {2 * 2, 2 * 1}, nullptr);
+}
+
+QRect without(const QSize& margins, const QRect& rect)
+{
+    const QPoint topLeft(margins.width() / 2, margins.height() / 2);
+    return {rect.topLeft() + topLeft, rect.size() - margins};
 }
 
 QSize wholeSize(CGSize size)
@@ -225,6 +250,13 @@ void drawToolButton(QPainter& painter, const ControlDescription& control, const 
     style().drawComplexControl(QStyle::CC_ToolButton, &option, &painter);
 }
 
+// What fills it is the field's own.
+void drawField(QPainter& painter, const ControlDescription& control, const QRect& rect, const QImage& device)
+{
+    const QStyleOptionFrame option = fieldOption(control, rect, device);
+    style().drawPrimitive(QStyle::PE_FrameLineEdit, &option, &painter);
+}
+
 void drawWithStyle(QPainter& painter, const ControlDescription& control, const QRect& rect, const QImage& device)
 {
     switch (control.kind) {
@@ -235,6 +267,8 @@ void drawWithStyle(QPainter& painter, const ControlDescription& control, const Q
         return drawIndicator(painter, control, rect, device);
     case ControlKind::progressBar:
         return drawProgressBar(painter, control, rect, device);
+    case ControlKind::textField:
+        return drawField(painter, control, rect, device);
     case ControlKind::focusRing:
         return drawFocusRing(painter, control, rect, device);
     case ControlKind::toolbar:
@@ -283,6 +317,8 @@ CGSize QtControlLook::sizeForContent(const ControlDescription& control, CGSize c
         return sizeOf(QStyle::CT_RadioButton);
     case ControlKind::progressBar:
         return {0, static_cast<CGFloat>(style().pixelMetric(QStyle::PM_IndicatorHeight, &option))};
+    case ControlKind::textField:
+        return fromQSize(inside + fieldMargins());
     case ControlKind::toolButton:
         return fromQSize(inside + toolButtonMargins());
     case ControlKind::focusRing:
@@ -310,12 +346,12 @@ CGRect QtControlLook::contentRect(const ControlDescription& control, CGSize size
     case ControlKind::radioButton:
         inside = style().subElementRect(QStyle::SE_RadioButtonContents, &option);
         break;
-    case ControlKind::toolButton: {
-        const QSize margins = toolButtonMargins();
-        inside = rect.adjusted(margins.width() / 2, margins.height() / 2, margins.width() / 2 - margins.width(),
-                               margins.height() / 2 - margins.height());
+    case ControlKind::textField:
+        inside = without(fieldMargins(), rect);
         break;
-    }
+    case ControlKind::toolButton:
+        inside = without(toolButtonMargins(), rect);
+        break;
     case ControlKind::progressBar:
     case ControlKind::focusRing:
     case ControlKind::toolbar:

@@ -228,8 +228,8 @@ TEST(NSTextField, DrawsGroundBezelAndText)
 {
     const auto editable = typedField("text");
     editable->setTextColor(makeColor(0, 0, 0));
-    EXPECT_EQ(drawn(*editable), "fill (0, 0) 112 × 21 radius 5 rgba(1, 1, 1, 1)\n"
-                                "stroke (0, 0) 112 × 21 radius 5 width 1 rgba(0.7, 0.7, 0.72, 1)\n"
+    EXPECT_EQ(drawn(*editable), "fill (0, 0) 112 × 21 radius 2 rgba(1, 1, 1, 1)\n"
+                                "text field in (0, 0) 112 × 21\n"
                                 "text \"text\" system 10 rgba(0, 0, 0, 1) in (6, 4) 100 × 13\n");
     editable->setBezeled(false);
     editable->setBordered(true);
@@ -280,8 +280,8 @@ TEST(NSTextField, AFieldThatIsEditedHasAFocusRingAndLeavesItsTextToTheEditor)
     window->contentView()->addSubview(editable);
     window->makeFirstResponder(editable.get());
     editable->setSelectedRange({4, 0});
-    EXPECT_EQ(drawn(*editable), "fill (0, 0) 112 × 21 radius 5 rgba(1, 1, 1, 1)\n"
-                                "stroke (0, 0) 112 × 21 radius 5 width 2 rgba(0.2, 0.5, 0.9, 1)\n"
+    EXPECT_EQ(drawn(*editable), "fill (0, 0) 112 × 21 radius 2 rgba(1, 1, 1, 1)\n"
+                                "text field, focused, in the background in (0, 0) 112 × 21\n"
                                 "save\n"
                                 "  clip (6, 4) 100 × 13\n"
                                 "  text \"text\" system 10 rgba(0, 0, 0, 1) in (6, 4) 100 × 13\n"

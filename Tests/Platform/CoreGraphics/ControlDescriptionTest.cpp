@@ -31,6 +31,8 @@ TEST(ControlDescription, NamesEveryKind)
     EXPECT_EQ(describe(control), "toolbar");
     control.kind = ControlKind::toolButton;
     EXPECT_EQ(describe(control), "tool button");
+    control.kind = ControlKind::textField;
+    EXPECT_EQ(describe(control), "text field");
     control.kind = ControlKind::progressBar;
     control.progress = 0.25;
     EXPECT_EQ(describe(control), "progress bar 0.25");

@@ -41,6 +41,12 @@ TEST(HeadlessControlLook, ASignStandsBeforeTheContent)
     }
 }
 
+TEST(HeadlessControlLook, AFieldHasAMarginAroundItsText)
+{
+    EXPECT_EQ(look().sizeForContent(control(ControlKind::textField), {20, 17}), (CGSize{32, 25}));
+    EXPECT_EQ(look().contentRect(control(ControlKind::textField), {32, 25}), CGRect(6, 4, 20, 17));
+}
+
 TEST(HeadlessControlLook, AToolButtonIsAsWideAsItsContentAsks)
 {
     EXPECT_EQ(look().sizeForContent(control(ControlKind::toolButton), {20, 17}), (CGSize{32, 25}));

@@ -10,7 +10,7 @@ namespace {
 
 constexpr ControlKind everyKind[] = {ControlKind::pushButton,  ControlKind::checkBox,  ControlKind::radioButton,
                                      ControlKind::progressBar, ControlKind::focusRing, ControlKind::toolbar,
-                                     ControlKind::toolButton};
+                                     ControlKind::toolButton,  ControlKind::textField};
 
 ControlDescription control(ControlKind kind)
 {
@@ -33,8 +33,8 @@ QImage drawn(const ControlDescription& description, const CGRect& rect = {10, 10
 
 TEST(QtControlLook, HasRoomForItsContent)
 {
-    for (const ControlKind kind :
-         {ControlKind::pushButton, ControlKind::checkBox, ControlKind::radioButton, ControlKind::toolButton}) {
+    for (const ControlKind kind : {ControlKind::pushButton, ControlKind::checkBox, ControlKind::radioButton,
+                                   ControlKind::toolButton, ControlKind::textField}) {
         for (const CGSize content : {CGSize{200, 16}, CGSize{30, 40}, CGSize{99.5, 17.25}}) {
             const CGSize size = look().sizeForContent(control(kind), content);
             const CGRect room = look().contentRect(control(kind), size);
@@ -82,6 +82,20 @@ TEST(QtControlLook, EveryStateLooksDifferent)
     EXPECT_TRUE(differs(ControlKind::progressBar, [](auto& c) { c.progress = 0.75; }));
     EXPECT_TRUE(differs(ControlKind::progressBar, [](auto& c) { c.isIndeterminate = true; }));
     EXPECT_FALSE(inkBounds(drawn(control(ControlKind::focusRing))).isEmpty());
+}
+
+TEST(QtControlLook, AFieldIsAFrameThatShowsTheFocusOnlyWhileItsWindowHasTheKeys)
+{
+    ControlDescription field = control(ControlKind::textField);
+    const QImage plain = drawn(field);
+    EXPECT_EQ(inkBounds(plain), QRect(10, 10, 80, 24));
+    EXPECT_EQ(qAlpha(plain.pixel(50, 22)), 0) << "the ground is the field's own";
+    field.hasFocus = true;
+    EXPECT_GT(largestDifference(plain, drawn(field)), 2);
+    field.isWindowActive = false;
+    const QImage behind = drawn(field);
+    field.hasFocus = false;
+    EXPECT_EQ(largestDifference(behind, drawn(field)), 0);
 }
 
 TEST(QtControlLook, AToolButtonIsFlatUntilThePointerIsOverIt)
