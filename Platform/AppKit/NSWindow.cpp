@@ -411,4 +411,11 @@ void NSWindow::paint(Canvas& canvas)
     }
 }
 
+void NSWindow::writePicture(const std::string& path, CGFloat scale)
+{
+    const auto alive = shared(*this);
+    layoutIfNeeded();
+    Backend::shared().writePicture(path, areaSize(), scale, [this](Canvas& canvas) { paint(canvas); });
+}
+
 } // namespace RVCore

@@ -146,6 +146,9 @@ public:
 
     // Brings layout up to date now, rather than before the next frame.
     void layoutIfNeeded();
+    // Writes what the window shows, toolbar and content, as a PNG file, `scale` pixels to a point; it need not be on
+    // the screen. Raises NSInvalidArgumentException when the file cannot be written (see Backend::writePicture).
+    void writePicture(const std::string& path, CGFloat scale);
 
     // For AppKit's own classes: what happens in the content.
     void contentNeedsFrame(AppKitKey);
