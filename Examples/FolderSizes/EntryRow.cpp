@@ -1,3 +1,4 @@
+#include <FolderSizes/Colors.h>
 #include <FolderSizes/EntryRow.h>
 #include <FolderSizes/SizeText.h>
 
@@ -32,12 +33,12 @@ void EntryRow::init()
     m_name = makeCellText(NSTextAlignment::left, systemFontOfSize(13));
     m_name->setLineBreakMode(NSLineBreakMode::wordWrapping);
     m_kind = makeCellText(NSTextAlignment::left, systemFontOfSize(13));
-    m_kind->setTextColor(makeColor(0.40, 0.42, 0.46));
+    m_kind->setTextColor(secondaryTextColor());
     m_kind->setLineBreakMode(NSLineBreakMode::truncatingTail);
     m_size = makeCellText(NSTextAlignment::right, monospacedDigitSystemFontOfSize(13));
     m_bar = make<ProportionalBar>();
     m_share = makeCellText(NSTextAlignment::right, monospacedDigitSystemFontOfSize(13));
-    m_share->setTextColor(makeColor(0.40, 0.42, 0.46));
+    m_share->setTextColor(secondaryTextColor());
 
     Views cells;
     for (const std::shared_ptr<NSView>& content : Views{m_name, m_kind, m_size, m_bar, m_share}) {

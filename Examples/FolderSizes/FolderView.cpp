@@ -1,3 +1,4 @@
+#include <FolderSizes/Colors.h>
 #include <FolderSizes/FolderView.h>
 #include <FolderSizes/SizeText.h>
 
@@ -17,16 +18,21 @@ std::shared_ptr<NSView> makeLine()
 {
     auto line = make<RVSpacerView>(CGSize{1, 1});
     line->setContentHuggingPriority(RVLayoutPriorityDefaultLow, NSLayoutConstraintOrientation::horizontal);
-    setBackgroundColor(*line, makeColor(0.85, 0.86, 0.88));
+    setBackgroundColor(*line, lineColor());
     return line;
 }
 
-std::shared_ptr<NSTextField> makeText(const std::string& string, const std::shared_ptr<NSFont>& font,
-                                      const std::shared_ptr<NSColor>& color)
+std::shared_ptr<NSTextField> makeText(const std::string& string, const std::shared_ptr<NSFont>& font)
 {
     auto text = makeLabel(string);
     text->setFont(font);
-    text->setTextColor(color);
+    return text;
+}
+
+std::shared_ptr<NSTextField> makeSecondaryText(const std::string& string, const std::shared_ptr<NSFont>& font)
+{
+    auto text = makeText(string, font);
+    text->setTextColor(secondaryTextColor());
     return text;
 }
 
@@ -94,11 +100,11 @@ void FolderView::init(const FolderListing& listing, std::size_t rowLimit)
 
 std::shared_ptr<NSView> FolderView::makeTitle(const FolderListing& listing) const
 {
-    auto name = makeText(folderName(listing), boldSystemFontOfSize(20), makeColor(0.11, 0.11, 0.12));
+    auto name = makeText(folderName(listing), boldSystemFontOfSize(20));
     name->setLineBreakMode(NSLineBreakMode::truncatingMiddle);
-    auto contents = makeText(contentsText(listing), systemFontOfSize(12), makeColor(0.40, 0.42, 0.46));
+    auto contents = makeSecondaryText(contentsText(listing), systemFontOfSize(12));
     contents->setLineBreakMode(NSLineBreakMode::truncatingTail);
-    auto size = makeText(sizeText(listing.totalSize), boldSystemFontOfSize(20), makeColor(0.11, 0.11, 0.12));
+    auto size = makeText(sizeText(listing.totalSize), boldSystemFontOfSize(20));
     auto texts = makeGroupView({name, contents}, {.orientation = RVGroupView::Orientation::vertical,
                                                   .spacing = 2,
                                                   .alignment = RVGroupView::Edge::fillParent(),
@@ -127,7 +133,7 @@ std::shared_ptr<RVGroupView> FolderView::makeHeadings()
                                                        {"Share", NSTextAlignment::left, 120, false},
                                                        {"", NSTextAlignment::right, 44, false}}};
     for (std::size_t i = 0; i < columnCount; ++i) {
-        auto heading = makeText(columns[i].title, boldSystemFontOfSize(11), makeColor(0.40, 0.42, 0.46));
+        auto heading = makeSecondaryText(columns[i].title, boldSystemFontOfSize(11));
         heading->setAlignment(columns[i].alignment);
         autoSetDimension(*heading, LayoutDimension::width, columns[i].width,
                          columns[i].stretches ? NSLayoutRelation::greaterThanOrEqual : NSLayoutRelation::equal);
@@ -147,7 +153,7 @@ void FolderView::makeRows(std::size_t entryCount, std::size_t rowLimit)
     for (std::size_t i = 0; i < rowCount; ++i) {
         auto row = make<EntryRow>();
         if (i % 2 == 0) {
-            setBackgroundColor(*row, makeColor(0.96, 0.97, 0.98));
+            setBackgroundColor(*row, stripeColor());
             row->layer()->setCornerRadius(6);
         }
         m_rows.push_back(row);

@@ -22,6 +22,13 @@ Number parseNumber(const std::string& option, const std::string& text, Number sm
     return number;
 }
 
+RVCore::Appearance parseAppearance(const std::string& text)
+{
+    if (text != "light" && text != "dark")
+        throw UsageError("--appearance takes light or dark, not \"" + text + "\"");
+    return text == "dark" ? RVCore::Appearance::dark : RVCore::Appearance::light;
+}
+
 } // namespace
 
 Options parseOptions(const std::vector<std::string>& arguments)
@@ -60,6 +67,8 @@ Options parseOptions(const std::vector<std::string>& arguments)
             options.width = parseNumber<double>(argument, value(), 640, 4000);
         } else if (argument == "--scale") {
             options.scale = parseNumber<double>(argument, value(), 1, 4);
+        } else if (argument == "--appearance") {
+            options.appearance = parseAppearance(value());
         } else if (argument == "--hide" || argument == "--hide-and-show") {
             options.hiddenRow = row();
             options.showsHiddenRowAgain = argument == "--hide-and-show";
@@ -81,6 +90,7 @@ std::string usageText()
            "  --rows N              show the N largest entries one by one (default 20, at most 200)\n"
            "  --width POINTS        width of the content (default 760)\n"
            "  --scale N             pixels to a point in the picture (default 2)\n"
+           "  --appearance LOOK     light or dark (default: as the desktop)\n"
            "  --hide N              hide row N\n"
            "  --hide-and-show N     hide row N, lay out, and show it again\n"
            "  --help                this text\n"

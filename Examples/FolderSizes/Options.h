@@ -1,5 +1,7 @@
 #pragma once
 
+#include <CoreGraphics/ControlDescription.h>
+
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -13,9 +15,10 @@ struct Options {
     std::string dump;     // text file to write; empty for none
     std::string diagram;  // PNG file that explains the layout; empty for none
     std::size_t rows = 20;
-    double width = 760;                   // points
-    double scale = 2;                     // pixels to a point, of the picture
-    std::optional<std::size_t> hiddenRow; // counted from 1
+    double width = 760;                           // points
+    double scale = 2;                             // pixels to a point, of the picture
+    std::optional<RVCore::Appearance> appearance; // absent: as the desktop
+    std::optional<std::size_t> hiddenRow;         // counted from 1
     bool showsHiddenRowAgain = false;
     bool wantsHelp = false;
 };

@@ -1,3 +1,4 @@
+#include <FolderSizes/Colors.h>
 #include <FolderSizes/ProportionalBar.h>
 
 namespace FolderSizes {
@@ -16,11 +17,11 @@ Class& ProportionalBar::staticClass()
 void ProportionalBar::init()
 {
     RVBaseView::init();
-    setBackgroundColor(*this, makeColor(0.91, 0.92, 0.94));
+    setBackgroundColor(*this, trackColor());
     layer()->setCornerRadius(4);
     layer()->setMasksToBounds(true);
     m_fill = makeView(*this);
-    setBackgroundColor(*m_fill, makeColor(0.20, 0.47, 0.90));
+    setBackgroundColor(*m_fill, barColor());
     m_fill->layer()->setCornerRadius(4);
     for (const LayoutEdge edge : {LayoutEdge::top, LayoutEdge::left, LayoutEdge::bottom})
         autoPinEdgeToSuperviewEdge(*m_fill, edge);

@@ -17,7 +17,6 @@ using namespace RVCore;
 
 constexpr int statusUsage = 2;
 constexpr int statusFailure = 1;
-constexpr CGColor white{1, 1, 1, 1};
 
 int fail(int status, const std::string& problem)
 {
@@ -81,7 +80,8 @@ void applyVisibility(FolderView& view, const Options& options)
 void writeFiles(FolderView& view, const Options& options)
 {
     if (!options.snapshot.empty()) {
-        writeViewPicture(view, options.snapshot, options.scale, white);
+        writeViewPicture(view, options.snapshot, options.scale,
+                         Backend::shared().controlLook().windowColor(NSApplication::shared().effectiveAppearance()));
         std::printf("Wrote the picture to %s\n", options.snapshot.c_str());
     }
     if (!options.diagram.empty()) {
@@ -99,7 +99,6 @@ void runWindow(const std::shared_ptr<FolderView>& view, const FolderListing& lis
     auto window = make<NSWindow>(view->frame().size);
     window->setTitle(displayName(listing.path.string()) + " – FolderSizes");
     window->setContentView(view);
-    setBackgroundColor(*view, makeColor(1, 1, 1));
     window->makeKeyAndOrderFront();
     NSApplication::shared().run();
 }
@@ -109,6 +108,7 @@ int run(Options options)
     std::error_code error;
     if (!std::filesystem::is_directory(options.path, error))
         return fail(statusUsage, "\"" + options.path + "\" is not a folder" + (error ? ": " + error.message() : ""));
+    NSApplication::shared().setAppearance(options.appearance);
     const FolderListing listing = readFolder(options.path);
     const auto view = make<FolderView>(listing, options.rows);
     view->setFrameSize({options.width, 1}); // as high as its content

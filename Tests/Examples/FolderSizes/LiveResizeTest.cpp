@@ -19,7 +19,7 @@ namespace {
 
 constexpr int patience = 20000; // milliseconds until the test gives up waiting for the desktop
 constexpr int margin = 16;      // of the content, at scale 1
-const QRgb lineColor = qRgb(217, 219, 224);
+const QRgb lineColor = qRgb(179, 181, 186);
 
 QString answerOf(const QString& program, const QStringList& arguments)
 {

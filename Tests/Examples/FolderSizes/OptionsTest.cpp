@@ -23,6 +23,7 @@ TEST(Options, defaultsToTheCurrentFolderAndNoFiles)
     EXPECT_EQ(options.rows, 20U);
     EXPECT_EQ(options.width, 760);
     EXPECT_EQ(options.scale, 2);
+    EXPECT_FALSE(options.appearance);
     EXPECT_FALSE(options.hiddenRow);
 }
 
@@ -30,7 +31,7 @@ TEST(Options, readsEverything)
 {
     const Options options =
         parseOptions({"--snapshot", "a.png", "--dump", "b.txt", "--explain", "c.png", "--rows", "7", "--width",
-                      "700.5", "--scale", "1.5", "--hide-and-show", "2", "folder"});
+                      "700.5", "--scale", "1.5", "--appearance", "dark", "--hide-and-show", "2", "folder"});
     EXPECT_EQ(options.path, "folder");
     EXPECT_EQ(options.snapshot, "a.png");
     EXPECT_EQ(options.dump, "b.txt");
@@ -38,6 +39,7 @@ TEST(Options, readsEverything)
     EXPECT_EQ(options.rows, 7U);
     EXPECT_EQ(options.width, 700.5);
     EXPECT_EQ(options.scale, 1.5);
+    EXPECT_EQ(options.appearance, RVCore::Appearance::dark);
     EXPECT_EQ(options.hiddenRow, 2U);
     EXPECT_TRUE(options.showsHiddenRowAgain);
     EXPECT_FALSE(parseOptions({"--hide", "2"}).showsHiddenRowAgain);
@@ -57,6 +59,7 @@ TEST(Options, sayWhatIsWrong)
     EXPECT_EQ(problemOf({"--rows", "0"}), "--rows takes a number from 1 to 200, not \"0\"");
     EXPECT_EQ(problemOf({"--rows", "ten"}), "--rows takes a number from 1 to 200, not \"ten\"");
     EXPECT_EQ(problemOf({"--width", "nan"}), "--width takes a number from 640 to 4000, not \"nan\"");
+    EXPECT_EQ(problemOf({"--appearance", "grey"}), "--appearance takes light or dark, not \"grey\"");
     EXPECT_EQ(problemOf({"--scale", "9"}), "--scale takes a number from 1 to 4, not \"9\"");
 }
 
