@@ -1,17 +1,19 @@
 #pragma once
 
+#include <AppKit/NSApplication.h>
 #include <AppKit/NSColor.h>
 
 #include <memory>
 
 namespace FolderSizes {
 
-// Colours that can be read and told apart on light ground as well as on dark, so that nothing has to be done when the
-// desktop changes from one to the other. Texts of first importance keep the desktop's own colour.
+// Colours that can be told apart on light ground as well as on dark. Texts of first importance keep the desktop's own.
 
+// For the ground that the desktop has when it is asked for.
 inline std::shared_ptr<RVCore::NSColor> secondaryTextColor()
 {
-    return RVCore::makeColor(0.48, 0.49, 0.52);
+    const bool isDark = RVCore::NSApplication::shared().effectiveAppearance() == RVCore::Appearance::dark;
+    return isDark ? RVCore::makeColor(0.68, 0.69, 0.72) : RVCore::makeColor(0.36, 0.38, 0.42);
 }
 inline std::shared_ptr<RVCore::NSColor> lineColor()
 {

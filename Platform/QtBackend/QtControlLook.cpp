@@ -155,12 +155,11 @@ QSize toolButtonMargins()
     return margins.expandedTo({smallestToolButtonMargin, 0});
 }
 
-// What the style puts around the text of a field, on both sides together, and the air that its text keeps from that
-// (as Qt's own fields have it: QLineEdit, 2 points at the sides, 1 above and below).
+// What the style puts around the text of a field, on both sides together, and the air that its text keeps from that.
 QSize fieldMargins()
 {
     const QStyleOptionFrame option = fieldOption({}, {}, standardDevice());
-    return style().sizeFromContents(QStyle::CT_LineEdit, &option, {2 * 2, 2 * 1}, nullptr);
+    return style().sizeFromContents(QStyle::CT_LineEdit, &option, {2 * 4, 2 * 1}, nullptr);
 }
 
 QRect without(const QSize& margins, const QRect& rect)
