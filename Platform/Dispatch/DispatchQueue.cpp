@@ -22,6 +22,7 @@ void DispatchQueue::asyncAfter(DispatchTime deadline, std::function<void()> clos
 {
     if (!closure)
         raiseInvalidArgument("DispatchQueue.async", "there is no closure");
+    requireFinite("DispatchQueue.asyncAfter", "deadline", deadline.seconds());
     std::function<void()> waker;
     {
         const std::lock_guard lock(m_mutex);

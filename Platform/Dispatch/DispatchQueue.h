@@ -22,7 +22,8 @@ public:
     // Runs the closure on the main thread, soon, but not within this call. An absent closure raises
     // NSInvalidArgumentException.
     void async(std::function<void()> closure);
-    // The same, not before this time; a time that has passed means now.
+    // The same, not before this time; a time that has passed means now. One that never comes, infinity, raises
+    // NSInvalidArgumentException.
     void asyncAfter(DispatchTime deadline, std::function<void()> closure);
 
     // Runs what is due, without what that adds, and returns how many closures that were. On the main thread. What

@@ -8,8 +8,8 @@ namespace RVCore {
 class DispatchTime {
 public:
     static DispatchTime now();
-    // By its seconds on DispatchClock.
-    explicit DispatchTime(double seconds) : m_seconds(seconds) {}
+    // By its seconds on DispatchClock. One that is no number raises NSInvalidArgumentException.
+    explicit DispatchTime(double seconds);
 
     // A number of seconds that is not finite raises NSInvalidArgumentException.
     DispatchTime operator+(double seconds) const;

@@ -137,5 +137,11 @@ TEST_F(DispatchQueueTest, TakesClosuresFromManyThreadsAndLosesNone)
     }
 }
 
+TEST_F(DispatchQueueTest, ATimeThatNeverComesIsRefused)
+{
+    EXPECT_THROW(queue.asyncAfter(DispatchTime(1e308) + 1e308, [] {}), NSException);
+    EXPECT_EQ(queue.nextDeadline(), std::nullopt);
+}
+
 } // namespace
 } // namespace RVCore

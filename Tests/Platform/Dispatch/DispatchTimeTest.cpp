@@ -28,5 +28,11 @@ TEST(DispatchTime, DoesNotMoveBySomethingThatIsNoNumberOfSeconds)
               "NSInvalidArgumentException: DispatchTime +: seconds must be finite, got inf");
 }
 
+TEST(DispatchTime, IsANumber)
+{
+    EXPECT_THROW(DispatchTime(std::nan("")), NSException);
+    EXPECT_EQ(DispatchTime(HUGE_VAL).seconds(), HUGE_VAL) << "never";
+}
+
 } // namespace
 } // namespace RVCore
