@@ -1,3 +1,4 @@
+#include <AppKit/ExceptionReport.h>
 #include <AppKit/NSAccessibility.h>
 #include <AppKit/NSToolbar.h>
 #include <AppKit/NSWindow.h>
@@ -47,20 +48,27 @@ public:
     bool press() override
     {
         const auto view = m_view.lock();
-        return view && view->accessibilityPerformPress();
+        return view && act([&] { return view->accessibilityPerformPress(); });
     }
     bool focus() override
     {
         const auto view = m_view.lock();
-        return view && view->window() && view->window()->makeFirstResponder(view.get());
+        return view && view->window() && act([&] { return view->window()->makeFirstResponder(view.get()); });
     }
     bool setValue(const std::string& text) override
     {
         const auto view = m_view.lock();
-        return view && view->setAccessibilityValue(text);
+        return view && act([&] { return view->setAccessibilityValue(text); });
     }
 
 private:
+    static bool act(const std::function<bool()>& action)
+    {
+        bool done = false;
+        callReportingExceptions([&] { done = action(); });
+        return done;
+    }
+
     std::weak_ptr<NSView> m_view;
     const void* m_identity;
 };

@@ -1,4 +1,5 @@
 #include <AppKit/EventMonitor.h>
+#include <AppKit/ExceptionReport.h>
 #include <AppKit/KnownValue.h>
 #include <AppKit/MainQueueDriver.h>
 #include <AppKit/NSApplication.h>
@@ -96,6 +97,8 @@ void NSApplication::sendEvent(NSEvent& event)
 {
     EventMonitor::show(event, {});
     const auto own = event.window();
+    if (event.hasWindow() && !own)
+        return;
     if (NSWindow* window = own ? own.get() : keyWindow())
         RVCore::shared(*window)->sendEvent(event);
 }
@@ -104,7 +107,7 @@ void NSApplication::postEvent(const std::shared_ptr<NSEvent>& event)
 {
     if (!event)
         raiseInvalidArgument("NSApplication.postEvent:", "there is no event");
-    Backend::shared().callLater([this, event] { sendEvent(*event); });
+    Backend::shared().callLater([this, event] { callReportingExceptions([&] { sendEvent(*event); }); });
 }
 
 void NSApplication::setAppearance(std::optional<Appearance> appearance)

@@ -38,7 +38,8 @@ public:
     // Sends an event to its window, or if it has none to the key window. Events of windows that have gone are
     // dropped.
     virtual void sendEvent(NSEvent& event);
-    // The same at the next turn of the run loop.
+    // The same at the next turn of the run loop. As with the desktop's events, an NSException that leaves a handler
+    // is printed on standard error, and the program goes on.
     void postEvent(const std::shared_ptr<NSEvent>& event);
 
     // Whether controls are light or dark; absent (the default) for what the desktop is.

@@ -33,7 +33,8 @@ public:
     // control without target and action.
     void setOnAction(std::function<void()> closure);
     // Sends the action to the target. Returns whether anybody got it; false without an action or when the target has
-    // died. Raises NSInvalidArgumentException when the target does not answer.
+    // died. Raises NSInvalidArgumentException when the target does not answer; where a user's click or key is behind
+    // it, that is printed on standard error.
     bool sendAction();
 
     // What is not enabled is shown as such, takes neither clicks nor keys, and does not become first responder.

@@ -83,6 +83,13 @@ void NSEvent::init(NSEventContent content)
     m_content = std::move(content);
 }
 
+// One that was never set and one that has died both give null; they own different things.
+bool NSEvent::hasWindow() const
+{
+    const std::weak_ptr<NSWindow> none;
+    return m_content.window.owner_before(none) || none.owner_before(m_content.window);
+}
+
 std::string NSEvent::description() const
 {
     std::string text = NSObject::description();

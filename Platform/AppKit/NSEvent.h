@@ -86,7 +86,9 @@ public:
     CGPoint locationInWindow() const { return m_content.locationInWindow; }
     NSEventModifierFlags modifierFlags() const { return m_content.modifierFlags; }
     double timestamp() const { return m_content.timestamp; }
-    std::shared_ptr<NSWindow> window() const { return m_content.window.lock(); } // null once it is gone
+    // Null once it is gone; whether there was one.
+    std::shared_ptr<NSWindow> window() const { return m_content.window.lock(); }
+    bool hasWindow() const;
     int clickCount() const { return m_content.clickCount; }
     int buttonNumber() const { return m_content.buttonNumber; }
     CGFloat scrollingDeltaX() const { return m_content.scrollingDelta.x; }

@@ -1,4 +1,5 @@
 #include <AppKit/AppKitKey.h>
+#include <AppKit/ExceptionReport.h>
 #include <AppKit/NSApplication.h>
 #include <AppKit/NSCursor.h>
 #include <AppKit/NSTrackingArea.h>
@@ -44,12 +45,11 @@ void WindowEvents::handleInput(const InputEvent& input)
     m_time = input.time;
     if (input.kind == InputKind::pointerLeft) {
         m_pointer.reset();
-        if (m_pressed.empty())
-            updateTracking();
+        callReportingExceptions([this] { updateTracking(); });
         return;
     }
     const auto event = makeEvent(input);
-    NSApplication::shared().sendEvent(*event);
+    callReportingExceptions([&] { NSApplication::shared().sendEvent(*event); });
 }
 
 std::shared_ptr<NSEvent> WindowEvents::makeEvent(const InputEvent& input)

@@ -2,6 +2,7 @@
 
 #include <AppKit/NSAccessibility.h>
 #include <AppKit/NSTextField.h>
+#include <Foundation/NSException.h>
 
 #include <gmock/gmock.h>
 
@@ -191,6 +192,18 @@ TEST_F(NSAccessibilityTest, changesAreToldToTheDesktop)
     EXPECT_THAT(screen().takeAccessibilityChanges(),
                 ElementsAre(Pair("Save", AccessibleChange::focus), Pair("Save it", AccessibleChange::name),
                             Pair("2 of 3", AccessibleChange::value), Pair("Save it", AccessibleChange::children)));
+}
+
+TEST_F(NSAccessibilityTest, whatAPressRaisesIsPrinted)
+{
+    class RaisingView : public ButtonLikeView {
+    public:
+        bool accessibilityPerformPress() override { raiseInvalidArgument("fly:", "nobody answers it"); }
+    };
+    put<RaisingView>({0, 0, 50, 20});
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(first()->press());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "NSInvalidArgumentException: fly:: nobody answers it\n");
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include <AppKit/NSApplication.h>
+#include <AppKit/NSEvent.h>
 #include <AppKit/NSWindow.h>
 #include <Foundation/Message.h>
 #include <HeadlessBackend/HeadlessBackend.h>
@@ -82,6 +83,57 @@ TEST_F(NSApplicationTest, AnExceptionEndsTheRunAndItCanRunAgain)
     });
     application.run();
     EXPECT_TRUE(ranAgain);
+}
+
+// Counts the keys that reach it.
+class KeyCountingWindow : public NSWindow {
+public:
+    void keyDown(NSEvent&) override { ++count; }
+    int count = 0;
+};
+
+TEST_F(NSApplicationTest, AnEventOfAWindowThatHasGoneIsDropped)
+{
+    const auto key = make<KeyCountingWindow>();
+    key->makeKeyAndOrderFront();
+    auto gone = make<NSWindow>();
+    NSEventContent content;
+    content.type = NSEventType::keyDown;
+    content.window = gone;
+    const auto event = make<NSEvent>(content);
+    gone.reset();
+    application.sendEvent(*event);
+    EXPECT_EQ(key->count, 0);
+    content.window.reset();
+    application.sendEvent(*make<NSEvent>(content));
+    EXPECT_EQ(key->count, 1) << "one that never had a window is the key window's";
+}
+
+// Raises when it gets a key.
+class RaisingWindow : public NSWindow {
+public:
+    void keyDown(NSEvent&) override { raiseInvalidArgument("fly:", "nobody answers it"); }
+};
+
+TEST_F(NSApplicationTest, WhatAHandlerRaisesIsPrintedAndTheProgramGoesOn)
+{
+    auto owned = std::make_unique<HeadlessBackend>();
+    HeadlessBackend& desktop = *owned;
+    Backend::install(std::move(owned));
+    const auto window = make<RaisingWindow>();
+    window->makeKeyAndOrderFront();
+    testing::internal::CaptureStderr();
+    desktop.windows().front()->userInput({.kind = InputKind::keyPressed});
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "NSInvalidArgumentException: fly:: nobody answers it\n");
+    NSEventContent content;
+    content.type = NSEventType::keyDown;
+    content.window = window;
+    application.postEvent(make<NSEvent>(content));
+    testing::internal::CaptureStderr();
+    desktop.runPending();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "NSInvalidArgumentException: fly:: nobody answers it\n");
+    EXPECT_THROW(application.sendEvent(*make<NSEvent>(content)), NSException) << "code that sends hears of it";
+    window->close();
 }
 
 TEST_F(NSApplicationTest, IsReachedByName)
