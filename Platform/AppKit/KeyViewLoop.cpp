@@ -10,7 +10,7 @@ namespace {
 // Every view that can be seen, a view before what is in it.
 void appendInKeyOrder(NSView& view, std::vector<NSView*>& order)
 {
-    if (view.isHidden())
+    if (view.isInvisible())
         return;
     order.push_back(&view);
     for (NSView* subview : view.subviewsInKeyOrder())
@@ -57,7 +57,7 @@ NSView* keyViewBefore(const std::vector<std::shared_ptr<NSView>>& roots, NSView*
 
 bool NSView::canBecomeKeyView() const
 {
-    return acceptsFirstResponder() && !isHiddenOrHasHiddenAncestor();
+    return acceptsFirstResponder() && canBeSeen();
 }
 
 std::shared_ptr<NSView> NSView::nextKeyView() const

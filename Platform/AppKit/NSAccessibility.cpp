@@ -115,13 +115,13 @@ std::vector<NSView*> reachableSubviews(const NSView& view)
     auto subviews = view.subviewsInKeyOrder();
     const auto& painted = view.subviews();
     const auto modal = std::find_if(painted.rbegin(), painted.rend(), [](const auto& subview) {
-        return subview->isAccessibilityModal() && !subview->isHidden();
+        return subview->isAccessibilityModal() && !subview->isInvisible();
     });
     std::erase_if(subviews, [&](const NSView* subview) {
         const bool isCovered =
             modal != painted.rend() &&
             std::any_of(modal + 1, painted.rend(), [&](const auto& below) { return below.get() == subview; });
-        return isCovered || subview->isHidden();
+        return isCovered || subview->isInvisible();
     });
     return subviews;
 }
@@ -142,7 +142,7 @@ std::string labelBefore(const NSView& view)
         for (auto before = place; before != siblings.begin();) {
             --before;
             const AccessibleRole role = roleOf(**before);
-            if (role == AccessibleRole::staticText && !(*before)->isHidden())
+            if (role == AccessibleRole::staticText && !(*before)->isInvisible())
                 return (*before)->accessibilityValue();
             if (role != AccessibleRole::none || !(*before)->subviews().empty())
                 return {};

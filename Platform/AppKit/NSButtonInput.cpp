@@ -110,7 +110,7 @@ bool NSButton::matchesKeyEquivalent(const NSEvent& event) const
 
 bool NSButton::performKeyEquivalent(NSEvent& event)
 {
-    if (!isEnabled() || isHiddenOrHasHiddenAncestor() || !matchesKeyEquivalent(event))
+    if (!isEnabled() || !canBeSeen() || !matchesKeyEquivalent(event))
         return NSControl::performKeyEquivalent(event);
     if (!event.isARepeat())
         performClick();
@@ -135,7 +135,7 @@ void NSButton::chooseNeighbor(int step)
 {
     auto group = radioGroup();
     std::erase_if(group, [this](const auto& button) {
-        return button.get() != this && (!button->isEnabled() || button->isHidden());
+        return button.get() != this && (!button->isEnabled() || button->isInvisible());
     });
     const auto self = std::ranges::find(group, this, [](const auto& button) { return button.get(); });
     if (self == group.end() || group.size() < 2)

@@ -413,6 +413,18 @@ void NSView::setHidden(bool hidden)
         return;
     m_isHidden = hidden;
     requestFrame();
+    if (hidden)
+        letGoOfFocus(); // as what is typed would go where nobody sees it
+}
+
+void NSView::letGoOfFocus()
+{
+    NSWindow* host = window();
+    const auto* focused = host ? dynamic_cast<const NSView*>(host->firstResponder()) : nullptr;
+    if (!focused || !focused->isDescendantOf(*this))
+        return;
+    const auto alive = shared(*this); // who is told may let go of it
+    host->makeFirstResponder(nullptr);
 }
 
 void NSView::setAlphaValue(CGFloat alpha)

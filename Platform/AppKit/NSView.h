@@ -93,7 +93,8 @@ public:
     bool isContentView() const { return m_hostWindow != nullptr; } // of a window
 
     // Appearance.
-    bool isHidden() const { return m_isHidden; } // a hidden view is not drawn; it still takes part in layout
+    // A hidden view is not drawn; it still takes part in layout. The first responder in it is asked to let go.
+    bool isHidden() const { return m_isHidden; }
     void setHidden(bool hidden);
     CGFloat alphaValue() const { return m_alphaValue; } // from 0 to 1, clipped; default 1
     void setAlphaValue(CGFloat alpha);
@@ -128,6 +129,12 @@ public:
     // around them; hidden ones are not.
     virtual NSView* hitTest(CGPoint point);
     bool isHiddenOrHasHiddenAncestor() const;
+    // Hidden, or fully transparent. The pointer finds a transparent view all the same; keys and assistive technology
+    // do not.
+    bool isInvisible() const { return m_isHidden || m_alphaValue <= 0; }
+    bool canBeSeen() const; // neither it nor a view around it is invisible
+    // Whether the pointer can find the subview, apart from being hidden. Default yes.
+    virtual bool letsPointerFind(const NSView&) const { return true; }
     const std::vector<std::shared_ptr<NSTrackingArea>>& trackingAreas() const;
     void addTrackingArea(const std::shared_ptr<NSTrackingArea>& area);    // adding one twice does nothing
     void removeTrackingArea(const std::shared_ptr<NSTrackingArea>& area); // one that is not there does nothing
@@ -136,6 +143,8 @@ public:
     void addCursorRect(const CGRect& rect, const std::shared_ptr<NSCursor>& cursor);
     virtual void resetCursorRects() {}
     void invalidateCursorRects();
+    // Asks the first responder to let go if it is this view or in it.
+    void letGoOfFocus();
     // Whether Tab can make this the first responder. Default: if it accepts that and can be seen.
     virtual bool canBecomeKeyView() const;
     // The view that Tab goes to from here instead of the next one in layout order; null (the default) for that one.

@@ -105,8 +105,9 @@ void NSView::keyUp(NSEvent& event)
 bool NSView::performKeyEquivalent(NSEvent& event)
 {
     const auto subviews = m_subviews; // what a shortcut does may change the list
-    return std::ranges::any_of(
-        subviews, [&](const auto& subview) { return !subview->isHidden() && subview->performKeyEquivalent(event); });
+    return std::ranges::any_of(subviews, [&](const auto& subview) {
+        return !subview->isInvisible() && subview->performKeyEquivalent(event);
+    });
 }
 
 std::optional<CGPoint> NSView::pointInside(CGPoint point, AppKitKey) const
@@ -137,7 +138,8 @@ NSView* NSView::hitTest(CGPoint point)
     if (!inside)
         return nullptr;
     for (NSView* subview : std::views::reverse(subviewsInPaintingOrder(*this))) {
-        if (NSView* hit = subview->hitTest(*inside))
+        NSView* hit = letsPointerFind(*subview) ? subview->hitTest(*inside) : nullptr;
+        if (hit)
             return hit;
     }
     return this;
@@ -150,6 +152,15 @@ bool NSView::isHiddenOrHasHiddenAncestor() const
             return true;
     }
     return false;
+}
+
+bool NSView::canBeSeen() const
+{
+    for (const NSView* view = this; view; view = view->m_superview) {
+        if (view->isInvisible())
+            return false;
+    }
+    return true;
 }
 
 const std::vector<std::shared_ptr<NSTrackingArea>>& NSView::trackingAreas() const

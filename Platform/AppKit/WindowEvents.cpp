@@ -322,8 +322,10 @@ std::vector<WindowEvents::Inside> WindowEvents::areasAt(CGPoint location) const
             if (isInside && isActive(*area, *visit.view))
                 result.push_back({area, shared(*visit.view)});
         }
-        for (const auto& subview : visit.view->subviews())
-            open.push_back({subview.get(), *point});
+        for (const auto& subview : visit.view->subviews()) {
+            if (visit.view->letsPointerFind(*subview))
+                open.push_back({subview.get(), *point});
+        }
     }
     return result;
 }

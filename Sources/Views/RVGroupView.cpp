@@ -88,6 +88,12 @@ void RVGroupView::setViews(const Views& views)
     configureViews(oldElements);
 }
 
+// A hidden member has its size still, and no place: it may lie over any other.
+bool RVGroupView::letsPointerFind(const NSView& subview) const
+{
+    return std::ranges::none_of(m_hiddenViews, [&](const HiddenView& entry) { return entry.view.get() == &subview; });
+}
+
 std::vector<NSView*> RVGroupView::subviewsInKeyOrder() const
 {
     std::unordered_set<const NSView*> members;
@@ -196,6 +202,7 @@ void RVGroupView::setVisibility(const std::shared_ptr<NSView>& view, bool visibl
     setAlpha(*view, 0.0);
     m_hiddenViews.push_back({view, visibleElements.spacers[spacerIndex]});
     configureConstraints();
+    (*found)->letGoOfFocus(); // as what is typed would go where nobody sees it
 }
 
 void RVGroupView::setNeedsLayout(bool needsLayout)

@@ -115,6 +115,8 @@ public:
     // visible one do nothing; hiding any other view stops the program.
     void setVisibility(const std::shared_ptr<NSView>& view, bool visible);
 
+    // Not one that is hidden here.
+    bool letsPointerFind(const NSView& subview) const override;
     // The members in their order; what else the host has added follows.
     std::vector<NSView*> subviewsInKeyOrder() const override;
 

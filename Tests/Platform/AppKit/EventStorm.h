@@ -120,6 +120,7 @@ private:
         if (focused) {
             ASSERT_EQ(focused->window(), &window) << focused->description();
             ASSERT_TRUE(focused->acceptsFirstResponder()) << focused->description();
+            ASSERT_FALSE(focused->isHiddenOrHasHiddenAncestor()) << focused->description();
         } else {
             ASSERT_EQ(window.firstResponder(), &window);
         }

@@ -101,5 +101,16 @@ TEST(KeyViewLoop, isEmptyWhereNothingTakesKeys)
     EXPECT_EQ(keyViewAfter({root}, only.get()), only.get());
 }
 
+TEST(KeyViewLoop, passesOverWhatIsTransparent)
+{
+    const auto root = makeHost(200, 200);
+    addKeyView(*root, {0, 0, 50, 20}, "a");
+    const auto clear = addKeyView(*root, {0, 30, 50, 20}, "clear");
+    addKeyView(*clear, {0, 0, 10, 10}, "in it");
+    addKeyView(*root, {0, 60, 50, 20}, "b");
+    clear->setAlphaValue(0);
+    EXPECT_THAT(loopOf(*root), ElementsAre("a", "b"));
+}
+
 } // namespace
 } // namespace RVCore

@@ -119,6 +119,30 @@ TEST_F(NSAccessibilityTest, whatAModalViewCoversCannotBeReached)
     EXPECT_EQ(accessibilityTree(*window), "window 'Person'\n  button 'Below'\n  button 'Above'\n");
 }
 
+TEST_F(NSAccessibilityTest, aModalViewThatHasFadedOutCoversNothing)
+{
+    put<ButtonLikeView>({0, 0, 50, 20})->title = "below";
+    const auto cover = put<ListeningView>({0, 0, 200, 100});
+    cover->setAccessibilityModal(true);
+    EXPECT_EQ(accessibilityTree(*window), "window 'Person'\n");
+    cover->setAlphaValue(0);
+    EXPECT_EQ(accessibilityTree(*window), "window 'Person'\n  button 'below'\n");
+}
+
+TEST_F(NSAccessibilityTest, whatIsTransparentCannotBeReached)
+{
+    const auto button = put<ButtonLikeView>({0, 0, 50, 20});
+    button->setAlphaValue(0);
+    EXPECT_EQ(accessibilityTree(*window), "window 'Person'\n");
+}
+
+TEST_F(NSAccessibilityTest, aTransparentLabelNamesNothing)
+{
+    label("Old", {0, 0, 50, 20})->setAlphaValue(0);
+    put<FieldLikeView>({60, 0, 100, 20});
+    EXPECT_EQ(first()->name(), "");
+}
+
 TEST_F(NSAccessibilityTest, aFieldIsNamedByTheLabelBeforeIt)
 {
     label("Name", {0, 0, 50, 20});

@@ -529,6 +529,34 @@ TEST_F(NSButtonInWindow, IsReadAndPressedByAssistiveTechnology)
     EXPECT_THAT(log, ElementsAre("Wrap"));
 }
 
+TEST_F(NSButtonInWindow, AKeyPressesNoButtonThatIsTransparentOrInATransparentView)
+{
+    const auto outer = make<NSView>(CGRect(0, 0, 300, 200));
+    window->contentView()->addSubview(outer);
+    const auto ok = add("OK");
+    outer->addSubview(ok);
+    ok->setKeyEquivalent("\r");
+    outer->setAlphaValue(0);
+    press("\r");
+    outer->setAlphaValue(1);
+    ok->setAlphaValue(0);
+    press("\r");
+    EXPECT_THAT(log, ElementsAre());
+    ok->setAlphaValue(0.5);
+    press("\r");
+    EXPECT_THAT(log, ElementsAre("OK"));
+}
+
+TEST_F(NSButtonInWindow, ArrowKeysPassOverATransparentRadioButton)
+{
+    const auto first = add("first", Type::radio), second = add("second", Type::radio);
+    const auto third = add("third", Type::radio);
+    second->setAlphaValue(0);
+    window->makeFirstResponder(first.get());
+    press(NSKey::down);
+    EXPECT_EQ(third->state(), State::on);
+}
+
 TEST(NSButton, AnEqualValueChangesNothing)
 {
     class Counting : public NSButton {

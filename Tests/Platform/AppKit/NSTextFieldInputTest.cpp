@@ -556,5 +556,15 @@ TEST_F(NSTextFieldInputTest, ADeadDelegateHearsNothing)
     EXPECT_EQ(first->stringValue(), "one twox");
 }
 
+TEST_F(NSTextFieldInputTest, AHiddenFieldIsNoLongerEdited)
+{
+    click(35);
+    type("!");
+    first->setHidden(true);
+    EXPECT_FALSE(first->isEditing());
+    type("lost");
+    EXPECT_EQ(first->stringValue(), "one two!");
+}
+
 } // namespace
 } // namespace RVCore

@@ -467,5 +467,21 @@ TEST_F(WindowEventsTest, aViewThatLeavesTheWindowResigns)
     EXPECT_EQ(window->firstResponder(), window.get());
 }
 
+TEST_F(WindowEventsTest, aFirstResponderThatIsHiddenLetsGoOfTheKeys)
+{
+    const auto outer = listen({0, 0, 100, 100}, "outer");
+    const auto view = listen({0, 0, 50, 50}, "view", outer.get());
+    view->accepts = true;
+    window->makeFirstResponder(view.get());
+    view->setHidden(true);
+    EXPECT_EQ(window->firstResponder(), window.get());
+    view->setHidden(false);
+    window->makeFirstResponder(view.get());
+    outer->setHidden(true);
+    EXPECT_EQ(window->firstResponder(), window.get());
+    type("x");
+    EXPECT_THAT(takeLog(), IsEmpty());
+}
+
 } // namespace
 } // namespace RVCore
