@@ -63,7 +63,9 @@ bool NSTextField::setAccessibilityValue(const std::string& text)
     if (!isEnabled() || !m_isEditable || !host || !host->makeFirstResponder(this))
         return false;
     const auto alive = shared(*this);
-    const auto session = m_session; // a delegate may end it between one step and the next
+    const auto session = m_session; // a delegate may end it between one step and the next, or has done so
+    if (!session)
+        return false;
     session->editor().perform(TextCommand::selectAll);
     session->editor().perform(TextCommand::deleteSelection);
     session->editor().compose({.committed = text});

@@ -259,16 +259,21 @@ bool NSWindow::makeFirstResponder(NSResponder* responder)
     NSResponder* const present = firstResponder();
     if (responder == present)
         return true;
-    const auto* view = dynamic_cast<const NSView*>(responder);
-    if (responder != this && (!responder->acceptsFirstResponder() || (view && view->window() != this)))
+    if (responder != this && (!responder->acceptsFirstResponder() || !canHoldKeys(*responder)))
         return false;
+    const auto alive = shared(*this); // who is told may close it
     const auto keptNext = shared(*responder);
     const auto keptPresent = shared(*present);
-    if (present != this && !present->resignFirstResponder())
+    m_firstResponder.reset(); // so that a choice that is made while the present one lets go can be told
+    const bool letsGo = present == this || present->resignFirstResponder();
+    if (!m_firstResponder.expired())
+        return firstResponder() == responder;
+    if (!letsGo && canHoldKeys(*present)) {
+        m_firstResponder = keptPresent;
         return false;
-    m_firstResponder.reset();
+    }
     contentNeedsFrame({});
-    if (responder != this) {
+    if (responder != this && responder->acceptsFirstResponder() && canHoldKeys(*responder)) {
         m_firstResponder = keptNext;
         if (!responder->becomeFirstResponder())
             m_firstResponder.reset();
@@ -276,6 +281,13 @@ bool NSWindow::makeFirstResponder(NSResponder* responder)
     if (auto* focused = dynamic_cast<NSView*>(firstResponder()))
         postAccessibilityChange(*focused, AccessibleChange::focus);
     return firstResponder() == responder;
+}
+
+// A view does in its own window only.
+bool NSWindow::canHoldKeys(NSResponder& responder) const
+{
+    const auto* view = dynamic_cast<const NSView*>(&responder);
+    return !view || view->window() == this;
 }
 
 NSResponder* NSWindow::firstResponder() const

@@ -556,6 +556,22 @@ TEST_F(NSTextFieldInputTest, ADeadDelegateHearsNothing)
     EXPECT_EQ(first->stringValue(), "one twox");
 }
 
+TEST_F(NSTextFieldInputTest, ADelegateMayKeepTheFocusWhenEditingEnds)
+{
+    click(35);
+    type("!");
+    delegate->onCall = [&](const std::string& what, NSTextField& field) {
+        if (what == "end")
+            window->makeFirstResponder(&field);
+    };
+    EXPECT_FALSE(second->setAccessibilityValue("other"));
+    EXPECT_EQ(window->firstResponder(), first.get());
+    EXPECT_TRUE(first->isEditing());
+    EXPECT_FALSE(second->isEditing());
+    EXPECT_EQ(second->stringValue(), "three");
+    delegate->onCall = nullptr;
+}
+
 TEST_F(NSTextFieldInputTest, AHiddenFieldIsNoLongerEdited)
 {
     click(35);

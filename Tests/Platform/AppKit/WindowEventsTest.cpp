@@ -467,6 +467,56 @@ TEST_F(WindowEventsTest, aViewThatLeavesTheWindowResigns)
     EXPECT_EQ(window->firstResponder(), window.get());
 }
 
+TEST_F(WindowEventsTest, whoResignsMayChooseAnotherFirstResponder)
+{
+    const auto first = listen({0, 0, 50, 50}, "first");
+    const auto second = listen({50, 0, 50, 50}, "second");
+    const auto third = listen({100, 0, 50, 50}, "third");
+    first->accepts = second->accepts = third->accepts = true;
+    window->makeFirstResponder(first.get());
+    first->onResign = [&] { window->makeFirstResponder(third.get()); };
+    EXPECT_FALSE(window->makeFirstResponder(second.get()));
+    EXPECT_EQ(window->firstResponder(), third.get());
+    EXPECT_EQ(second->becomeCount, 0);
+    EXPECT_EQ(third->resignCount, 0);
+}
+
+TEST_F(WindowEventsTest, whoResignsMayStayTheFirstResponder)
+{
+    const auto first = listen({0, 0, 50, 50}, "first");
+    const auto second = listen({50, 0, 50, 50}, "second");
+    first->accepts = second->accepts = true;
+    window->makeFirstResponder(first.get());
+    first->onResign = [&] { EXPECT_TRUE(window->makeFirstResponder(first.get())); };
+    EXPECT_FALSE(window->makeFirstResponder(second.get()));
+    EXPECT_EQ(window->firstResponder(), first.get());
+    EXPECT_EQ(first->becomeCount, 2);
+}
+
+TEST_F(WindowEventsTest, whatLeavesTheWindowMeanwhileDoesNotBecomeFirstResponder)
+{
+    const auto first = listen({0, 0, 50, 50}, "first");
+    const auto second = listen({50, 0, 50, 50}, "second");
+    first->accepts = second->accepts = true;
+    window->makeFirstResponder(first.get());
+    first->onResign = [&] { second->removeFromSuperview(); };
+    EXPECT_FALSE(window->makeFirstResponder(second.get()));
+    EXPECT_EQ(window->firstResponder(), window.get());
+    EXPECT_EQ(second->becomeCount, 0);
+}
+
+TEST_F(WindowEventsTest, whoRefusesToResignAfterLeavingTheWindowIsNotKept)
+{
+    const auto first = listen({0, 0, 50, 50}, "first");
+    const auto second = listen({50, 0, 50, 50}, "second");
+    first->accepts = second->accepts = true;
+    first->resigns = false;
+    window->makeFirstResponder(first.get());
+    first->onResign = [&] { first->removeFromSuperview(); };
+    EXPECT_TRUE(window->makeFirstResponder(second.get()));
+    EXPECT_EQ(window->firstResponder(), second.get());
+}
+
 TEST_F(WindowEventsTest, aFirstResponderThatIsHiddenLetsGoOfTheKeys)
 {
     const auto outer = listen({0, 0, 100, 100}, "outer");
