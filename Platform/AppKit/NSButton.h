@@ -109,6 +109,7 @@ public:
     void mouseUp(NSEvent& event) override;
     void mouseEntered(NSEvent& event) override;
     void mouseExited(NSEvent& event) override;
+    void mouseCaptureLost() override;
     void keyDown(NSEvent& event) override;
     bool performKeyEquivalent(NSEvent& event) override;
 
@@ -129,6 +130,7 @@ private:
     ControlDescription look() const;
     void contentChanged();
     void updateHoverArea();
+    void setHovered(bool hovered);
     bool isInside(const NSEvent& event);
     bool isDefaultButton() const;
     bool matchesKeyEquivalent(const NSEvent& event) const;

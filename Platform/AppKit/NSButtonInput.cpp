@@ -59,15 +59,25 @@ void NSButton::mouseUp(NSEvent& event)
         performClick();
 }
 
+void NSButton::mouseCaptureLost()
+{
+    m_isTracking = false;
+    setHighlighted(false);
+}
+
 void NSButton::mouseEntered(NSEvent&)
 {
-    m_isHovered = true;
-    setNeedsDisplay(true);
+    setHovered(true);
 }
 
 void NSButton::mouseExited(NSEvent&)
 {
-    m_isHovered = false;
+    setHovered(false);
+}
+
+void NSButton::setHovered(bool hovered)
+{
+    m_isHovered = hovered;
     setNeedsDisplay(true);
 }
 

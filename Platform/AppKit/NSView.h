@@ -122,6 +122,8 @@ public:
     using InheritedHandler = void (*)(NSView& view, NSEvent& event);
     using EventDefault = void (*)(NSView& view, NSEvent& event, InheritedHandler inherited);
     static void setEventDefault(EventDefault function);
+    // The button that was pressed here will not be released here: the view left its window, or the window the screen.
+    virtual void mouseCaptureLost() {}
     // Asks the subviews that can be seen, in order.
     bool performKeyEquivalent(NSEvent& event) override;
     // The topmost view at a point of the superview's coordinates (a root's: the window's): this one or one in it,

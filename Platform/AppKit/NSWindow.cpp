@@ -310,6 +310,7 @@ void NSWindow::selectPreviousKeyView()
 
 void NSWindow::subtreeWillLeave(NSView& subtree, AppKitKey)
 {
+    m_events.subtreeWillLeave(subtree);
     const auto responder = m_firstResponder.lock();
     const auto* view = dynamic_cast<const NSView*>(responder.get());
     if (!view || !view->isDescendantOf(subtree))

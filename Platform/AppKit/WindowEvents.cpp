@@ -186,6 +186,7 @@ void WindowEvents::drag(NSEvent& event, int button, Handler handler)
 {
     m_pointer = event.locationInWindow();
     updateTracking();
+    dropLostCaptures();
     const auto pressed = std::ranges::find(m_pressed, button, &Pressed::button);
     if (pressed == m_pressed.end())
         return;
@@ -193,8 +194,26 @@ void WindowEvents::drag(NSEvent& event, int button, Handler handler)
         ((*responder).*handler)(event);
 }
 
+// Views that have left the window do not hold the pointer any more. One that was put elsewhere in it does.
+void WindowEvents::dropLostCaptures()
+{
+    std::vector<std::shared_ptr<NSView>> lost;
+    for (Pressed& pressed : m_pressed) {
+        auto view = std::dynamic_pointer_cast<NSView>(pressed.responder.lock());
+        if (!view || (view->window() == &m_window && m_window.isVisible()))
+            continue;
+        pressed.responder.reset();
+        lost.push_back(std::move(view));
+    }
+    for (const auto& view : lost)
+        view->mouseCaptureLost();
+}
+
 void WindowEvents::release(NSEvent& event, int button, Handler handler)
 {
+    if (m_pointer)
+        m_pointer = event.locationInWindow();
+    dropLostCaptures();
     const auto pressed = std::ranges::find(m_pressed, button, &Pressed::button);
     if (pressed == m_pressed.end())
         return; // it was pressed elsewhere
@@ -209,6 +228,8 @@ void WindowEvents::move(NSEvent& event)
 {
     m_pointer = event.locationInWindow();
     updateTracking();
+    if (!m_pointer)
+        return; // a handler has closed the window
     updateCursor();
     // Those that asked for moves, each once.
     std::vector<std::shared_ptr<NSResponder>> listeners;
@@ -235,27 +256,43 @@ void WindowEvents::pressKey(NSEvent& event)
 
 void WindowEvents::contentMoved()
 {
-    if (!m_pointer || !m_pressed.empty())
-        return;
     const auto alive = shared(m_window);
+    dropLostCaptures();
+    if (!m_pressed.empty())
+        return;
     updateTracking();
-    updateCursor();
+    if (m_pointer)
+        updateCursor();
 }
 
 void WindowEvents::windowClosed()
 {
+    dropLostCaptures();
     m_pressed.clear();
     m_pointer.reset();
     updateTracking();
 }
 
-// Enters and leaves tracking areas. While a button is down, only those that want to hear of it then.
-void WindowEvents::updateTracking()
+void WindowEvents::subtreeWillLeave(const NSView& subtree)
+{
+    const auto isInSubtree = [&](const Inside& inside) {
+        const auto view = inside.view.lock();
+        return view && view->isDescendantOf(subtree);
+    };
+    for (;;) { // handlers may change the list; the innermost ones are left first
+        const auto found = std::ranges::find_if(m_inside.rbegin(), m_inside.rend(), isInSubtree);
+        if (found == m_inside.rend())
+            return;
+        const Inside inside = *found;
+        m_inside.erase(std::next(found).base());
+        tell(inside, NSEventType::mouseExited);
+    }
+}
+
+// While a button is down, only areas that want to hear of it then are entered and left.
+std::vector<WindowEvents::Inside> WindowEvents::areasToBeIn() const
 {
     auto now = m_pointer ? areasAt(*m_pointer) : std::vector<Inside>();
-    const auto isIn = [](const std::vector<Inside>& list, const Inside& inside) {
-        return std::ranges::find(list, inside.area, &Inside::area) != list.end();
-    };
     if (!m_pressed.empty()) {
         const auto isDeaf = [](const Inside& inside) {
             return !contains(inside.area->options(), NSTrackingAreaOptions::enabledDuringMouseDrag);
@@ -263,15 +300,40 @@ void WindowEvents::updateTracking()
         std::erase_if(now, isDeaf);
         std::ranges::copy_if(m_inside, std::back_inserter(now), isDeaf);
     }
-    const auto before = std::exchange(m_inside, now); // at once, for handlers may come back here
-    for (const Inside& inside : std::views::reverse(before)) {
-        if (!isIn(now, inside))
-            tell(inside, NSEventType::mouseExited);
+    return now;
+}
+
+// Leaves tracking areas, then enters others. Handlers may come back here, by closing the window for one thing: what
+// is told is noted first, and the last call to begin has the rest to do.
+void WindowEvents::updateTracking()
+{
+    auto now = areasToBeIn();
+    const std::uint64_t count = ++m_trackingCount;
+    const auto isIn = [](const std::vector<Inside>& list, const Inside& inside) {
+        return std::ranges::find(list, inside.area, &Inside::area) != list.end();
+    };
+    for (;;) {
+        const auto left =
+            std::ranges::find_if(m_inside.rbegin(), m_inside.rend(), [&](const auto& it) { return !isIn(now, it); });
+        if (left == m_inside.rend())
+            break;
+        const Inside inside = *left;
+        m_inside.erase(std::next(left).base());
+        tell(inside, NSEventType::mouseExited);
+        if (count != m_trackingCount)
+            return;
     }
     for (const Inside& inside : now) {
-        if (!isIn(before, inside))
-            tell(inside, NSEventType::mouseEntered);
+        const auto view = inside.view.lock();
+        if (!view || view->window() != &m_window || isIn(m_inside, inside))
+            continue;
+        m_inside.push_back(inside);
+        tell(inside, NSEventType::mouseEntered);
+        if (count != m_trackingCount)
+            return;
     }
+    std::erase_if(now, [&](const Inside& inside) { return !isIn(m_inside, inside); });
+    m_inside = std::move(now); // the same ones, from the outermost in
 }
 
 // Not of an area that was taken out, nor of a view that left the window.

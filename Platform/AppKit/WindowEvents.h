@@ -25,6 +25,8 @@ public:
     void contentMoved();
     // The window leaves the screen: no button is down any more, and the pointer is nowhere.
     void windowClosed();
+    // The view is about to be taken out: its tracking areas, and those in it, are left first.
+    void subtreeWillLeave(const NSView& subtree);
 
 private:
     using Handler = void (NSResponder::*)(NSEvent& event);
@@ -53,6 +55,8 @@ private:
     void release(NSEvent& event, int button, Handler handler);
     void move(NSEvent& event);
     void pressKey(NSEvent& event);
+    void dropLostCaptures();
+    std::vector<Inside> areasToBeIn() const;
     void updateTracking();
     void tell(const Inside& inside, NSEventType type);
     void updateCursor();
@@ -60,10 +64,11 @@ private:
     bool isActive(const NSTrackingArea& area, const NSView& view) const;
 
     NSWindow& m_window;
-    std::optional<CGPoint> m_pointer; // in window coordinates; absent while it is elsewhere
-    double m_time = 0;                // of the latest event
-    std::vector<Pressed> m_pressed;   // in the order of pressing
-    std::vector<Inside> m_inside;
+    std::optional<CGPoint> m_pointer;  // in window coordinates; absent while it is elsewhere
+    double m_time = 0;                 // of the latest event
+    std::vector<Pressed> m_pressed;    // in the order of pressing
+    std::vector<Inside> m_inside;      // whose owners were told last that the pointer entered
+    std::uint64_t m_trackingCount = 0; // how often it was found out which those should be
     Click m_click;
     CursorShape m_cursor = CursorShape::arrow;
 };

@@ -93,14 +93,20 @@ CGSize RVColorButton::intrinsicContentSize() const
 
 void RVColorButton::mouseEntered(NSEvent& event)
 {
-    NSButton::mouseEntered(event);
-    m_arrowView->setHidden(false);
+    pointerChanged(event, {.inherited = [](RVColorButton& self, NSEvent& e) { self.NSButton::mouseEntered(e); },
+                           .hidesArrow = false});
 }
 
 void RVColorButton::mouseExited(NSEvent& event)
 {
-    NSButton::mouseExited(event);
-    m_arrowView->setHidden(true);
+    pointerChanged(event, {.inherited = [](RVColorButton& self, NSEvent& e) { self.NSButton::mouseExited(e); },
+                           .hidesArrow = true});
+}
+
+void RVColorButton::pointerChanged(NSEvent& event, const PointerChange& change)
+{
+    change.inherited(*this, event);
+    m_arrowView->setHidden(change.hidesArrow);
 }
 
 } // namespace RVCore

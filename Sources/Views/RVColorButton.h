@@ -41,6 +41,11 @@ private:
     void setUpLayer(const CGColor& color);
     void addArrow();
     void trackPointer();
+    struct PointerChange {
+        void (*inherited)(RVColorButton& button, NSEvent& event); // the handler that runs first
+        bool hidesArrow;
+    };
+    void pointerChanged(NSEvent& event, const PointerChange& change);
 
     std::shared_ptr<NSImageView> m_arrowView;
 };

@@ -557,6 +557,39 @@ TEST_F(NSButtonInWindow, ArrowKeysPassOverATransparentRadioButton)
     EXPECT_EQ(third->state(), State::on);
 }
 
+TEST_F(NSButtonInWindow, TakenOutWhileItIsPressedItCallsThePressOff)
+{
+    const auto ok = add("OK");
+    sendMouse(NSEventType::leftMouseDown, *ok, {5, 5});
+    EXPECT_TRUE(ok->isHighlighted());
+    const CGPoint place = ok->convertPointTo({5, 5}, nullptr);
+    ok->removeFromSuperview();
+    ok->setFrameOrigin({place.x - 5, place.y - 5}); // where a window's coordinates would find it
+    NSEventContent content;
+    content.type = NSEventType::leftMouseUp;
+    content.locationInWindow = place;
+    window->sendEvent(*make<NSEvent>(content));
+    EXPECT_THAT(log, ElementsAre());
+    EXPECT_FALSE(ok->isHighlighted());
+}
+
+TEST_F(NSButtonInWindow, AWindowThatLeavesTheScreenCallsThePressOff)
+{
+    const auto ok = add("OK");
+    sendMouse(NSEventType::leftMouseDown, *ok, {5, 5});
+    window->orderOut();
+    EXPECT_FALSE(ok->isHighlighted());
+}
+
+TEST_F(NSButtonInWindow, TakenOutUnderThePointerItLooksAsUsual)
+{
+    const auto ok = add("OK");
+    sendMouse(NSEventType::mouseMoved, *ok, {5, 5});
+    ASSERT_EQ(lookOf(*ok), "push button, hovered in (0, 0) 60 × 21");
+    ok->removeFromSuperview();
+    EXPECT_EQ(lookOf(*ok), "push button in (0, 0) 60 × 21");
+}
+
 TEST(NSButton, AnEqualValueChangesNothing)
 {
     class Counting : public NSButton {

@@ -178,6 +178,27 @@ TEST_F(WindowEventsTest, aTransformedViewIsHitWhereItIsPainted)
     EXPECT_EQ(content().hitTest({60, 60}), &content());
 }
 
+TEST_F(WindowEventsTest, aViewThatIsTakenOutUnderThePointerGetsNothingMore)
+{
+    const auto view = listen({0, 0, 100, 100}, "view");
+    press(10, 10);
+    view->removeFromSuperview();
+    move(20, 20);
+    release(20, 20);
+    EXPECT_THAT(takeLog(), ElementsAre("view down"));
+}
+
+TEST_F(WindowEventsTest, aViewThatMovesToAnotherSuperviewKeepsThePointer)
+{
+    const auto outer = listen({50, 0, 50, 100}, "outer");
+    const auto view = listen({0, 0, 50, 50}, "view");
+    press(10, 10);
+    outer->addSubview(view);
+    move(60, 20);
+    release(60, 20);
+    EXPECT_THAT(takeLog(), ElementsAre("view down", "view dragged", "view up"));
+}
+
 // Tracking areas.
 
 TEST_F(WindowEventsTest, aTrackingAreaTellsOfEntersAndExits)
@@ -297,6 +318,89 @@ TEST_F(WindowEventsTest, closingTheWindowLeavesEveryArea)
     move(60, 30);
     window->close();
     EXPECT_THAT(takeLog(), ElementsAre("view entered", "view exited"));
+}
+
+TEST_F(WindowEventsTest, aHandlerMayCloseTheWindowWhenItIsEnteredOrLeft)
+{
+    const auto view = listen({50, 20, 40, 40}, "view");
+    track(*view, hover | Options::mouseMoved);
+    view->cursor = make<NSCursor>(CursorShape::pointingHand);
+    view->onEvent = [&](const std::string&) { window->close(); };
+    move(60, 30);
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_THAT(takeLog(), ElementsAre("view entered", "view exited"));
+    EXPECT_EQ(screen().cursor(), CursorShape::arrow) << "the pointer is nowhere";
+    window->makeKeyAndOrderFront();
+    view->onEvent = nullptr;
+    move(60, 30);
+    view->onEvent = [&](const std::string&) { window->close(); };
+    move(10, 10);
+    EXPECT_THAT(takeLog(), ElementsAre("view entered", "view moved", "view exited"));
+}
+
+TEST_F(WindowEventsTest, whatAHandlerLeavesIsNotEnteredAfterwards)
+{
+    const auto outer = listen({0, 0, 100, 100}, "outer");
+    track(*outer, hover);
+    const auto inner = listen({0, 0, 50, 50}, "inner", outer.get());
+    track(*inner, hover);
+    outer->onEvent = [&](const std::string& name) {
+        if (name == "entered")
+            leave();
+    };
+    move(10, 90);
+    EXPECT_THAT(takeLog(), ElementsAre("outer entered", "outer exited"));
+}
+
+TEST_F(WindowEventsTest, aViewThatLeavesTheWindowUnderThePointerIsLeftFirst)
+{
+    const auto view = listen({50, 20, 40, 40}, "view");
+    const auto inner = listen({0, 0, 40, 40}, "inner", view.get());
+    track(*view, hover);
+    track(*inner, hover);
+    move(60, 30);
+    takeLog();
+    view->removeFromSuperview();
+    EXPECT_THAT(takeLog(), ElementsAre("inner exited", "view exited"));
+    content().addSubview(view);
+    desktop->flushFrames();
+    EXPECT_THAT(takeLog(), ElementsAre("view entered", "inner entered"));
+}
+
+TEST_F(WindowEventsTest, aDragThatEndsOutsideLeavesWhatItBeganIn)
+{
+    const auto view = listen({0, 0, 50, 50}, "view");
+    track(*view, hover);
+    move(25, 25);
+    press(25, 25);
+    leave();
+    takeLog();
+    release(500, 25);
+    EXPECT_THAT(takeLog(), ElementsAre("view up", "view exited"));
+}
+
+TEST_F(WindowEventsTest, anAreaThatAsksToHearDuringADragHearsThatThePointerLeft)
+{
+    const auto view = listen({0, 0, 50, 50}, "view");
+    track(*view, hover | Options::enabledDuringMouseDrag);
+    move(25, 25);
+    press(25, 25);
+    takeLog();
+    leave();
+    EXPECT_THAT(takeLog(), ElementsAre("view exited"));
+}
+
+TEST_F(WindowEventsTest, aReleaseElsewhereMovesThePointerThere)
+{
+    const auto first = listen({0, 0, 50, 50}, "first");
+    const auto second = listen({50, 0, 50, 50}, "second");
+    track(*first, hover);
+    track(*second, hover);
+    move(25, 25);
+    press(25, 25);
+    takeLog();
+    release(75, 25);
+    EXPECT_THAT(takeLog(), ElementsAre("first up", "first exited", "second entered"));
 }
 
 TEST_F(WindowEventsTest, enteringAnAreaThatAsksForItUpdatesTheCursor)

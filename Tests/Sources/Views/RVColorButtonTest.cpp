@@ -1,3 +1,4 @@
+#include <HeadlessBackend/HeadlessBackend.h>
 #include <HeadlessBackend/RecordingCanvas.h>
 #include <Platform/ConstraintLibrary/ConstraintText.h>
 #include <Platform/Foundation/Raised.h>
@@ -194,21 +195,72 @@ TEST(RVColorButton, thePointerShowsAndHidesTheArrow)
     window->close();
 }
 
+// A desktop that asks the test whenever a frame is asked for.
+class AskingBackend : public HeadlessBackend {
+public:
+    std::unique_ptr<WindowBackend> makeWindow(WindowClient& client, CGSize contentSize) override
+    {
+        class AskingWindow : public HeadlessWindow {
+        public:
+            AskingWindow(AskingBackend& backend, WindowClient& client, CGSize size)
+                : HeadlessWindow(std::make_shared<List>(), client, size), m_backend(backend)
+            {
+            }
+            void requestFrame() override
+            {
+                if (m_backend.onRequest)
+                    m_backend.onRequest();
+            }
+
+        private:
+            AskingBackend& m_backend;
+        };
+        return std::make_unique<AskingWindow>(*this, client, contentSize);
+    }
+    std::function<void()> onRequest;
+};
+
 TEST(RVColorButton, itsOwnEnterAndExitHandlingRunsFirst)
 {
+    auto owned = std::make_unique<AskingBackend>();
+    AskingBackend& desktop = *owned;
+    Backend::install(std::move(owned));
+    const auto window = make<NSWindow>(CGSize{100, 100});
     const auto button = make<RVColorButton>(red());
     button->setFrameSize({60, 21});
     button->setBordered(true); // so that the inherited handling can be seen in the look
-    RecordingCanvas canvas;
+    window->contentView()->addSubview(button);
+    window->makeKeyAndOrderFront();
+    // Both ask for a frame; what can be seen at that time tells them apart.
+    std::vector<std::string> log;
+    desktop.onRequest = [&] {
+        RecordingCanvas canvas;
+        button->draw(canvas, button->bounds());
+        log.push_back(canvas.lines().front() + (arrowOf(*button).isHidden() ? ", no arrow" : ", arrow"));
+    };
     button->mouseEntered(*movedTo({}));
-    button->draw(canvas, button->bounds());
-    EXPECT_EQ(canvas.lines().front(), "push button, hovered in (0, 0) 60 × 21");
-    EXPECT_FALSE(arrowOf(*button).isHidden());
-    canvas.clear();
+    EXPECT_THAT(std::exchange(log, {}), ElementsAre("push button, hovered in (0, 0) 60 × 21, no arrow",
+                                                    "push button, hovered in (0, 0) 60 × 21, arrow"));
     button->mouseExited(*movedTo({}));
-    button->draw(canvas, button->bounds());
-    EXPECT_EQ(canvas.lines().front(), "push button in (0, 0) 60 × 21");
+    EXPECT_THAT(std::exchange(log, {}),
+                ElementsAre("push button in (0, 0) 60 × 21, arrow", "push button in (0, 0) 60 × 21, no arrow"));
+    desktop.onRequest = nullptr;
+    window->close();
+    Backend::install(nullptr);
+}
+
+TEST(RVColorButton, takenOutUnderThePointerItHidesTheArrow)
+{
+    const auto window = make<NSWindow>(CGSize{100, 100});
+    const auto button = make<RVColorButton>(red());
+    button->setFrame({10, 10, 40, 20});
+    window->contentView()->addSubview(button);
+    window->makeKeyAndOrderFront();
+    window->sendEvent(*movedTo({20, 20}));
+    EXPECT_FALSE(arrowOf(*button).isHidden());
+    button->removeFromSuperview();
     EXPECT_TRUE(arrowOf(*button).isHidden());
+    window->close();
 }
 
 TEST(RVColorButton, drawsNothingItself)
