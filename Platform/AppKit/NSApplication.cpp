@@ -192,6 +192,8 @@ void NSApplication::windowActivated(NSWindow& window, bool isActive, AppKitKey)
     } else if (m_activeWindow.lock().get() == &window) {
         m_activeWindow.reset();
     }
+    if (NSWindow* key = keyWindow())
+        key->contentNeedsFrame({}); // controls look different while another program has the keys
 }
 
 void NSApplication::setKeyWindow(NSWindow* window, AppKitKey)

@@ -100,15 +100,19 @@ bool NSControl::hasKeyboardFocus() const
     return host && host->firstResponder() == this;
 }
 
+bool NSControl::isWindowActive() const
+{
+    const NSWindow* host = window();
+    return !host || (host->isKeyWindow() && NSApplication::shared().isActive());
+}
+
 ControlDescription NSControl::describeControl(ControlKind kind) const
 {
-    const NSApplication& application = NSApplication::shared();
-    const NSWindow* host = window();
     ControlDescription description;
     description.kind = kind;
-    description.appearance = application.effectiveAppearance();
+    description.appearance = NSApplication::shared().effectiveAppearance();
     description.isEnabled = m_isEnabled;
-    description.isWindowActive = !host || application.keyWindow() == host;
+    description.isWindowActive = isWindowActive();
     description.hasFocus = hasKeyboardFocus();
     return description;
 }

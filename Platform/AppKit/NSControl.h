@@ -52,6 +52,8 @@ public:
 protected:
     // Whether the keys that its window gets go to it.
     bool hasKeyboardFocus() const;
+    // Whether the desktop sends keys to its window; true outside a window.
+    bool isWindowActive() const;
     // What the desktop's style has to know of every control, as it is now.
     ControlDescription describeControl(ControlKind kind) const;
     // Of text and templates in a control of that kind.

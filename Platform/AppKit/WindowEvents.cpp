@@ -394,13 +394,13 @@ std::vector<WindowEvents::Inside> WindowEvents::areasAt(CGPoint location) const
 
 bool WindowEvents::isActive(const NSTrackingArea& area, const NSView& view) const
 {
-    const NSWindow* keyWindow = NSApplication::shared().keyWindow();
+    const bool isActive = NSApplication::shared().isActive();
     if (contains(area.options(), NSTrackingAreaOptions::activeWhenFirstResponder))
         return m_window.firstResponder() == &view;
     if (contains(area.options(), NSTrackingAreaOptions::activeInKeyWindow))
-        return keyWindow == &m_window;
+        return isActive && m_window.isKeyWindow();
     if (contains(area.options(), NSTrackingAreaOptions::activeInActiveApp))
-        return keyWindow != nullptr;
+        return isActive;
     return true;
 }
 

@@ -582,5 +582,21 @@ TEST_F(NSTextFieldInputTest, AHiddenFieldIsNoLongerEdited)
     EXPECT_EQ(first->stringValue(), "one two!");
 }
 
+TEST_F(NSTextFieldInputTest, TheFocusRingIsOnlyInTheWindowThatHasTheKeys)
+{
+    const auto ring = [&] {
+        RecordingCanvas canvas;
+        first->draw(canvas, first->bounds());
+        return canvas.text().find("text field, focused in") != std::string::npos;
+    };
+    window->makeFirstResponder(first.get());
+    EXPECT_TRUE(ring());
+    const auto other = make<NSWindow>(CGSize{50, 50});
+    other->makeKeyAndOrderFront();
+    EXPECT_FALSE(ring());
+    other->close();
+    EXPECT_TRUE(ring());
+}
+
 } // namespace
 } // namespace RVCore

@@ -279,9 +279,10 @@ TEST(NSTextField, AFieldThatIsEditedHasAFocusRingAndLeavesItsTextToTheEditor)
     editable->setPlaceholderString("Name");
     window->contentView()->addSubview(editable);
     window->makeFirstResponder(editable.get());
+    window->makeKeyAndOrderFront();
     editable->setSelectedRange({4, 0});
     EXPECT_EQ(drawn(*editable), "fill (0, 0) 112 × 21 radius 2 rgba(1, 1, 1, 1)\n"
-                                "text field, focused, in the background in (0, 0) 112 × 21\n"
+                                "text field, focused in (0, 0) 112 × 21\n"
                                 "save\n"
                                 "  clip (6, 4) 100 × 13\n"
                                 "  text \"text\" system 10 rgba(0, 0, 0, 1) in (6, 4) 100 × 13\n"
@@ -292,6 +293,7 @@ TEST(NSTextField, AFieldThatIsEditedHasAFocusRingAndLeavesItsTextToTheEditor)
     editable->setTextColor(makeColor(1, 0, 0));
     editable->setStringValue("red");
     EXPECT_THAT(drawn(*editable), HasSubstr("\"red\" system 10 rgba(1, 0, 0, 1)"));
+    window->close();
 }
 
 TEST(NSTextField, TextsAreAlwaysUtf8)

@@ -403,6 +403,25 @@ TEST_F(WindowEventsTest, aReleaseElsewhereMovesThePointerThere)
     EXPECT_THAT(takeLog(), ElementsAre("first up", "first exited", "second entered"));
 }
 
+TEST_F(WindowEventsTest, anAreaThatIsActiveInTheActiveProgramIsQuietInAnother)
+{
+    const auto inProgram = listen({0, 0, 50, 100}, "in program");
+    track(*inProgram, Options::mouseEnteredAndExited | Options::activeInActiveApp | Options::inVisibleRect);
+    const auto inKey = listen({50, 0, 50, 100}, "in key window");
+    track(*inKey, Options::mouseEnteredAndExited | Options::activeInKeyWindow | Options::inVisibleRect);
+    screen().userDeactivate();
+    move(25, 50);
+    move(75, 50);
+    EXPECT_THAT(takeLog(), IsEmpty());
+    screen().userActivate();
+    move(25, 50);
+    move(75, 50);
+    EXPECT_THAT(takeLog(), ElementsAre("in program entered", "in program exited", "in key window entered"));
+    screen().userDeactivate();
+    desktop->flushFrames();
+    EXPECT_THAT(takeLog(), ElementsAre("in key window exited"));
+}
+
 TEST_F(WindowEventsTest, enteringAnAreaThatAsksForItUpdatesTheCursor)
 {
     const auto view = listen({50, 20, 40, 40}, "view");
