@@ -175,8 +175,10 @@ void NSApplication::windowLeftScreen(NSWindow& window, AppKitKey)
     std::erase(m_orderedWindows, &window);
     if (keyWindow() != &window)
         return;
-    const auto next = std::find_if(m_orderedWindows.begin(), m_orderedWindows.end(),
-                                   [](const NSWindow* candidate) { return candidate->canBecomeKeyWindow(); });
+    // One that is on its way off the screen may still be on the list.
+    const auto next = std::ranges::find_if(m_orderedWindows, [](const NSWindow* candidate) {
+        return candidate->isVisible() && candidate->canBecomeKeyWindow();
+    });
     if (next == m_orderedWindows.end())
         setKeyWindow(nullptr, {});
     else

@@ -97,7 +97,8 @@ public:
     // long. Visible it is while it is neither ordered out nor minimised.
     bool isVisible() const { return m_isVisible && !m_isMiniaturized; }
     bool isMiniaturized() const { return m_isMiniaturized; }
-    // Show the window, with its content laid out, in front of the program's other windows; behind them.
+    // Show the window, with its content laid out, in front of the program's other windows; behind them. A minimised
+    // one comes back, without the keys.
     void orderFront();
     void orderBack();
     void orderOut(); // takes it off the screen and leaves it open
@@ -106,7 +107,8 @@ public:
     void makeKeyWindow();
     bool isKeyWindow() const;
     virtual bool canBecomeKeyWindow() const; // default: with a title bar
-    // A window that is not open stays as it is.
+    // A window that is not open stays as it is. Its child windows leave the screen and come back with it; a popover
+    // closes.
     void miniaturize();
     void deminiaturize();
     // Takes the window off the screen and closes its child windows; when it was the last one that was open, the
@@ -192,6 +194,9 @@ private:
     void show(WindowOrder order);
     void leaveScreen();
     void setMiniaturized(bool isMiniaturized);
+    void closePopovers();
+    void takeDescendantsOut();
+    void bringDescendantsBack();
     bool canHoldKeys(NSResponder& responder) const;
     void addFamily(std::vector<NSWindow*>& backToFront);
     std::vector<NSWindow*> family();
@@ -239,6 +244,7 @@ private:
     bool m_isOpen = false;
     bool m_isVisible = false; // or minimised
     bool m_isMiniaturized = false;
+    bool m_comesBackWithParent = false; // it left the screen when a parent was minimised
     bool m_acceptsMouseMovedEvents = false;
 };
 

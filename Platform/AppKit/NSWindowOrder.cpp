@@ -1,4 +1,6 @@
 #include <AppKit/NSApplication.h>
+#include <AppKit/NSPopover.h>
+#include <AppKit/NSView.h>
 #include <AppKit/NSViewController.h>
 #include <AppKit/NSWindow.h>
 #include <AppKit/NSWindowController.h>
@@ -60,8 +62,15 @@ void NSWindow::show(WindowOrder order)
     m_isVisible = true;
     NSApplication::shared().windowShown(alive, {});
     m_backend->setVisible(true);
-    deminiaturize();
+    const bool wasMiniaturized = std::exchange(m_isMiniaturized, false);
+    if (wasMiniaturized)
+        m_backend->setMinimized(false);
+    m_comesBackWithParent = false;
     orderFamily(order);
+    if (wasMiniaturized) {
+        bringDescendantsBack();
+        tellDelegate(&NSWindowDelegate::windowDidDeminiaturize);
+    }
     if (controller && appears)
         controller->viewDidAppear();
 }
@@ -88,6 +97,7 @@ void NSWindow::orderOut()
     const auto alive = shared(*this);
     for (const auto& child : childWindows())
         child->orderOut();
+    m_comesBackWithParent = false;
     leaveScreen();
 }
 
@@ -103,9 +113,20 @@ void NSWindow::leaveScreen()
     m_backend->setVisible(false);
     if (std::exchange(m_isMiniaturized, false))
         m_backend->setMinimized(false);
+    closePopovers();
     NSApplication::shared().windowLeftScreen(*this, {});
     if (controller)
         controller->viewDidDisappear();
+}
+
+// Those that point at something in this window, and the one whose own window this is.
+void NSWindow::closePopovers()
+{
+    const auto popovers = m_popovers;
+    for (const auto& popover : popovers) {
+        if (const auto shown = popover.lock())
+            shown->close();
+    }
 }
 
 void NSWindow::close()
@@ -170,12 +191,37 @@ void NSWindow::setMiniaturized(bool isMiniaturized)
     m_isMiniaturized = isMiniaturized;
     if (isMiniaturized) {
         m_events.windowClosed();
+        closePopovers();
+        takeDescendantsOut();
         NSApplication::shared().windowLeftScreen(*this, {});
         tellDelegate(&NSWindowDelegate::windowDidMiniaturize);
     } else {
         orderFamily(WindowOrder::front);
+        bringDescendantsBack();
         makeKeyWindow();
         tellDelegate(&NSWindowDelegate::windowDidDeminiaturize);
+    }
+}
+
+void NSWindow::takeDescendantsOut()
+{
+    for (const auto& child : childWindows()) {
+        if (child->m_isMiniaturized)
+            continue; // it has taken its own along
+        child->takeDescendantsOut();
+        if (child->isVisible()) {
+            child->m_comesBackWithParent = true;
+            child->leaveScreen();
+        }
+    }
+}
+
+void NSWindow::bringDescendantsBack()
+{
+    for (const auto& child : childWindows()) {
+        if (child->m_comesBackWithParent)
+            child->orderFront();
+        child->bringDescendantsBack();
     }
 }
 
@@ -296,6 +342,7 @@ void NSWindow::removeChildWindow(NSWindow& child)
         return;
     std::erase_if(m_children, [&](const Child& entry) { return entry.window == alive; });
     child.m_parent = nullptr;
+    child.m_comesBackWithParent = false;
     if (child.m_backend)
         child.m_backend->setParent(nullptr);
 }

@@ -226,6 +226,35 @@ TEST_F(NSPopoverTest, isGoneWithItsOwner)
     EXPECT_THAT(window->childWindows(), IsEmpty());
 }
 
+TEST_F(NSPopoverTest, closesWhenItsWindowIsOrderedOutAndCanBeShownAgain)
+{
+    popover->setDelegate(delegate);
+    show();
+    window->orderOut();
+    EXPECT_FALSE(popover->isShown());
+    EXPECT_THAT(delegate->calls, ElementsAre("will show", "did close"));
+    window->makeKeyAndOrderFront();
+    show();
+    EXPECT_TRUE(popover->window()->isVisible());
+}
+
+TEST_F(NSPopoverTest, closesWhenItsWindowIsMiniaturized)
+{
+    const auto other = makeAt({800, 300, 100, 122});
+    other->orderBack();
+    show();
+    window->miniaturize();
+    EXPECT_FALSE(popover->isShown());
+    EXPECT_EQ(application.keyWindow(), other.get());
+}
+
+TEST_F(NSPopoverTest, closesWhenItsOwnWindowIsOrderedOut)
+{
+    show();
+    popover->window()->orderOut();
+    EXPECT_FALSE(popover->isShown());
+}
+
 TEST_F(NSPopoverTest, drawsABoxWithAnArrowAndItsContent)
 {
     show();

@@ -282,6 +282,47 @@ TEST_F(NSWindowOrderTest, AMiniaturizedWindowThatIsClosedOpensUnminimized)
     EXPECT_FALSE(screenOf(*a).isMinimized());
 }
 
+TEST_F(NSWindowOrderTest, OrderingAMiniaturizedWindowShowsItThereWithoutTheKeys)
+{
+    const auto delegate = std::make_shared<RecordingDelegate>();
+    a->makeKeyAndOrderFront();
+    b->makeKeyAndOrderFront();
+    a->setDelegate(delegate);
+    a->miniaturize();
+    a->orderBack();
+    EXPECT_TRUE(a->isVisible());
+    EXPECT_FALSE(screenOf(*a).isMinimized());
+    EXPECT_THAT(application.orderedWindows(), ElementsAre(b, a));
+    a->miniaturize();
+    a->orderFront();
+    EXPECT_THAT(application.orderedWindows(), ElementsAre(a, b));
+    EXPECT_TRUE(b->isKeyWindow());
+    EXPECT_THAT(delegate->take(), ElementsAre("miniaturized", "deminiaturized", "miniaturized", "deminiaturized"));
+}
+
+TEST_F(NSWindowOrderTest, ChildWindowsLeaveTheScreenWithAMiniaturizedParentAndComeBack)
+{
+    const auto d = makeAt({0, 0, 50, 50}), hidden = makeAt({0, 0, 50, 50});
+    d->orderFront();
+    a->makeKeyAndOrderFront();
+    a->addChildWindow(b, Order::above);
+    b->addChildWindow(c, Order::above);
+    a->addChildWindow(hidden, Order::above);
+    b->orderFront();
+    c->orderFront();
+    a->miniaturize();
+    EXPECT_THAT(application.orderedWindows(), ElementsAre(d));
+    EXPECT_THAT(onDesktop(), ElementsAre(clientOf(d)));
+    EXPECT_FALSE(b->isVisible());
+    a->deminiaturize();
+    EXPECT_THAT(application.orderedWindows(), ElementsAre(c, b, a, d));
+    EXPECT_FALSE(hidden->isVisible());
+    a->miniaturize();
+    b->orderOut();
+    a->deminiaturize();
+    EXPECT_THAT(application.orderedWindows(), ElementsAre(a, d)) << "one that was ordered out meanwhile stays away";
+}
+
 // --- Child windows
 
 TEST_F(NSWindowOrderTest, ChildWindowsStayInFrontOfTheirParentOrBehindIt)
