@@ -10,7 +10,7 @@ namespace {
 
 std::vector<EventMonitor*>& monitors()
 {
-    static std::vector<EventMonitor*> list;
+    static auto& list = *new std::vector<EventMonitor*>; // for monitors that outlive the statics
     return list;
 }
 

@@ -16,6 +16,8 @@ namespace RVCore {
 
 namespace {
 
+bool hasApplicationEnded = false;
+
 // Whether the object answers the action, and did so.
 bool perform(NSObject& object, Selector action, const ObjectRef& sender)
 {
@@ -71,7 +73,14 @@ NSApplication::~NSApplication()
 {
     m_orderedWindows.clear();
     m_keyWindow.reset();
-    const auto last = std::exchange(m_windows, {});
+    auto last = std::exchange(m_windows, {});
+    last.clear();
+    hasApplicationEnded = true;
+}
+
+bool NSApplication::hasEnded()
+{
+    return hasApplicationEnded;
 }
 
 void NSApplication::run()

@@ -18,6 +18,8 @@ class NSApplication : public NSResponder {
 public:
     ~NSApplication() override;
     static NSApplication& shared();
+    // Whether the program is past the end of that one, where static objects that are older are still to end.
+    static bool hasEnded();
 
     // Serves windows and input until `terminate`, or until the last window has been closed. Returns at once when no
     // window is open.

@@ -66,7 +66,8 @@ NSPopover::NSPopover() = default;
 
 NSPopover::~NSPopover()
 {
-    if (const auto window = std::exchange(m_window, nullptr))
+    const auto window = std::exchange(m_window, nullptr);
+    if (window && !NSApplication::hasEnded())
         window->close();
 }
 
@@ -97,7 +98,10 @@ void NSPopover::showRelativeToRect(const CGRect& rect, NSView& view, NSRectEdge 
     if (!view.window() || !view.window()->isVisible())
         raiseInvalidArgument(operation, view.description() + " is in no visible window");
 
-    m_anchor = shared(view);
+    // Whoever is told may let go of any of them.
+    const auto alive = shared(*this);
+    const auto anchor = shared(view);
+    m_anchor = anchor;
     m_anchorRect = rect;
     m_preferredEdge = preferredEdge;
     if (m_window && m_window->parentWindow() != view.window())
@@ -106,29 +110,62 @@ void NSPopover::showRelativeToRect(const CGRect& rect, NSView& view, NSRectEdge 
         place();
         return;
     }
+    if (!canStandAt(view))
+        return;
     if (const auto delegate = m_delegate.lock())
         delegate->popoverWillShow(*this);
-    m_window = make<PopoverWindow>(*this, m_contentViewController->view());
-    view.window()->addChildWindow(m_window, NSWindowOrderingMode::above);
+    const auto controller = m_contentViewController;
+    if (m_window || m_anchor.lock() != anchor || !controller || !canStandAt(view))
+        return;
+    controller->viewWillAppear();
+    const auto content = controller->view();
+    if (m_window || m_anchor.lock() != anchor || controller != m_contentViewController || !canStandAt(view))
+        return;
+    const auto window = make<PopoverWindow>(*this, content);
+    m_window = window;
+    view.window()->addChildWindow(window, NSWindowOrderingMode::above);
     view.window()->addPopover(*this, {});
-    m_window->addPopover(*this, {});
+    window->addPopover(*this, {});
     m_monitor = std::make_unique<EventMonitor>([this](NSEvent& event) { observe(event); });
-    place();
-    m_window->makeKeyAndOrderFront();
+    if (!place() || m_window != window)
+        return close();
+    window->makeKeyAndOrderFront();
+    if (m_window == window)
+        controller->viewDidAppear();
+}
+
+bool NSPopover::canStandAt(const NSView& anchor) const
+{
+    return anchor.window() && anchor.window()->isVisible() && !anchor.isHiddenOrHasHiddenAncestor();
+}
+
+// A view of no size of its own gets what its controller prefers.
+CGSize NSPopover::contentSize() const
+{
+    const auto controller = m_contentViewController;
+    CGSize size = controller->view()->fittingSize();
+    const CGSize preferred = controller->preferredContentSize();
+    if (size.width <= 0)
+        size.width = preferred.width;
+    if (size.height <= 0)
+        size.height = preferred.height;
+    return size;
 }
 
 // Where the anchor is now. Returns whether there still is one.
 bool NSPopover::place()
 {
     const auto anchor = m_anchor.lock();
-    if (!anchor || !anchor->window() || anchor->window() != m_window->parentWindow() ||
-        anchor->isHiddenOrHasHiddenAncestor())
+    const auto window = m_window;
+    if (!anchor || !canStandAt(*anchor) || anchor->window() != window->parentWindow())
+        return false;
+    const CGSize size = contentSize(); // which may ask code that closes the popover
+    if (m_window != window || !canStandAt(*anchor))
         return false;
     const auto screen = anchor->window()->screen();
-    const CGRect rect = m_anchorRect.isEmpty() ? anchor->bounds() : m_anchorRect;
+    const CGRect rect = m_anchorRect == CGRect() ? anchor->bounds() : m_anchorRect;
     const CGRect room = screen ? screen->visibleFrame() : CGRect(-1e6, -1e6, 2e6, 2e6);
-    m_window->place(placePopover(toScreen(rect, *anchor), m_contentViewController->view()->fittingSize(),
-                                 onScreen(m_preferredEdge, *anchor), room));
+    window->place(placePopover(toScreen(rect, *anchor), size, onScreen(m_preferredEdge, *anchor), room));
     return true;
 }
 
@@ -163,10 +200,13 @@ void NSPopover::close()
     if (!window)
         return;
     m_monitor.reset();
+    const auto controller = m_contentViewController; // who is told may take another one
+    controller->viewWillDisappear();
     window->close();
     if (NSWindow* parent = window->parentWindow())
         parent->removeChildWindow(*window);
-    m_contentViewController->view()->removeFromSuperview();
+    controller->view()->removeFromSuperview();
+    controller->viewDidDisappear();
     if (const auto delegate = m_delegate.lock())
         delegate->popoverDidClose(*this);
 }

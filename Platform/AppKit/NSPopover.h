@@ -30,8 +30,10 @@ public:
 };
 
 // A view controller's view in a small window of its own with an arrow that points at its anchor, a rectangle of a
-// view of another window. It is as large as the view's constraints make it, stands at the preferred edge where there
-// is room on the screen, and follows the anchor. Main thread only.
+// view of another window. It is as large as the view's constraints make it, or along a side where they make it
+// nothing, as the controller prefers; it stands at the preferred edge where there is room on the screen, and follows
+// the anchor. It closes when its anchor or the window of that leaves the screen. Nobody holds it while it is shown:
+// one that its owner lets go of closes. Main thread only.
 class NSPopover : public NSResponder {
     RVCORE_CLASS(NSPopover)
 
@@ -47,9 +49,10 @@ public:
     const std::shared_ptr<NSViewController>& contentViewController() const { return m_contentViewController; }
     virtual void setContentViewController(const std::shared_ptr<NSViewController>& controller);
 
-    // Shows it at the edge of the rectangle, which is in the view's coordinates; an empty one stands for the view's
-    // bounds. One that is shown moves there. Raises NSInvalidArgumentException, and shows nothing, without a content
-    // view controller, for a view that is in no visible window, and for numbers that are not finite.
+    // Shows it at the edge of the rectangle, which is in the view's coordinates; CGRect() stands for the view's
+    // bounds. One that is shown moves there. What its delegate does when it is told may leave it closed. Raises
+    // NSInvalidArgumentException, and shows nothing, without a content view controller, for a view that is in no
+    // visible window, and for numbers that are not finite.
     virtual void showRelativeToRect(const CGRect& rect, NSView& view, NSRectEdge preferredEdge);
     bool isShown() const { return m_window != nullptr; }
     // Closes it if it is shown; as the user does, if its delegate agrees.
@@ -65,6 +68,8 @@ public:
 
 private:
     void observe(NSEvent& event);
+    bool canStandAt(const NSView& anchor) const;
+    CGSize contentSize() const;
     bool place();
 
     NSPopoverBehavior m_behavior = NSPopoverBehavior::applicationDefined;

@@ -7,6 +7,7 @@
 #include <Platform/Foundation/Raised.h>
 
 #include <cmath>
+#include <cstdlib>
 
 namespace RVCore {
 namespace {
@@ -22,10 +23,28 @@ public:
         calls.emplace_back("should close");
         return agrees;
     }
-    void popoverWillShow(NSPopover&) override { calls.emplace_back("will show"); }
+    void popoverWillShow(NSPopover&) override
+    {
+        calls.emplace_back("will show");
+        if (onShow)
+            std::exchange(onShow, nullptr)();
+    }
     void popoverDidClose(NSPopover&) override { calls.emplace_back("did close"); }
 
     bool agrees = true;
+    std::vector<std::string> calls;
+    std::function<void()> onShow;
+};
+
+// Writes down what it is told.
+class RecordingController : public NSViewController {
+public:
+    void viewWillAppear() override { calls.emplace_back("will appear"); }
+    void viewDidAppear() override { calls.emplace_back("did appear"); }
+    void viewWillDisappear() override { calls.emplace_back("will disappear"); }
+    void viewDidDisappear() override { calls.emplace_back("did disappear"); }
+
+    std::vector<std::string> take() { return std::exchange(calls, {}); }
     std::vector<std::string> calls;
 };
 
@@ -255,6 +274,105 @@ TEST_F(NSPopoverTest, closesWhenItsOwnWindowIsOrderedOut)
     EXPECT_FALSE(popover->isShown());
 }
 
+TEST_F(NSPopoverTest, isNotShownWhenItsDelegateTakesAwayWhatItNeeds)
+{
+    popover->setDelegate(delegate);
+    delegate->onShow = [&] { anchor->removeFromSuperview(); };
+    show();
+    EXPECT_FALSE(popover->isShown());
+    window->contentView()->addSubview(anchor);
+    delegate->onShow = [&] { popover->setContentViewController(nullptr); };
+    show();
+    EXPECT_FALSE(popover->isShown());
+    popover->setContentViewController(controller);
+    delegate->onShow = [&] { window->orderOut(); };
+    show();
+    EXPECT_FALSE(popover->isShown());
+    EXPECT_THAT(window->childWindows(), IsEmpty());
+}
+
+TEST_F(NSPopoverTest, aDelegateMayShowItItself)
+{
+    popover->setDelegate(delegate);
+    delegate->onShow = [&] { show(NSRectEdge::minY); };
+    show();
+    EXPECT_TRUE(popover->isShown());
+    EXPECT_EQ(window->childWindows().size(), 1U);
+    popover->close();
+    EXPECT_THAT(window->childWindows(), IsEmpty());
+    EXPECT_THAT(application.windows(), ElementsAre(window));
+}
+
+TEST_F(NSPopoverTest, theContentMayBeTakenAwayWhileItCloses)
+{
+    const auto ofWindow = std::make_shared<RecordingDelegate>();
+    window->setDelegate(ofWindow);
+    show();
+    ofWindow->onCall = [&](const std::string& call) {
+        if (call == "became key")
+            popover->setContentViewController(nullptr);
+    };
+    popover->close();
+    EXPECT_FALSE(popover->isShown());
+    EXPECT_EQ(content->superview(), nullptr);
+}
+
+TEST_F(NSPopoverTest, theContentMayCloseItWhenAskedForItsSize)
+{
+    class ClosingView : public NSView {
+    public:
+        CGSize intrinsicContentSize() const override
+        {
+            if (popover)
+                popover->close();
+            return {30, 20};
+        }
+        NSPopover* popover = nullptr;
+    };
+    const auto view = make<ClosingView>();
+    controller->setView(view);
+    show();
+    ASSERT_TRUE(popover->isShown());
+    view->popover = popover.get();
+    view->invalidateIntrinsicContentSize();
+    desktop->flushFrames();
+    EXPECT_FALSE(popover->isShown());
+    view->popover = nullptr;
+}
+
+TEST_F(NSPopoverTest, anEmptyRectangleIsAPlaceOfItsOwn)
+{
+    popover->showRelativeToRect({10, 5, 0, 0}, *anchor, NSRectEdge::maxY);
+    EXPECT_EQ(popover->window()->frame(), CGRect(450, 355, 120, 69));
+}
+
+TEST_F(NSPopoverTest, itsControllerHearsThatItsViewAppearsAndDisappears)
+{
+    const auto recording = make<RecordingController>();
+    recording->setView(make<NSView>());
+    popover->setContentViewController(recording);
+    show();
+    EXPECT_THAT(recording->take(), ElementsAre("will appear", "did appear"));
+    show();
+    EXPECT_THAT(recording->take(), IsEmpty()) << "it was there";
+    popover->close();
+    EXPECT_THAT(recording->take(), ElementsAre("will disappear", "did disappear"));
+    show();
+    recording->take();
+    window->close();
+    EXPECT_THAT(recording->take(), ElementsAre("will disappear", "did disappear"));
+}
+
+TEST_F(NSPopoverTest, whereTheContentNeedsNothingItsControllersPreferenceCounts)
+{
+    const auto plain = make<NSViewController>();
+    plain->setView(make<NSView>(CGRect(0, 0, 10, 10)));
+    plain->setPreferredContentSize({98, 48});
+    popover->setContentViewController(plain);
+    show();
+    EXPECT_EQ(popover->window()->frame().size, (CGSize{100, 59}));
+}
+
 TEST_F(NSPopoverTest, drawsABoxWithAnArrowAndItsContent)
 {
     show();
@@ -281,6 +399,22 @@ TEST_F(NSPopoverTest, whatCannotBeShownRaises)
     EXPECT_THAT(raised([&] { popover->setBehavior(static_cast<NSPopoverBehavior>(3)); }),
                 HasSubstr("there is no behaviour 3"));
     EXPECT_FALSE(popover->isShown());
+}
+
+std::shared_ptr<NSPopover> popoverThatOutlivesTheApplication;
+
+using NSPopoverDeathTest = NSPopoverTest;
+
+TEST_F(NSPopoverDeathTest, aProgramMayEndWhileOneIsShown)
+{
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    EXPECT_EXIT(
+        {
+            show();
+            popoverThatOutlivesTheApplication = popover;
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0), "");
 }
 
 } // namespace
