@@ -67,14 +67,16 @@ Class& NSTextField::staticClass()
     return theClass;
 }
 
-NSTextField::NSTextField() = default;
+NSTextField::NSTextField()
+{
+    m_text.color = defaultTextColor; // whichever initialiser follows
+}
 
 NSTextField::~NSTextField() = default;
 
 void NSTextField::init(const CGRect& frame)
 {
     NSControl::init(frame);
-    m_text.color = defaultTextColor;
 }
 
 void NSTextField::setStringValue(const std::string& text)
@@ -122,7 +124,7 @@ void NSTextField::setTextColor(const std::shared_ptr<NSColor>& color)
 {
     if (!color)
         raiseInvalidArgument("NSTextField.setTextColor:", "there is no colour");
-    if (shownTextColor() == color->cgColor())
+    if (m_hasOwnTextColor && m_text.color == color->cgColor())
         return;
     m_hasOwnTextColor = true;
     m_text.color = color->cgColor();

@@ -14,7 +14,8 @@ void NSTextField::encode(NSCoder& coder) const
     coder.encode("fontSize", m_text.font.size);
     coder.encode("bold", m_text.font.bold);
     coder.encode("monospacedDigits", m_text.font.monospacedDigits);
-    coder.encode("textColor", shownTextColor());
+    coder.encode("textColor", ValueConversion<std::optional<CGColor>>::wrap(
+                                  m_hasOwnTextColor ? std::optional(m_text.color) : std::nullopt));
     coder.encode("alignment", static_cast<int>(m_text.alignment));
     coder.encode("lineBreakMode", static_cast<int>(m_text.lineBreakMode));
     coder.encode("maximumNumberOfLines", m_text.maximumNumberOfLines);
@@ -35,7 +36,8 @@ void NSTextField::init(NSCoder& coder)
     const FontDescription font{coder.decode<std::string>("fontFamily"), coder.decode<CGFloat>("fontSize"),
                                coder.decode<bool>("bold"), coder.decode<bool>("monospacedDigits")};
     setFont(make<NSFont>(font));
-    setTextColor(make<NSColor>(coder.decode<CGColor>("textColor")));
+    if (const auto color = coder.decode<std::optional<CGColor>>("textColor"))
+        setTextColor(make<NSColor>(*color));
     setAlignment(coder.decode<NSTextAlignment>("alignment"));
     setLineBreakMode(coder.decode<NSLineBreakMode>("lineBreakMode"));
     setMaximumNumberOfLines(coder.decode<int>("maximumNumberOfLines"));

@@ -392,5 +392,35 @@ TEST(NSTextField, ComesBackFromAnArchiveAsItWas)
     EXPECT_TRUE(plain->isEditable());
 }
 
+std::shared_ptr<NSTextField> copyOf(NSTextField& field)
+{
+    return std::dynamic_pointer_cast<NSTextField>(unarchivedObject(archivedObject(field)));
+}
+
+TEST(NSTextField, AnArchiveMakesNoColourItsOwn)
+{
+    const auto label = plainLabel("text");
+    NSApplication::shared().setAppearance(Appearance::dark);
+    const auto shown = label->textColor();
+    const auto copy = copyOf(*label);
+    EXPECT_TRUE(copy->textColor()->isEqual(*shown));
+    NSApplication::shared().setAppearance(Appearance::light);
+    EXPECT_TRUE(copy->textColor()->isEqual(*label->textColor()));
+    EXPECT_FALSE(copy->textColor()->isEqual(*shown)) << "it goes with the ground, as the field does";
+    NSApplication::shared().setAppearance(std::nullopt);
+}
+
+TEST(NSTextField, AColourThatItShowsAnywayBecomesItsOwn)
+{
+    const auto label = plainLabel("text");
+    NSApplication::shared().setAppearance(Appearance::dark);
+    const auto shown = label->textColor();
+    label->setTextColor(shown);
+    NSApplication::shared().setAppearance(Appearance::light);
+    EXPECT_TRUE(label->textColor()->isEqual(*shown));
+    EXPECT_TRUE(copyOf(*label)->textColor()->isEqual(*shown));
+    NSApplication::shared().setAppearance(std::nullopt);
+}
+
 } // namespace
 } // namespace RVCore
