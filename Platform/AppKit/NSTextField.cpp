@@ -177,6 +177,7 @@ void NSTextField::setEditable(bool editable)
         return;
     m_isEditable = editable;
     textChanged();
+    postAccessibilityChange(*this, AccessibleChange::state);
     interactionChanged();
 }
 
@@ -185,6 +186,7 @@ void NSTextField::setSelectable(bool selectable)
     if (m_isSelectable == selectable)
         return;
     m_isSelectable = selectable;
+    postAccessibilityChange(*this, AccessibleChange::state);
     interactionChanged();
 }
 
@@ -198,7 +200,6 @@ void NSTextField::setEnabled(bool enabled)
 
 void NSTextField::interactionChanged()
 {
-    postAccessibilityChange(*this, AccessibleChange::state);
     invalidateCursorRects();
     if (!isInteractive() && hasKeyboardFocus())
         window()->makeFirstResponder(nullptr);

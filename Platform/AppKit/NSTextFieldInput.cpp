@@ -52,7 +52,6 @@ AccessibleRole NSTextField::accessibilityRole() const
 AccessibleState NSTextField::accessibilityState() const
 {
     AccessibleState state = NSControl::accessibilityState();
-    state.isEnabled = isEnabled();
     state.isEditable = isEnabled() && m_isEditable;
     return state;
 }
@@ -67,8 +66,10 @@ bool NSTextField::setAccessibilityValue(const std::string& text)
     if (!session)
         return false;
     session->editor().perform(TextCommand::selectAll);
-    session->editor().perform(TextCommand::deleteSelection);
-    session->editor().compose({.committed = text});
+    if (text.empty())
+        session->editor().perform(TextCommand::deleteSelection);
+    else
+        session->editor().compose({.committed = text}); // in place of the selection, as one edit
     return true;
 }
 

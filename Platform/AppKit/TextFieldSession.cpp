@@ -130,10 +130,12 @@ bool TextFieldSession::handleKey(NSEvent& event)
     return key == NSKey::escape && revert();
 }
 
-bool TextFieldSession::handleReturn(NSEvent&)
+bool TextFieldSession::handleReturn(NSEvent& event)
 {
     if (!m_field.isEditable())
         return false;
+    if (event.isARepeat())
+        return true; // a key that is held ends editing once
     const auto field = shared(m_field);
     m_editor->commitComposition();
     endEditing();
@@ -160,6 +162,9 @@ bool TextFieldSession::revert()
 
 bool TextFieldSession::handlePointer(NSEvent& event)
 {
+    constexpr int middleButton = 2;
+    if (event.buttonNumber() > middleButton)
+        return false; // the side buttons mean something else, if anything
     const auto alive = shared_from_this();
     const CGPoint inField = m_field.convertPointFrom(event.locationInWindow(), nullptr);
     const CGPoint origin = m_field.textRect({}).origin;

@@ -582,6 +582,51 @@ TEST_F(NSTextFieldInputTest, AHiddenFieldIsNoLongerEdited)
     EXPECT_EQ(first->stringValue(), "one two!");
 }
 
+TEST_F(NSTextFieldInputTest, TheSideButtonsOfAMouseDoNothingToTheText)
+{
+    click(35);
+    first->setSelectedRange({0, 3});
+    for (const int button : {3, 4}) {
+        for (const InputKind kind : {InputKind::buttonPressed, InputKind::buttonReleased}) {
+            InputEvent event = pointer(kind, {20, 28});
+            event.button = button;
+            screen().userInput(event);
+        }
+    }
+    EXPECT_EQ(first->selectedRange(), (TextRange{0, 3}));
+}
+
+TEST_F(NSTextFieldInputTest, ReturnThatIsHeldSendsTheActionOnce)
+{
+    click(35);
+    InputEvent event = keyPress(NSKey::carriageReturn, 0);
+    screen().userInput(event);
+    event.isRepeat = true;
+    screen().userInput(event);
+    EXPECT_EQ(actionCount, 1);
+}
+
+TEST_F(NSTextFieldInputTest, AssistiveTechnologysValueIsOneEdit)
+{
+    click(35);
+    EXPECT_TRUE(first->setAccessibilityValue("new"));
+    EXPECT_THAT(delegate->take(), ElementsAre("begin 'new'", "change 'new'"));
+    press("z", command);
+    EXPECT_EQ(first->stringValue(), "one two");
+    delegate->take();
+    EXPECT_TRUE(first->setAccessibilityValue(""));
+    EXPECT_EQ(first->stringValue(), "");
+    EXPECT_THAT(delegate->take(), ElementsAre("change ''"));
+}
+
+TEST_F(NSTextFieldInputTest, AChangeOfBeingEnabledIsToldOnce)
+{
+    screen().takeAccessibilityChanges();
+    first->setEnabled(false);
+    const auto changes = screen().takeAccessibilityChanges();
+    EXPECT_EQ(std::ranges::count(changes, AccessibleChange::state, &decltype(changes)::value_type::second), 1);
+}
+
 TEST_F(NSTextFieldInputTest, TheFocusRingIsOnlyInTheWindowThatHasTheKeys)
 {
     const auto ring = [&] {
