@@ -5,6 +5,7 @@
 #include <AppKit/ViewExplanation.h>
 #include <AppKit/ViewExtras.h>
 #include <AppKit/ViewLayoutState.h>
+#include <AppKit/ViewPlacement.h>
 #include <Foundation/NSException.h>
 
 #include <QuartzCore/CALayer.h>
@@ -208,8 +209,40 @@ void NSView::setBoundsOrigin(CGPoint origin)
     requestFrame();
 }
 
+// Where a view is painted in its superview, on the canvas that runs down from the visible top left corner: only where
+// its layer puts it elsewhere than its frame does, and not where it is squeezed to nothing.
+std::optional<CGAffineTransform> NSView::ownPlacement() const
+{
+    if (!m_layer || !m_superview)
+        return std::nullopt;
+    const CGPoint anchor = m_layer->anchorPoint();
+    const CGPoint usual{m_frame.minX() + anchor.x * m_frame.size.width,
+                        m_frame.minY() + anchor.y * m_frame.size.height};
+    const CGAffineTransform transform = m_layer->affineTransform();
+    if ((transform == CGAffineTransform() && m_layer->position() == usual) ||
+        transform.a * transform.d == transform.b * transform.c)
+        return std::nullopt;
+    return placementInSuperview(*this);
+}
+
+bool NSView::isTransformedInRoot() const
+{
+    for (const NSView* view = this; view; view = view->m_superview) {
+        if (view->ownPlacement())
+            return true;
+    }
+    return false;
+}
+
 CGPoint NSView::pointInSuperview(CGPoint point) const
 {
+    if (const auto placement = ownPlacement()) {
+        const CGRect outer = m_superview->bounds();
+        const CGPoint onCanvas = placement->apply(
+            {point.x - m_boundsOrigin.x, isFlipped() ? point.y - m_boundsOrigin.y : bounds().maxY() - point.y});
+        return {onCanvas.x + outer.minX(),
+                m_superview->isFlipped() ? onCanvas.y + outer.minY() : outer.maxY() - onCanvas.y};
+    }
     // Seen from the visible top left corner first, then from the superview's origin.
     CGPoint fromTop{point.x - m_boundsOrigin.x, point.y - m_boundsOrigin.y};
     if (!isFlipped())
@@ -221,6 +254,12 @@ CGPoint NSView::pointInSuperview(CGPoint point) const
 
 CGPoint NSView::pointFromSuperview(CGPoint point) const
 {
+    if (const auto placement = ownPlacement()) {
+        const CGRect outer = m_superview->bounds();
+        const CGPoint inside = placement->inverted().apply(
+            {point.x - outer.minX(), m_superview->isFlipped() ? point.y - outer.minY() : outer.maxY() - point.y});
+        return {inside.x + m_boundsOrigin.x, isFlipped() ? inside.y + m_boundsOrigin.y : bounds().maxY() - inside.y};
+    }
     CGPoint fromTop{point.x - m_frame.minX(), m_frame.maxY() - point.y};
     if (m_superview && m_superview->isFlipped())
         fromTop.y = point.y - m_frame.minY();
@@ -267,8 +306,24 @@ CGPoint NSView::convertPointFrom(CGPoint point, const NSView* view) const
     return view ? view->convertPointTo(point, this) : convertFromRoot(point);
 }
 
+namespace {
+
+// What encloses the corners of a rectangle after each has been converted.
+template <class Convert> CGRect convertedCorners(const CGRect& rect, Convert convert)
+{
+    const CGPoint corners[] = {convert(rect.origin), convert({rect.maxX(), rect.minY()}),
+                               convert({rect.minX(), rect.maxY()}), convert({rect.maxX(), rect.maxY()})};
+    const auto [left, right] = std::ranges::minmax(corners, {}, &CGPoint::x);
+    const auto [low, high] = std::ranges::minmax(corners, {}, &CGPoint::y);
+    return {left.x, low.y, right.x - left.x, high.y - low.y};
+}
+
+} // namespace
+
 CGRect NSView::convertRectTo(const CGRect& rect, const NSView* view) const
 {
+    if (isTransformedInRoot() || (view && view->isTransformedInRoot()))
+        return convertedCorners(rect, [&](CGPoint corner) { return convertPointTo(corner, view); });
     const CGPoint first = convertPointTo(rect.origin, view);
     const CGPoint second = convertPointTo({rect.maxX(), rect.maxY()}, view);
     return {std::min(first.x, second.x), std::min(first.y, second.y), rect.size.width, rect.size.height};
@@ -276,6 +331,8 @@ CGRect NSView::convertRectTo(const CGRect& rect, const NSView* view) const
 
 CGRect NSView::convertRectFrom(const CGRect& rect, const NSView* view) const
 {
+    if (isTransformedInRoot() || (view && view->isTransformedInRoot()))
+        return convertedCorners(rect, [&](CGPoint corner) { return convertPointFrom(corner, view); });
     const CGPoint first = convertPointFrom(rect.origin, view);
     const CGPoint second = convertPointFrom({rect.maxX(), rect.maxY()}, view);
     return {std::min(first.x, second.x), std::min(first.y, second.y), rect.size.width, rect.size.height};

@@ -72,7 +72,9 @@ public:
     void setBoundsOrigin(CGPoint origin);
     virtual bool isFlipped() const { return false; }
     // Between this view's coordinates and another view's; null stands for what the root's frame is in, the window's
-    // coordinates: y upward. Raises NSInvalidArgumentException for a view of another tree.
+    // coordinates: y upward. Points are where they are painted, layers' transforms included; of a rectangle that is
+    // turned it is what encloses it. In a view that is squeezed to nothing its frame counts. Raises
+    // NSInvalidArgumentException for a view of another tree.
     CGPoint convertPointTo(CGPoint point, const NSView* view) const;
     CGPoint convertPointFrom(CGPoint point, const NSView* view) const;
     CGRect convertRectTo(const CGRect& rect, const NSView* view) const;
@@ -256,6 +258,8 @@ private:
     void setContentPriority(NSLayoutPriority& field, NSLayoutPriority priority,
                             NSLayoutConstraintOrientation orientation);
     void frameRowsChanged();
+    std::optional<CGAffineTransform> ownPlacement() const;
+    bool isTransformedInRoot() const;
     CGPoint pointInSuperview(CGPoint point) const;
     CGPoint pointFromSuperview(CGPoint point) const;
     CGPoint convertToRoot(CGPoint point) const;

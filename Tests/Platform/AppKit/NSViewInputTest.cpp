@@ -72,6 +72,25 @@ TEST(NSViewInput, aHiddenViewIsNotHitAndATransparentOneIs)
     EXPECT_FALSE(root->isHiddenOrHasHiddenAncestor());
 }
 
+TEST(NSViewInput, pointsAreConvertedWhereTheyArePainted)
+{
+    const auto root = makeHost(100, 100); // a root's frame is in coordinates that run upward
+    const auto view = add(*root, {40, 40, 20, 20});
+    view->setWantsLayer(true);
+    view->layer()->setAffineTransform(CGAffineTransform::scale(2, 2)); // about its centre: 30 … 70
+    EXPECT_EQ(view->convertPointTo({0, 20}, root.get()), (CGPoint{30, 30}));
+    EXPECT_EQ(view->convertPointFrom({70, 70}, nullptr), (CGPoint{20, 20}));
+    EXPECT_EQ(view->convertRectTo(view->bounds(), root.get()), CGRect(30, 30, 40, 40));
+    const auto inner = add(*view, {0, 0, 10, 10});
+    EXPECT_EQ(inner->convertRectTo(inner->bounds(), root.get()), CGRect(30, 50, 20, 20));
+    EXPECT_EQ(inner->convertRectFrom({30, 50, 20, 20}, root.get()), CGRect(0, 0, 10, 10));
+    view->layer()->setAffineTransform(CGAffineTransform::scale(0, 1));
+    EXPECT_EQ(view->convertPointTo({0, 20}, root.get()), (CGPoint{40, 40})) << "squeezed to nothing: its frame";
+    view->layer()->setAffineTransform({});
+    view->layer()->setPosition({60, 60});
+    EXPECT_EQ(view->convertPointFrom({50, 50}, nullptr), (CGPoint{0, 20}));
+}
+
 TEST(NSViewInput, theHigherLayerIsHitFirst)
 {
     const auto root = makeHost(100, 100);
