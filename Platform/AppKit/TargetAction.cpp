@@ -37,9 +37,12 @@ Class& ClosureTarget::staticClass()
 void TargetAction::setTarget(const ObjectRef& target)
 {
     const ObjectRef kept = target; // it may be what is let go of
+    const bool calledClosure = callsClosure();
     m_target = kept;
     m_hasTarget = kept != nullptr;
     m_closureTarget = std::dynamic_pointer_cast<ClosureTarget>(kept);
+    if (calledClosure && !callsClosure() && m_action == closureAction())
+        m_action.reset(); // nobody else answers it
 }
 
 void TargetAction::setAction(const std::optional<Selector>& action, std::string_view operation)

@@ -113,6 +113,21 @@ TEST(NSControl, AClosureIsATargetThatTheControlHolds)
     EXPECT_EQ(count, 1);
 }
 
+TEST(NSControl, AnotherTargetDoesNotGetTheActionOfTheClosure)
+{
+    const auto sender = control();
+    sender->setOnAction([] {});
+    sender->setTarget(make<ActionLog>());
+    EXPECT_EQ(sender->action(), std::nullopt);
+    EXPECT_FALSE(sender->sendAction());
+    const auto log = make<ActionLog>();
+    sender->setOnAction([] {});
+    sender->setAction("take:");
+    sender->setTarget(log);
+    EXPECT_TRUE(sender->sendAction());
+    EXPECT_THAT(log->senders, ElementsAre(sender));
+}
+
 TEST(NSControl, AClosureMayReplaceItself)
 {
     const auto sender = control();
