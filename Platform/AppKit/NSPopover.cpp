@@ -5,6 +5,7 @@
 #include <AppKit/NSView.h>
 #include <AppKit/NSViewController.h>
 #include <AppKit/PopoverWindow.h>
+#include <AppKit/PublishedDelegate.h>
 #include <Foundation/NSException.h>
 
 namespace RVCore {
@@ -51,6 +52,7 @@ Class& NSPopover::staticClass()
 {
     static Class& theClass = defineClass<NSPopover>("NSPopover", NSResponder::staticClass(), [](auto& publish) {
         publish.property("behavior", &NSPopover::behavior, &NSPopover::setBehavior);
+        publishDelegate<NSPopoverDelegate, NSPopover>(publish, "NSPopover", "NSPopoverDelegate");
         publish.property("contentViewController", &NSPopover::contentViewController,
                          &NSPopover::setContentViewController);
         publish.method("showRelativeToRect:ofView:preferredEdge:", &NSPopover::showRelativeToRect);

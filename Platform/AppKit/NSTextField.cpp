@@ -3,6 +3,7 @@
 #include <AppKit/NSFont.h>
 #include <AppKit/NSTextField.h>
 #include <AppKit/NSWindow.h>
+#include <AppKit/PublishedDelegate.h>
 #include <AppKit/TextFieldSession.h>
 #include <Foundation/NSException.h>
 #include <Foundation/Utf8.h>
@@ -12,19 +13,6 @@ namespace RVCore {
 namespace {
 
 constexpr CGColor defaultTextColor{0.11, 0.11, 0.12, 1};
-
-ObjectRef objectOf(NSTextField& field)
-{
-    return std::dynamic_pointer_cast<NSObject>(field.delegate());
-}
-
-void setDelegateObject(NSTextField& field, const ObjectRef& object)
-{
-    const auto delegate = std::dynamic_pointer_cast<NSTextFieldDelegate>(object);
-    if (object && !delegate)
-        raiseInvalidArgument("NSTextField.setDelegate:", object->description() + " is no NSTextFieldDelegate");
-    field.setDelegate(delegate);
-}
 
 } // namespace
 
@@ -51,7 +39,7 @@ Class& NSTextField::staticClass()
         publish.method("setBezeled:", &NSTextField::setBezeled);
         publish.property("drawsBackground", &NSTextField::drawsBackground, &NSTextField::setDrawsBackground);
         publish.property("backgroundColor", &NSTextField::backgroundColor, &NSTextField::setBackgroundColor);
-        publish.property("delegate", &objectOf, &setDelegateObject);
+        publishDelegate<NSTextFieldDelegate, NSTextField>(publish, "NSTextField", "NSTextFieldDelegate");
         publish.readOnlyProperty("isEditing", &NSTextField::isEditing);
         const auto command = [&](const char* selector, TextCommand what) {
             publish.method(selector, [what](NSTextField& self, const ObjectRef&) { self.perform(what); });

@@ -10,6 +10,7 @@
 #include <AppKit/NSViewController.h>
 #include <AppKit/NSWindow.h>
 #include <AppKit/NSWindowController.h>
+#include <AppKit/PublishedDelegate.h>
 #include <AppKit/ViewSnapshot.h>
 #include <AppKit/WindowSizes.h>
 #include <Foundation/NSException.h>
@@ -93,6 +94,7 @@ Class& NSWindow::staticClass()
 {
     static Class& theClass = defineClass<NSWindow>("NSWindow", NSResponder::staticClass(), [](auto& publish) {
         publish.property("title", &NSWindow::title, &NSWindow::setTitle);
+        publishDelegate<NSWindowDelegate, NSWindow>(publish, "NSWindow", "NSWindowDelegate");
         publish.property("contentView", &NSWindow::contentView, &NSWindow::setContentView);
         publish.property("contentViewController", &NSWindow::contentViewController,
                          &NSWindow::setContentViewController);

@@ -4,6 +4,7 @@
 #include <AppKit/NSEvent.h>
 #include <AppKit/NSPopover.h>
 #include <AppKit/NSViewController.h>
+#include <Foundation/Message.h>
 #include <Platform/Foundation/Raised.h>
 
 #include <cmath>
@@ -371,6 +372,18 @@ TEST_F(NSPopoverTest, whereTheContentNeedsNothingItsControllersPreferenceCounts)
     popover->setContentViewController(plain);
     show();
     EXPECT_EQ(popover->window()->frame().size, (CGSize{100, 59}));
+}
+
+TEST_F(NSPopoverTest, theDelegateIsReadAndWrittenByName)
+{
+    class Delegate : public NSObject, public NSPopoverDelegate {};
+    const auto object = make<Delegate>();
+    send(popover, "setDelegate:", object);
+    EXPECT_EQ(popover->delegate(), object);
+    EXPECT_EQ(send(popover, "delegate").as<ObjectRef>(), object);
+    EXPECT_THAT(raised([&] { send(popover, "setDelegate:", content); }), HasSubstr("is no NSPopoverDelegate"));
+    send(popover, "setDelegate:", Value());
+    EXPECT_EQ(popover->delegate(), nullptr);
 }
 
 TEST_F(NSPopoverTest, drawsABoxWithAnArrowAndItsContent)

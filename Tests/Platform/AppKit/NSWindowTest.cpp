@@ -365,5 +365,17 @@ TEST_F(NSWindowTest, EveryPropertyAndOperationIsReachedByName)
     EXPECT_FALSE(send(window, "isVisible").as<bool>());
 }
 
+TEST_F(NSWindowTest, TheDelegateIsReadAndWrittenByName)
+{
+    class Delegate : public NSObject, public NSWindowDelegate {};
+    const auto object = make<Delegate>();
+    send(window, "setDelegate:", object);
+    EXPECT_EQ(window->delegate(), object);
+    EXPECT_EQ(send(window, "delegate").as<ObjectRef>(), object);
+    EXPECT_THAT(raised([&] { send(window, "setDelegate:", make<NSView>()); }), HasSubstr("is no NSWindowDelegate"));
+    send(window, "setDelegate:", Value());
+    EXPECT_EQ(window->delegate(), nullptr);
+}
+
 } // namespace
 } // namespace RVCore
