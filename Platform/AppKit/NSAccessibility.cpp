@@ -278,7 +278,8 @@ bool NSView::setAccessibilityValue(const std::string&)
 AccessibleState NSView::accessibilityState() const
 {
     const NSWindow* host = window();
-    return {.isFocusable = acceptsFirstResponder(), .isFocused = host && host->firstResponder() == this};
+    return {.isFocusable = acceptsFirstResponder(),
+            .isFocused = host && host->isKeyWindow() && host->firstResponder() == this};
 }
 
 bool NSView::accessibilityPerformPress()

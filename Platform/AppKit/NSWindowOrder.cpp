@@ -1,3 +1,4 @@
+#include <AppKit/NSAccessibility.h>
 #include <AppKit/NSApplication.h>
 #include <AppKit/NSPopover.h>
 #include <AppKit/NSView.h>
@@ -251,6 +252,9 @@ void NSWindow::keyChanged(bool isKey, AppKitKey)
 {
     const auto alive = shared(*this);
     contentNeedsFrame({}); // what has the focus may look different
+    auto* focused = dynamic_cast<NSView*>(firstResponder());
+    if (isKey && focused)
+        postAccessibilityChange(*focused, AccessibleChange::focus);
     tellDelegate(isKey ? &NSWindowDelegate::windowDidBecomeKey : &NSWindowDelegate::windowDidResignKey);
 }
 

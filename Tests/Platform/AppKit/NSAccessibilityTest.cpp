@@ -218,6 +218,20 @@ TEST_F(NSAccessibilityTest, changesAreToldToTheDesktop)
                             Pair("2 of 3", AccessibleChange::value), Pair("Save it", AccessibleChange::children)));
 }
 
+TEST_F(NSAccessibilityTest, theFocusIsInTheKeyWindowAndToldWhenAnotherWindowGetsTheKeys)
+{
+    const auto field = put<FieldLikeView>({0, 0, 100, 20});
+    field->accepts = true;
+    window->makeFirstResponder(field.get());
+    const auto other = make<NSWindow>(CGSize{50, 50});
+    other->makeKeyAndOrderFront();
+    EXPECT_FALSE(first()->state().isFocused);
+    screen().takeAccessibilityChanges();
+    other->close();
+    EXPECT_TRUE(first()->state().isFocused);
+    EXPECT_THAT(screen().takeAccessibilityChanges(), ElementsAre(Pair("", AccessibleChange::focus)));
+}
+
 TEST_F(NSAccessibilityTest, whatAPressRaisesIsPrinted)
 {
     class RaisingView : public ButtonLikeView {
