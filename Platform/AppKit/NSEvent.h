@@ -29,7 +29,8 @@ enum class NSEventType : std::uint8_t {
     otherMouseDragged = 27,
 };
 
-// The modifier keys that are down, as InputModifier explains them.
+// The modifier keys that are down, as InputModifier explains them. `capsLock` is in the events of the Caps Lock key
+// only.
 enum class NSEventModifierFlags : std::uint32_t {
     none = 0,
     capsLock = InputModifier::capsLock,

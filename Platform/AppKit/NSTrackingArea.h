@@ -28,7 +28,8 @@ constexpr NSTrackingAreaOptions operator|(NSTrackingAreaOptions left, NSTracking
 }
 constexpr bool contains(NSTrackingAreaOptions options, NSTrackingAreaOptions option)
 {
-    return (static_cast<std::uint32_t>(options) & static_cast<std::uint32_t>(option)) != 0;
+    return (static_cast<std::uint32_t>(options) & static_cast<std::uint32_t>(option)) ==
+           static_cast<std::uint32_t>(option);
 }
 
 // A part of a view that tells its owner when the pointer enters it, moves in it and leaves it, by the messages

@@ -32,7 +32,7 @@ constexpr NSAutoresizingMask operator|(NSAutoresizingMask left, NSAutoresizingMa
 }
 constexpr bool contains(NSAutoresizingMask mask, NSAutoresizingMask flag)
 {
-    return (static_cast<int>(mask) & static_cast<int>(flag)) != 0;
+    return (static_cast<int>(mask) & static_cast<int>(flag)) == static_cast<int>(flag);
 }
 
 enum class NSViewLayerContentsRedrawPolicy : int { never = 0, onSetNeedsDisplay = 1, duringViewResize = 2 };

@@ -34,5 +34,13 @@ TEST(NSTrackingArea, optionsThatSayTooLittleOrTooMuchRaise)
     EXPECT_THAT(reason(0x01 | 0x80 | 0x1000), HasSubstr("no options 4096"));
 }
 
+TEST(NSTrackingArea, optionsContainWhatTheyHaveAllOf)
+{
+    const Options hover = Options::mouseEnteredAndExited | Options::activeAlways;
+    EXPECT_TRUE(contains(hover, Options::activeAlways));
+    EXPECT_TRUE(contains(hover, hover));
+    EXPECT_FALSE(contains(hover, Options::mouseMoved | Options::activeAlways));
+}
+
 } // namespace
 } // namespace RVCore
