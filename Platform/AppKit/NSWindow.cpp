@@ -408,6 +408,7 @@ void NSWindow::accessibilityChanged(const std::shared_ptr<AccessibleElement>& el
 
 std::vector<std::shared_ptr<AccessibleElement>> NSWindow::accessibleElements()
 {
+    const auto alive = shared(*this); // layout may close it
     return accessibleElementsOf(*this);
 }
 

@@ -60,6 +60,14 @@ QAccessible::State toQState(const AccessibleState& state, AccessibleRole role)
 
 QAccessibleInterface* interfaceOf(QtWindowSurface& surface, const Element& element);
 
+// What an element says, which may take code of the application: no exception passes through Qt.
+template <class T> T ask(const Element& element, T (AccessibleElement::*question)() const)
+{
+    T answer{};
+    callGuarded([&] { answer = ((*element).*question)(); });
+    return answer;
+}
+
 // An element as Qt wants it. A text that can be set or read letter by letter is offered as such.
 class ElementInterface : public QAccessibleInterface,
                          public QAccessibleActionInterface,
@@ -76,36 +84,38 @@ public:
 
     QAccessibleInterface* parent() const override
     {
+        const Element around = ask(m_element, &AccessibleElement::parent);
         if (!m_surface)
             return nullptr;
-        const Element around = m_element->parent();
         return around ? interfaceOf(*m_surface, around) : accessibleOf(*m_surface);
     }
     QAccessibleInterface* child(int index) const override
     {
-        const auto children = m_element->children();
+        const auto children = ask(m_element, &AccessibleElement::children);
         const bool isThere = m_surface && index >= 0 && static_cast<std::size_t>(index) < children.size();
         return isThere ? interfaceOf(*m_surface, children[static_cast<std::size_t>(index)]) : nullptr;
     }
-    int childCount() const override { return static_cast<int>(m_element->children().size()); }
+    int childCount() const override { return static_cast<int>(ask(m_element, &AccessibleElement::children).size()); }
     int indexOfChild(const QAccessibleInterface* child) const override
     {
-        return indexIn(m_element->children(), child);
+        return indexIn(ask(m_element, &AccessibleElement::children), child);
     }
     QAccessibleInterface* childAt(int x, int y) const override
     {
-        return m_surface ? elementAt(*m_surface, m_element->children(), x, y) : nullptr;
+        const auto children = ask(m_element, &AccessibleElement::children);
+        return m_surface ? elementAt(*m_surface, children, x, y) : nullptr;
     }
     QAccessibleInterface* focusChild() const override
     {
-        return m_surface ? focusedElement(*m_surface, m_element->children()) : nullptr;
+        const auto children = ask(m_element, &AccessibleElement::children);
+        return m_surface ? focusedElement(*m_surface, children) : nullptr;
     }
 
     QString text(QAccessible::Text kind) const override
     {
         if (kind == QAccessible::Name)
-            return toQString(m_element->name());
-        return kind == QAccessible::Value ? toQString(m_element->value()) : QString();
+            return toQString(ask(m_element, &AccessibleElement::name));
+        return kind == QAccessible::Value ? toQString(ask(m_element, &AccessibleElement::value)) : QString();
     }
     void setText(QAccessible::Text kind, const QString& text) override
     {
@@ -114,23 +124,26 @@ public:
     }
     QRect rect() const override
     {
+        const QRectF frame = toQRectF(ask(m_element, &AccessibleElement::frame));
         if (!m_surface)
             return {};
-        const QRectF frame = toQRectF(m_element->frame());
         return {m_surface->mapToGlobal(frame.topLeft().toPoint()), frame.size().toSize()};
     }
-    QAccessible::Role role() const override { return toQRole(m_element->role()); }
-    QAccessible::State state() const override { return toQState(m_element->state(), m_element->role()); }
+    QAccessible::Role role() const override { return toQRole(ask(m_element, &AccessibleElement::role)); }
+    QAccessible::State state() const override
+    {
+        return toQState(ask(m_element, &AccessibleElement::state), ask(m_element, &AccessibleElement::role));
+    }
 
     void* interface_cast(QAccessible::InterfaceType type) override
     {
-        const AccessibleRole role = m_element->role();
+        const AccessibleRole role = ask(m_element, &AccessibleElement::role);
         const bool isText = role == AccessibleRole::textField || role == AccessibleRole::staticText;
         if (type == QAccessible::ActionInterface)
             return static_cast<QAccessibleActionInterface*>(this);
         if (type == QAccessible::TextInterface && isText)
             return static_cast<QAccessibleTextInterface*>(this);
-        if (type == QAccessible::EditableTextInterface && m_element->state().isEditable)
+        if (type == QAccessible::EditableTextInterface && ask(m_element, &AccessibleElement::state).isEditable)
             return static_cast<QAccessibleEditableTextInterface*>(this);
         return nullptr;
     }
@@ -139,7 +152,7 @@ public:
     QStringList actionNames() const override
     {
         QStringList names;
-        const AccessibleState state = m_element->state();
+        const AccessibleState state = ask(m_element, &AccessibleElement::state);
         if (state.isPressable && state.isEnabled)
             names << (state.isCheckable ? toggleAction() : pressAction());
         if (state.isFocusable)
@@ -207,9 +220,9 @@ public:
     static QAccessibleInterface* focusedElement(QtWindowSurface& surface, const std::vector<Element>& elements)
     {
         for (const Element& element : elements) {
-            if (element->state().isFocused)
+            if (ask(element, &AccessibleElement::state).isFocused)
                 return interfaceOf(surface, element);
-            if (QAccessibleInterface* inside = focusedElement(surface, element->children()))
+            if (QAccessibleInterface* inside = focusedElement(surface, ask(element, &AccessibleElement::children)))
                 return inside;
         }
         return nullptr;

@@ -211,6 +211,8 @@ bool QtWindowSurface::event(QEvent* event)
         scheduleFrame();
     else if (event->type() == QEvent::Leave)
         report(pointerLeft());
+    else if (event->type() == QEvent::ApplicationPaletteChange || event->type() == QEvent::ThemeChange)
+        requestFrame(); // light may have become dark
     if (event->type() == QEvent::Expose || event->type() == QEvent::WindowStateChange)
         reportState();
     return isHandled;
@@ -261,8 +263,7 @@ void QtWindowSurface::report(const InputEvent& event)
 std::vector<std::shared_ptr<AccessibleElement>> QtWindowSurface::accessibleElements() const
 {
     std::vector<std::shared_ptr<AccessibleElement>> elements;
-    if (m_client)
-        callGuarded([&] { elements = m_client->accessibleElements(); });
+    const_cast<QtWindowSurface&>(*this).call([&](WindowClient& client) { elements = client.accessibleElements(); });
     return elements;
 }
 
@@ -298,7 +299,8 @@ void QtWindowSurface::keyPressEvent(QKeyEvent* event)
 
 void QtWindowSurface::keyReleaseEvent(QKeyEvent* event)
 {
-    report(fromQKeyEvent(*event));
+    if (!event->isAutoRepeat()) // a key that is held is still down, whatever X11 says in between
+        report(fromQKeyEvent(*event));
 }
 
 void QtWindowSurface::paintFrame()

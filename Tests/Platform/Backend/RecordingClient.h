@@ -48,7 +48,12 @@ public:
         if (onInput)
             onInput();
     }
-    std::vector<std::shared_ptr<AccessibleElement>> accessibleElements() override { return elements; }
+    std::vector<std::shared_ptr<AccessibleElement>> accessibleElements() override
+    {
+        if (onElements)
+            onElements();
+        return elements;
+    }
 
     // What has been told since the last call.
     std::vector<std::string> takeCalls() { return std::exchange(m_calls, {}); }
@@ -68,6 +73,7 @@ public:
     std::function<void()> onPrepare;
     std::function<void()> onPaint;
     std::function<void()> onInput;
+    std::function<void()> onElements;
 
 private:
     void noteState(std::string state)

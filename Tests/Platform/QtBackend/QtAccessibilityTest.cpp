@@ -1,6 +1,8 @@
+#include <Foundation/NSException.h>
 #include <Platform/Backend/RecordingClient.h>
 
 #include <QAccessible>
+#include <QPointer>
 #include <QtBackend/QtAccessibility.h>
 #include <QtBackend/QtConversions.h>
 #include <QtBackend/QtWindow.h>
@@ -178,6 +180,35 @@ TEST_F(QtAccessibilityTest, anElementThatIsGoneIsInvalidAndItsPlaceIsTakenByAnot
     m_client.elements = {other};
     ASSERT_EQ(root().childCount(), 1);
     EXPECT_EQ(root().child(0)->role(), QAccessible::Graphic);
+}
+
+TEST_F(QtAccessibilityTest, theClientMayEndTheWindowWhenItIsAskedForItsElements)
+{
+    const QPointer<QtWindowSurface> asked = &surface();
+    QAccessibleInterface& window = root();
+    m_client.onElements = [&] {
+        m_window.reset();
+        EXPECT_TRUE(asked) << "not before the call is over";
+    };
+    EXPECT_EQ(window.childCount(), 2);
+}
+
+class RaisingElement : public SampleElement {
+public:
+    RaisingElement() : SampleElement(AccessibleRole::button, "") {}
+    std::string name() const override { raiseInvalidArgument("name", "there is none"); }
+    AccessibleState state() const override { raiseInvalidArgument("state", "there is none"); }
+};
+
+using QtAccessibilityDeathTest = QtAccessibilityTest;
+
+TEST_F(QtAccessibilityDeathTest, anExceptionThatLeavesAnElementStopsTheProgramWithItsMessage)
+{
+    m_client.elements = {std::make_shared<RaisingElement>()};
+    EXPECT_DEATH(root().child(0)->text(QAccessible::Name),
+                 "Fatal error: an exception left a callback: NSInvalidArgumentException: name: there is none");
+    EXPECT_DEATH(root().child(0)->state(),
+                 "Fatal error: an exception left a callback: NSInvalidArgumentException: state: there is none");
 }
 
 TEST_F(QtAccessibilityTest, everyRoleHasOneOfTheDesktops)

@@ -155,6 +155,17 @@ TEST_F(QtInputTest, aModifierKeyChangesTheModifiers)
     EXPECT_EQ(event.modifiers, 0U);
 }
 
+TEST_F(QtInputTest, aKeyThatIsHeldIsReleasedOnce)
+{
+    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease, QEvent::KeyPress}) {
+        QKeyEvent event(type, Qt::Key_A, {}, 38, 0, 0, "a", type == QEvent::KeyRelease, 1);
+        QCoreApplication::sendEvent(&surface(), &event);
+    }
+    ASSERT_EQ(m_client.inputs.size(), 2U) << "a release that only stands for a repeat is none";
+    EXPECT_EQ(m_client.inputs.back().kind, InputKind::keyPressed);
+    EXPECT_EQ(key(Qt::Key_A, "a", {}, QEvent::KeyRelease).kind, InputKind::keyReleased);
+}
+
 TEST_F(QtInputTest, everyShapeOfThePointerIsTheDesktops)
 {
     m_window->setCursor(CursorShape::iBeam);

@@ -1,8 +1,12 @@
+#include <AppKit/NSButton.h>
+#include <AppKit/NSWindow.h>
 #include <Foundation/NSException.h>
 #include <Platform/Backend/RecordingClient.h>
 #include <Platform/Foundation/Raised.h>
 
-#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QPalette>
 #include <QScreen>
 #include <QtBackend/QtWindow.h>
 #include <gmock/gmock.h>
@@ -293,6 +297,43 @@ TEST_F(QtWindowTest, ItsStyleIsTheDesktops)
 {
     m_window->setStyle({.isTitled = false});
     EXPECT_TRUE(surface().flags().testFlag(Qt::FramelessWindowHint));
+}
+
+TEST_F(QtWindowTest, ADesktopThatTurnsDarkOrLightIsPaintedAnew)
+{
+    settle();
+    ASSERT_TRUE(isIdle());
+    QPalette dark;
+    dark.setColor(QPalette::Window, Qt::black);
+    QGuiApplication::setPalette(dark);
+    const bool isIdleInTheDark = isIdle();
+    QGuiApplication::setPalette(QPalette());
+    EXPECT_FALSE(isIdleInTheDark);
+}
+
+TEST_F(QtWindowTest, WhatAnActionRaisesIsPrintedAndTheProgramGoesOn)
+{
+    const auto program = make<NSWindow>(CGSize{100, 50});
+    program->setTitle("Program");
+    const auto button = make<NSButton>(CGRect(0, 0, 100, 50));
+    const auto target = make<NSView>();
+    button->setTarget(target);
+    button->setAction("fly:");
+    program->contentView()->addSubview(button);
+    program->makeKeyAndOrderFront();
+    QWindow* shown = nullptr;
+    for (QWindow* candidate : QGuiApplication::topLevelWindows()) {
+        if (candidate->title() == "Program")
+            shown = candidate;
+    }
+    ASSERT_TRUE(shown);
+    testing::internal::CaptureStderr();
+    for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        QMouseEvent event(type, QPointF(50, 25), QPointF(50, 25), Qt::LeftButton, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(shown, &event);
+    }
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("does not answer fly:"));
+    program->close();
 }
 
 class QtWindowDeathTest : public QtWindowTest {
