@@ -36,7 +36,8 @@ struct ShowAboveOptions {
 };
 // Shows the controller's window, in the size that its content needs, centred over the key window and windowOffset
 // below its top edge. The key window itself is shown where it is. Does nothing without a key window, and without a
-// window of its own.
+// window of its own. To stay on top of one of its own child windows raises NSInvalidArgumentException, and changes
+// nothing.
 void showAboveKeyWindow(NSWindowController& controller, const ShowAboveOptions& options = {});
 
 // Publishes these operations; runs once, before main.

@@ -167,13 +167,13 @@ TEST_F(NSButtonFactories, anImageButtonShowsItsImageAtItsOwnSizeWithoutBorderOrT
     const auto button = makeImageButton({.image = picture()});
     EXPECT_EQ(button->intrinsicContentSize(), (CGSize{17, 9}));
     EXPECT_EQ(button->title(), "");
-    button->setFrameSize({17, 9});
+    button->setFrameSize({41, 29}); // whose room it leaves empty
     RecordingCanvas canvas;
     button->draw(canvas, button->bounds());
     EXPECT_EQ(canvas.text(), "save\n"
-                             "  clip (0, 0) 17 × 9\n"
+                             "  clip (0, 0) 41 × 29\n"
                              "  save\n"
-                             "    fill (0, 0) 17 × 9 rgba(0, 0, 0, 1)\n"
+                             "    fill (12, 10) 17 × 9 rgba(0, 0, 0, 1)\n"
                              "  restore\n"
                              "restore\n");
 }

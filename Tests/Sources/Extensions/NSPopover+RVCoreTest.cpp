@@ -14,8 +14,9 @@ class PlainDelegate : public NSObject, public NSPopoverDelegate {};
 
 // Writes down what is set on it, in order, and what it is asked to show.
 class LoggedPopover : public NSPopover {
+    RVCORE_CLASS(LoggedPopover)
+
 public:
-    using ClassOwner = NSPopover;
     void setBehavior(NSPopoverBehavior behavior) override
     {
         log.push_back("behavior = " + std::to_string(static_cast<int>(behavior)));
@@ -28,16 +29,27 @@ public:
     }
     void setContentViewController(const std::shared_ptr<NSViewController>& controller) override
     {
-        log.emplace_back("contentViewController");
+        const NSView& holder = *controller->view();
+        log.push_back("contentViewController of " + std::to_string(holder.subviews().size()) + " view, " +
+                      std::to_string(holder.constraints().size()) + " constraints");
         NSPopover::setContentViewController(controller);
     }
-    void showRelativeToRect(const CGRect& rect, NSView&, NSRectEdge edge) override
+    void showRelativeToRect(const CGRect& rect, NSView& view, NSRectEdge edge) override
     {
-        log.push_back("show at " + describe(rect) + " edge " + std::to_string(static_cast<int>(edge)));
+        log.push_back("show at " + describe(rect) + " of " + view.identifier() + " edge " +
+                      std::to_string(static_cast<int>(edge)));
     }
 
     std::vector<std::string> log;
 };
+
+Class& LoggedPopover::staticClass()
+{
+    static Class& theClass = defineClass<LoggedPopover>("LoggedPopover", NSPopover::staticClass(), [](auto&) {});
+    return theClass;
+}
+
+const char* const pinnedContent = "contentViewController of 1 view, 4 constraints";
 
 TEST(PopoverFactory, setsBehaviourDelegateAndContentInThisOrder)
 {
@@ -45,14 +57,27 @@ TEST(PopoverFactory, setsBehaviourDelegateAndContentInThisOrder)
     const auto view = make<SizedView>(CGSize{30, 40});
     const auto popover =
         makePopover<LoggedPopover>({.view = view, .behavior = NSPopoverBehavior::transient, .delegate = delegate});
-    EXPECT_THAT(popover->log, ElementsAre("behavior = 1", "delegate", "contentViewController"));
+    EXPECT_THAT(popover->log, ElementsAre("behavior = 1", "delegate", pinnedContent));
     EXPECT_EQ(popover->delegate(), delegate);
+}
+
+TEST(PopoverFactory, byNameSetsTheSameInTheSameOrder)
+{
+    const auto delegate = make<PlainDelegate>();
+    const auto made = [](const Value& behavior, const Value& asDelegate) {
+        return std::dynamic_pointer_cast<LoggedPopover>(send(LoggedPopover::staticClass().alloc(),
+                                                             "initWithView:behavior:delegate:", make<NSView>(),
+                                                             behavior, asDelegate)
+                                                            .as<ObjectRef>());
+    };
+    EXPECT_THAT(made(1, delegate)->log, ElementsAre("behavior = 1", "delegate", pinnedContent));
+    EXPECT_THAT(made(0, Value())->log, ElementsAre("behavior = 0", "delegate = none", pinnedContent));
 }
 
 TEST(PopoverFactory, isSemitransientWithoutADelegateUnlessToldOtherwise)
 {
     const auto popover = makePopover<LoggedPopover>({.view = make<NSView>()});
-    EXPECT_THAT(popover->log, ElementsAre("behavior = 2", "delegate = none", "contentViewController"));
+    EXPECT_THAT(popover->log, ElementsAre("behavior = 2", "delegate = none", pinnedContent));
 }
 
 TEST(PopoverFactory, putsTheViewIntoAPlainOnePinnedToAllFourEdges)
@@ -73,11 +98,12 @@ TEST(PopoverFactory, isShownAtTheAnchorsBoundsMovedByTheOffset)
     const auto popover = makePopover<LoggedPopover>({.view = make<NSView>()});
     popover->log.clear();
     const auto anchor = make<NSView>(CGRect(100, 100, 40, 20));
+    anchor->setIdentifier("anchor");
     anchor->setBoundsOrigin({7, 9});
     show(*popover, *anchor, NSRectEdge::maxX, {5, -3});
     show(*popover, *anchor, NSRectEdge::minY);
-    EXPECT_THAT(popover->log, ElementsAre("show at " + describe(CGRect(12, 6, 40, 20)) + " edge 2",
-                                          "show at " + describe(CGRect(7, 9, 40, 20)) + " edge 1"));
+    EXPECT_THAT(popover->log, ElementsAre("show at " + describe(CGRect(12, 6, 40, 20)) + " of anchor edge 2",
+                                          "show at " + describe(CGRect(7, 9, 40, 20)) + " of anchor edge 1"));
 }
 
 TEST(PopoverFactory, isPublished)

@@ -31,6 +31,7 @@ public:
     void otherMouseUp(NSEvent&) override { caught.emplace_back("otherMouseUp:"); }
     void otherMouseDragged(NSEvent&) override { caught.emplace_back("otherMouseDragged:"); }
     void flagsChanged(NSEvent&) override { caught.emplace_back("flagsChanged:"); }
+    void cursorUpdate(NSEvent&) override { caught.emplace_back("cursorUpdate:"); }
 
     std::vector<std::string> caught;
 };
@@ -39,7 +40,7 @@ const std::vector<std::string> blockable = {
     "mouseDown:", "mouseUp:", "mouseMoved:", "mouseDragged:", "scrollWheel:", "keyDown:", "keyUp:"};
 const std::vector<std::string> others = {
     "mouseEntered:",   "mouseExited:",  "rightMouseDown:",    "rightMouseUp:", "rightMouseDragged:",
-    "otherMouseDown:", "otherMouseUp:", "otherMouseDragged:", "flagsChanged:"};
+    "otherMouseDown:", "otherMouseUp:", "otherMouseDragged:", "flagsChanged:", "cursorUpdate:"};
 
 class EventBlocking : public testing::Test {
 protected:
@@ -136,16 +137,31 @@ TEST_F(EventBlocking, everyViewOfTheFrameworkBlocksToo)
 
 TEST_F(EventBlocking, aClickOnABlockingViewReachesNeitherSuperviewNorWindow)
 {
+    // What is handed on comes by the content view to the window.
+    class PassingView : public CatchingView {
+    public:
+        void mouseDown(NSEvent& event) override
+        {
+            CatchingView::mouseDown(event);
+            NSResponder::mouseDown(event);
+        }
+        void mouseUp(NSEvent& event) override
+        {
+            CatchingView::mouseUp(event);
+            NSResponder::mouseUp(event);
+        }
+    };
     class CatchingWindow : public NSWindow {
     public:
-        void mouseDown(NSEvent&) override { ++downCount; }
-        int downCount = 0;
+        void mouseDown(NSEvent&) override { caught.emplace_back("window mouseDown:"); }
+        void mouseUp(NSEvent&) override { caught.emplace_back("window mouseUp:"); }
+        std::vector<std::string> caught;
     };
     auto owned = std::make_unique<HeadlessBackend>();
     HeadlessBackend& desktop = *owned;
     Backend::install(std::move(owned));
     const auto window = make<CatchingWindow>();
-    const auto content = make<NSView>();
+    const auto content = make<PassingView>();
     content->addSubview(view);
     window->setContentView(content);
     view->setFrame({0, 0, 100, 100});
@@ -155,16 +171,19 @@ TEST_F(EventBlocking, aClickOnABlockingViewReachesNeitherSuperviewNorWindow)
         desktop.windows().front()->userInput(press);
         press.kind = InputKind::buttonReleased;
         desktop.windows().front()->userInput(press);
-        return std::exchange(window->downCount, 0);
+        std::vector<std::string> caught = std::exchange(content->caught, {});
+        std::ranges::copy(std::exchange(window->caught, {}), std::back_inserter(caught));
+        return caught;
     };
-    EXPECT_EQ(click(), 1);
+    const auto isHandedOn = ElementsAre("mouseDown:", "mouseUp:", "window mouseDown:", "window mouseUp:");
+    EXPECT_THAT(click(), isHandedOn);
     setDisableEventPropagation(*view, true);
-    EXPECT_EQ(click(), 0);
+    EXPECT_THAT(click(), IsEmpty());
     setAlpha(*view, 0);
-    EXPECT_EQ(click(), 1);
+    EXPECT_THAT(click(), isHandedOn);
     setAlpha(*view, 1);
     view->setHidden(true);
-    EXPECT_EQ(click(), 1);
+    EXPECT_THAT(click(), isHandedOn);
     window->close();
     Backend::install(nullptr);
 }

@@ -2,6 +2,7 @@
 #include <Foundation/Message.h>
 #include <Platform/AppKit/ViewTesting.h>
 #include <Platform/AppKit/WindowTesting.h>
+#include <Platform/Foundation/Raised.h>
 
 namespace RVCore {
 namespace {
@@ -193,6 +194,15 @@ TEST_F(NSWindowControllerRVCore, IsReachedByName)
     send(controller, "showAboveKeyWindowWithStayOnTop:", true);
     EXPECT_EQ(own->parentWindow(), key.get());
     EXPECT_TRUE(own->isVisible());
+}
+
+TEST_F(NSWindowControllerRVCore, AChildWindowOfItsOwnCannotBeStayedOnTopOf)
+{
+    own->addChildWindow(key, NSWindowOrderingMode::above);
+    key->makeKeyAndOrderFront();
+    EXPECT_THAT(raised([&] { showAboveKeyWindow(*controller, {.stayOnTop = true}); }),
+                testing::HasSubstr("a parent of the window"));
+    EXPECT_EQ(key->parentWindow(), own.get());
 }
 
 } // namespace
