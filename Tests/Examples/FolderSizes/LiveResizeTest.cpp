@@ -101,10 +101,13 @@ TEST(FolderSizesWindow, IsLaidOutWhileAUserDragsItsCorner)
     EXPECT_TRUE(drag.waitForFinished(patience));
     EXPECT_TRUE(waitUntil(isLaidOut));
 
-    // Narrower than the columns need is not to be had.
-    QProcess shrink;
-    shrink.start(DRAG_WINDOW_CORNER, {title, "-900", "0"});
-    EXPECT_TRUE(shrink.waitForFinished(patience));
+    // Narrower than the columns need is not to be had. On a busy machine the window manager may leave out the end of
+    // a drag; then the user drags again.
+    for (int drags = 0; drags < 3 && contentWidth(window) > 640; ++drags) {
+        QProcess shrink;
+        shrink.start(DRAG_WINDOW_CORNER, {title, "-900", "0"});
+        EXPECT_TRUE(shrink.waitForFinished(patience));
+    }
     EXPECT_TRUE(waitUntil([&] { return contentWidth(window) == 640 && isLaidOut(); })) << contentWidth(window);
 
     // Closing the only window ends the program.

@@ -20,9 +20,11 @@ public:
     EventStorm(HeadlessBackend& desktop, unsigned seed) : m_desktop(desktop), m_random(seed) {}
 
     // Sends the events; every hundredth is followed by the closures that wait, a frame, and a look at what must hold.
+    // A window must be on the screen all the while.
     void run(int count)
     {
-        for (int i = 0; i < count && !m_desktop.windows().empty() && !testing::Test::HasFailure(); ++i) {
+        for (int i = 0; i < count && !testing::Test::HasFailure(); ++i) {
+            ASSERT_FALSE(m_desktop.visibleWindows().empty()) << "closed after " << i << " events";
             HeadlessWindow& screen = *m_desktop.windows()[pick(m_desktop.windows().size())];
             m_time += static_cast<double>(pick(1000)) / 1000;
             blow(screen);
