@@ -22,9 +22,20 @@ struct Contact {
     bool operator==(const Contact&) const = default;
 };
 
+// How the list is shown, and what is put into it; kept with it.
+struct Preferences {
+    bool isSortedByName = false; // or in the order in which the contacts were made
+    bool showsEmail = true;      // below the name, in the list
+    ContactKind newContactKind = ContactKind::person;
+    nlohmann::json unknown = nlohmann::json::object();
+
+    bool operator==(const Preferences&) const = default;
+};
+
 struct ContactList {
     std::vector<Contact> contacts{};
-    nlohmann::json unknown = nlohmann::json::object(); // beside the contacts; written back, too
+    Preferences preferences{};
+    nlohmann::json unknown = nlohmann::json::object(); // beside these; written back, too
 
     bool operator==(const ContactList&) const = default;
 };

@@ -78,14 +78,14 @@ bool isColour(const std::string& text)
            std::all_of(text.begin() + 1, text.end(), [](unsigned char digit) { return std::isxdigit(digit) != 0; });
 }
 
-// What is wrong with a member of a contact; empty when nothing is.
+// What is wrong with a member of a contact or of the preferences; empty when nothing is.
 std::string problemOf(const std::string& key, const json& value)
 {
     if ((key == "name" || key == "email" || key == "phone") && !value.is_string())
         return "is not a text";
-    if (key == "favourite" && !value.is_boolean())
+    if ((key == "favourite" || key == "sortedByName" || key == "showsEmail") && !value.is_boolean())
         return "is neither true nor false";
-    if (key == "kind" && value != "person" && value != "company")
+    if ((key == "kind" || key == "newContactKind") && value != "person" && value != "company")
         return R"(is neither "person" nor "company")";
     if (key == "colour" && !(value.is_string() && isColour(value.get<std::string>())))
         return "is no colour such as \"#1a2b3c\"";
@@ -122,7 +122,7 @@ private:
     void look(int depth, Event event, const json& parsed)
     {
         if (event == Event::key) {
-            (depth == 1 ? m_key : m_contactKey) = parsed.get<std::string>();
+            (depth == 1 ? m_key : m_innerKey) = parsed.get<std::string>();
             return;
         }
         const bool isWhole = event == Event::value || event == Event::object_end || event == Event::array_end;
@@ -136,10 +136,12 @@ private:
             failHere("\"contacts\" is not a list");
         if (depth == 2 && m_key == "contacts" && !parsed.is_object())
             failHere("a contact is not an object");
-        if (depth != 3 || m_key != "contacts")
+        if (depth == 1 && m_key == "preferences" && !parsed.is_object())
+            failHere("\"preferences\" is no object");
+        if (!(depth == 3 && m_key == "contacts") && !(depth == 2 && m_key == "preferences"))
             return;
-        if (const std::string problem = problemOf(m_contactKey, parsed); !problem.empty())
-            failHere("\"" + m_contactKey + "\" " + problem + ": " +
+        if (const std::string problem = problemOf(m_innerKey, parsed); !problem.empty())
+            failHere("\"" + m_innerKey + "\" " + problem + ": " +
                      parsed.dump(-1, ' ', false, json::error_handler_t::replace));
     }
 
@@ -160,8 +162,13 @@ private:
     const std::filesystem::path& m_path;
     Source m_source;
     std::string m_key;
-    std::string m_contactKey;
+    std::string m_innerKey; // of a contact or of the preferences
 };
+
+const char* textOf(ContactKind kind)
+{
+    return kind == ContactKind::company ? "company" : "person";
+}
 
 // Takes the member out, so that what is left is what nobody knows.
 template <class T> void take(json& object, const char* key, T& field)
@@ -173,17 +180,22 @@ template <class T> void take(json& object, const char* key, T& field)
     object.erase(place);
 }
 
+void takeKind(json& object, const char* key, ContactKind& kind)
+{
+    std::string text = textOf(kind);
+    take(object, key, text);
+    kind = text == textOf(ContactKind::company) ? ContactKind::company : ContactKind::person;
+}
+
 Contact toContact(json object)
 {
     Contact contact;
-    std::string kind = "person";
     take(object, "name", contact.name);
     take(object, "email", contact.email);
     take(object, "phone", contact.phone);
-    take(object, "kind", kind);
+    takeKind(object, "kind", contact.kind);
     take(object, "favourite", contact.isFavourite);
     take(object, "colour", contact.colour);
-    contact.kind = kind == "company" ? ContactKind::company : ContactKind::person;
     contact.unknown = std::move(object);
     return contact;
 }
@@ -194,9 +206,28 @@ json fromContact(const Contact& contact)
     object["name"] = contact.name;
     object["email"] = contact.email;
     object["phone"] = contact.phone;
-    object["kind"] = contact.kind == ContactKind::company ? "company" : "person";
+    object["kind"] = textOf(contact.kind);
     object["favourite"] = contact.isFavourite;
     object["colour"] = contact.colour;
+    return object;
+}
+
+Preferences toPreferences(json object)
+{
+    Preferences preferences;
+    take(object, "sortedByName", preferences.isSortedByName);
+    take(object, "showsEmail", preferences.showsEmail);
+    takeKind(object, "newContactKind", preferences.newContactKind);
+    preferences.unknown = std::move(object);
+    return preferences;
+}
+
+json fromPreferences(const Preferences& preferences)
+{
+    json object = preferences.unknown;
+    object["sortedByName"] = preferences.isSortedByName;
+    object["showsEmail"] = preferences.showsEmail;
+    object["newContactKind"] = textOf(preferences.newContactKind);
     return object;
 }
 
@@ -284,7 +315,10 @@ ContactList readContacts(const std::filesystem::path& path)
         for (json& contact : *contacts)
             list.contacts.push_back(toContact(std::move(contact)));
     }
+    if (const auto preferences = object.find("preferences"); preferences != object.end())
+        list.preferences = toPreferences(std::move(*preferences));
     object.erase("contacts");
+    object.erase("preferences");
     object.erase("version");
     list.unknown = std::move(object);
     return list;
@@ -297,6 +331,7 @@ void writeContacts(const std::filesystem::path& path, const ContactList& list)
     json& contacts = object["contacts"] = json::array();
     for (const Contact& contact : list.contacts)
         contacts.push_back(fromContact(contact));
+    object["preferences"] = fromPreferences(list.preferences);
     std::string text;
     try {
         text = object.dump(2) + "\n";

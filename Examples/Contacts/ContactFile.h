@@ -19,11 +19,12 @@ public:
 //       "version": 1,
 //       "contacts": [
 //         { "name": "Ada", "email": "", "phone": "", "kind": "person", "favourite": true, "colour": "#8e8e93" }
-//       ]
+//       ],
+//       "preferences": { "sortedByName": false, "showsEmail": true, "newContactKind": "person" }
 //     }
 //
-// Members that are absent have the defaults of Contact. A file that does not exist is an empty list. Throws
-// ContactFileError for one that cannot be read, is no such object, or is of a later version.
+// Members that are absent have the defaults of Contact and Preferences. A file that does not exist is an empty list.
+// Throws ContactFileError for one that cannot be read, is no such object, or is of a later version.
 ContactList readContacts(const std::filesystem::path& path);
 
 // Writes beside the file, flushes to the disk, and only then takes the file's place, so that at every moment there is

@@ -58,6 +58,7 @@ TEST_F(ContactFile, givesBackWhatWasWritten)
         {.name = "Ada \"the Countess\"\n", .email = "ada@example.org", .phone = "+44 1", .isFavourite = true},
         {.name = "Größe 漢字 \xf0\x9f\x98\x80", .kind = ContactKind::company, .colour = "#00FF7f"},
         {}};
+    list.preferences = {.isSortedByName = true, .showsEmail = false, .newContactKind = ContactKind::company};
     writeContacts(m_path, list);
     EXPECT_EQ(readContacts(m_path), list);
     EXPECT_EQ(fileCount(), 1U) << "nothing is left beside it";
@@ -65,7 +66,8 @@ TEST_F(ContactFile, givesBackWhatWasWritten)
 
 TEST_F(ContactFile, keepsWhatALaterVersionHasAdded)
 {
-    put(R"({"version": 1, "sorted": true, "contacts": [{"name": "Ada", "birthday": {"year": 1815}}]})");
+    put(R"({"version": 1, "sorted": true, "contacts": [{"name": "Ada", "birthday": {"year": 1815}}],
+            "preferences": {"zoom": 2}})");
     ContactList list = readContacts(m_path);
     list.contacts.front().name = "Ada L.";
     writeContacts(m_path, list);
@@ -73,14 +75,16 @@ TEST_F(ContactFile, keepsWhatALaterVersionHasAdded)
     EXPECT_EQ(written["sorted"], true);
     EXPECT_EQ(written["contacts"][0]["birthday"]["year"], 1815);
     EXPECT_EQ(written["contacts"][0]["name"], "Ada L.");
+    EXPECT_EQ(written["preferences"]["zoom"], 2);
 }
 
 TEST_F(ContactFile, mayLeaveOutWhatHasADefault)
 {
     put("{}");
     EXPECT_EQ(readContacts(m_path), ContactList());
-    put(R"({"contacts": [{}]})");
+    put(R"({"contacts": [{}], "preferences": {}})");
     EXPECT_EQ(readContacts(m_path).contacts, std::vector<Contact>{Contact()});
+    EXPECT_EQ(readContacts(m_path).preferences, Preferences());
 }
 
 TEST_F(ContactFile, thatIsBrokenIsReportedWithItsLine)
@@ -107,6 +111,16 @@ TEST_F(ContactFile, thatHoldsSomethingElseIsReportedWithItsLine)
     EXPECT_THAT(withMember("\"colour\": \"red\""), HasSubstr("is no colour"));
     EXPECT_THAT(withMember("\"colour\": \"#12345g\""), HasSubstr("is no colour"));
     EXPECT_THAT(withMember("\"phone\": 5"), HasSubstr("line 2: "));
+}
+
+TEST_F(ContactFile, withWrongPreferencesIsReportedWithItsLine)
+{
+    EXPECT_THAT(problemWith("{\n\"preferences\": 3}"), AllOf(HasSubstr("line 2: "), HasSubstr("no object")));
+    EXPECT_THAT(problemWith("{\"preferences\": {\n\"sortedByName\": 1}}"),
+                AllOf(HasSubstr("line 2: "), HasSubstr("\"sortedByName\" is neither true nor false: 1")));
+    EXPECT_THAT(problemWith("{\"preferences\": {\"showsEmail\": \"no\"}}"), HasSubstr("neither true nor false"));
+    EXPECT_THAT(problemWith("{\"preferences\": {\"newContactKind\": \"pet\"}}"),
+                HasSubstr(R"("newContactKind" is neither "person" nor "company": "pet")"));
 }
 
 TEST_F(ContactFile, ofALaterVersionIsLeftAlone)

@@ -1,0 +1,188 @@
+#include <Contacts/ContactFile.h>
+#include <Contacts/ContactsViewController.h>
+
+namespace Contacts {
+
+using namespace RVCore;
+
+namespace {
+
+constexpr CGFloat margin = 16;
+constexpr CGFloat smallestFormWidth = 340;
+constexpr CGFloat spacing = 8;
+
+std::shared_ptr<NSView> makeLine(LayoutDimension thickness)
+{
+    auto line = make<RVSpacerView>(CGSize{1, 1});
+    line->setContentHuggingPriority(RVLayoutPriorityDefaultLow, thickness == LayoutDimension::width
+                                                                    ? NSLayoutConstraintOrientation::vertical
+                                                                    : NSLayoutConstraintOrientation::horizontal);
+    setBackgroundColor(*line, makeColor(0.5, 0.5, 0.5, 0.4));
+    return line;
+}
+
+} // namespace
+
+Class& ContactsViewController::staticClass()
+{
+    static Class& theClass = defineClass<ContactsViewController>("Contacts.ContactsViewController",
+                                                                 NSViewController::staticClass(), [](auto&) {});
+    return theClass;
+}
+
+void ContactsViewController::init(const std::shared_ptr<ContactDocument>& document)
+{
+    NSViewController::init();
+    m_document = document;
+}
+
+void ContactsViewController::loadView()
+{
+    m_list = make<ContactListView>();
+    m_list->setOnSelect([this](std::size_t contact) {
+        m_document->select(contact);
+        showDocument();
+    });
+    m_form = make<ContactForm>();
+    m_form->setOnChange([this](const Contact& contact) {
+        m_document->changeSelected(contact);
+        showDocument();
+    });
+    m_form->setOnEditingEnd([this] {
+        m_document->sort();
+        showDocument();
+    });
+    makeStatus();
+    makeQuestion();
+
+    auto root = make<RVBaseView>();
+    root->setTranslatesAutoresizingMaskIntoConstraints(false);
+    const auto upright = makeLine(LayoutDimension::width);
+    const auto level = makeLine(LayoutDimension::height);
+    for (const std::shared_ptr<NSView>& part : RVGroupView::Views{m_list, upright, m_form, level, m_footer})
+        root->addSubview(part);
+    autoPinEdgeToSuperviewEdge(*m_list, LayoutEdge::left, margin);
+    autoPinEdge(*upright, LayoutEdge::left, LayoutEdge::right, *m_list, margin);
+    autoPinEdge(*m_form, LayoutEdge::left, LayoutEdge::right, *upright, margin);
+    autoPinEdgeToSuperviewEdge(*m_form, LayoutEdge::right, margin);
+    autoSetDimension(*m_form, LayoutDimension::width, smallestFormWidth, NSLayoutRelation::greaterThanOrEqual);
+    autoPinEdgeToSuperviewEdge(*upright, LayoutEdge::top);
+    autoPinEdge(*upright, LayoutEdge::bottom, LayoutEdge::top, *level);
+    autoPinEdgeToSuperviewEdge(*m_list, LayoutEdge::top, margin);
+    autoPinEdgeToSuperviewEdge(*m_form, LayoutEdge::top, margin);
+    autoPinEdge(*m_list, LayoutEdge::bottom, LayoutEdge::top, *level, -margin);
+    autoPinEdge(*m_form, LayoutEdge::bottom, LayoutEdge::top, *level, -margin);
+    for (const LayoutEdge edge : {LayoutEdge::left, LayoutEdge::right}) {
+        autoPinEdgeToSuperviewEdge(*level, edge);
+        autoPinEdgeToSuperviewEdge(*m_footer, edge, margin);
+    }
+    autoPinEdge(*m_footer, LayoutEdge::top, LayoutEdge::bottom, *level, spacing);
+    autoPinEdgeToSuperviewEdge(*m_footer, LayoutEdge::bottom, spacing);
+    setView(root);
+    showDocument();
+}
+
+void ContactsViewController::makeStatus()
+{
+    m_status = makeLabel("");
+    m_status->setIdentifier("status");
+    m_status->setLineBreakMode(NSLineBreakMode::truncatingMiddle);
+    m_status->setContentCompressionResistancePriority(RVLayoutPriorityDefaultLow,
+                                                      NSLayoutConstraintOrientation::horizontal);
+}
+
+void ContactsViewController::makeQuestion()
+{
+    auto text = makeLabel("Save the changes before closing?");
+    const auto makeAnswer = [this](const std::string& title, const std::string& key, std::function<void()> closure) {
+        auto button = makeButton({.title = title});
+        button->setKeyEquivalent(key);
+        button->setOnAction(std::move(closure));
+        return button;
+    };
+    const auto close = [this] { view()->window()->close(); };
+    const auto discard = makeAnswer("Discard", "", close);
+    const auto cancel = makeAnswer("Cancel", NSKey::escape, [this] { endQuestion(); });
+    m_saveAnswer = makeAnswer("Save", NSKey::carriageReturn, [this, close] {
+        endQuestion();
+        if (save())
+            close();
+    });
+    m_question = makeGroupView({text, discard, cancel, m_saveAnswer},
+                               {.spacing = spacing, .resizePolicy = RVGroupView::ResizePolicy::leadingView});
+    m_footer = makeGroupView({m_status, m_question}, {.orientation = RVGroupView::Orientation::vertical,
+                                                      .spacing = spacing,
+                                                      .alignment = RVGroupView::Edge::fillParent()});
+    m_footer->setVisibility(m_question, false);
+}
+
+void ContactsViewController::askBeforeClosing()
+{
+    m_footer->setVisibility(m_question, true);
+    NSWindow& window = *view()->window();
+    if (window.firstResponder() != m_saveAnswer.get())
+        m_interrupted = std::static_pointer_cast<NSResponder>(shared(*window.firstResponder()));
+    window.makeFirstResponder(m_saveAnswer.get());
+}
+
+void ContactsViewController::endQuestion()
+{
+    view()->window()->makeFirstResponder(m_interrupted.lock().get());
+    m_footer->setVisibility(m_question, false);
+}
+
+void ContactsViewController::addContact()
+{
+    m_document->add();
+    showDocument();
+    m_form->beginEditing();
+}
+
+void ContactsViewController::removeContact()
+{
+    m_document->removeSelected();
+    showDocument();
+}
+
+bool ContactsViewController::save()
+{
+    try {
+        m_document->save();
+    } catch (const ContactFileError& error) {
+        showStatus(error.what(), true);
+        return false;
+    }
+    showDocument();
+    showStatus(summary() + ", saved");
+    return true;
+}
+
+void ContactsViewController::setPreferences(const Preferences& preferences)
+{
+    m_document->setPreferences(preferences);
+    showDocument();
+}
+
+void ContactsViewController::showDocument()
+{
+    const auto selection = m_document->selection();
+    m_list->show(*m_document);
+    m_form->show(selection ? &m_document->contacts()[*selection] : nullptr);
+    showStatus(summary() + (m_document->isModified() ? ", not saved" : ""));
+    if (m_onChange)
+        m_onChange();
+}
+
+void ContactsViewController::showStatus(const std::string& text, bool isProblem)
+{
+    m_status->setStringValue(text);
+    m_status->setTextColor(isProblem ? makeColor(0.85, 0.2, 0.2) : grayColor());
+}
+
+std::string ContactsViewController::summary() const
+{
+    const std::size_t count = m_document->contacts().size();
+    return std::to_string(count) + (count == 1 ? " contact" : " contacts");
+}
+
+} // namespace Contacts

@@ -1,0 +1,124 @@
+#include <Contacts/ContactsWindowController.h>
+#include <Contacts/Icons.h>
+#include <Contacts/PreferencesViewController.h>
+
+namespace Contacts {
+
+using namespace RVCore;
+
+namespace {
+
+std::shared_ptr<NSToolbarItem> makeItem(const std::string& label, Icon icon, const ObjectRef& target,
+                                        const Selector& action)
+{
+    auto item = make<NSToolbarItem>(label);
+    item->setLabel(label);
+    item->setImage(makeIcon(icon));
+    item->setTarget(target);
+    item->setAction(action);
+    return item;
+}
+
+} // namespace
+
+Class& ContactsWindowController::staticClass()
+{
+    static Class& theClass = defineClass<ContactsWindowController>(
+        "Contacts.ContactsWindowController", NSWindowController::staticClass(), [](auto& publish) {
+            publish.method("newContact", &ContactsWindowController::newContact);
+            publish.method("deleteContact", &ContactsWindowController::deleteContact);
+            publish.method("save", &ContactsWindowController::save);
+            publish.method("showPreferences", &ContactsWindowController::showPreferences);
+        });
+    return theClass;
+}
+
+void ContactsWindowController::init(const std::shared_ptr<ContactDocument>& document)
+{
+    NSWindowController::init(makeWindow(defaultStyleMask() | NSWindowStyleMask::resizable));
+    m_document = document;
+    m_content = make<ContactsViewController>(document);
+    setContentViewController(m_content);
+    window()->setTitle(document->path().filename().string() + " – Contacts");
+    window()->setDelegate(std::static_pointer_cast<ContactsWindowController>(shared(*this)));
+    makeToolbar();
+    m_content->setOnChange([this] { documentChanged(); });
+    documentChanged();
+}
+
+void ContactsWindowController::makeToolbar()
+{
+    const auto self = shared(*this);
+    m_toolbar = make<NSToolbar>("contacts");
+    const std::shared_ptr<NSToolbarItem> items[] = {
+        makeItem("New", Icon::add, self, "newContact"), makeItem("Delete", Icon::remove, self, "deleteContact"),
+        makeItem("Save", Icon::save, self, "save"), make<NSToolbarItem>(NSToolbarFlexibleSpaceItemIdentifier),
+        makeItem("Preferences", Icon::preferences, self, "showPreferences")};
+    for (const auto& item : items)
+        m_toolbar->insertItem(item, m_toolbar->items().size());
+    window()->setToolbar(m_toolbar);
+}
+
+void ContactsWindowController::documentChanged()
+{
+    m_toolbar->items()[1]->setEnabled(m_document->selection().has_value());
+}
+
+void ContactsWindowController::newContact()
+{
+    m_content->addContact();
+}
+
+void ContactsWindowController::deleteContact()
+{
+    m_content->removeContact();
+}
+
+void ContactsWindowController::save()
+{
+    m_content->save();
+}
+
+void ContactsWindowController::showPreferences()
+{
+    if (!m_preferences) {
+        auto content = make<PreferencesViewController>(m_document->preferences());
+        content->setOnChange([this](const Preferences& preferences) { m_content->setPreferences(preferences); });
+        m_preferences = defaultWindowController(content);
+        m_preferences->window()->setTitle(content->title());
+    }
+    window()->makeKeyWindow();
+    showAboveKeyWindow(*m_preferences, {.stayOnTop = true});
+}
+
+// Keys that nothing in the window has taken.
+void ContactsWindowController::keyDown(NSEvent& event)
+{
+    const std::string& key = event.charactersIgnoringModifiers();
+    if (!isShortcut(event))
+        NSWindowController::keyDown(event);
+    else if (key == "n")
+        newContact();
+    else if (key == "s")
+        save();
+    else if (key == ",")
+        showPreferences();
+    else
+        NSWindowController::keyDown(event);
+}
+
+bool ContactsWindowController::windowShouldClose(NSWindow&)
+{
+    if (!m_document->isModified())
+        return true;
+    m_content->askBeforeClosing();
+    return false;
+}
+
+void ContactsWindowController::windowWillClose(NSWindow&)
+{
+    if (m_preferences)
+        m_preferences->close();
+}
+
+} // namespace Contacts
