@@ -1,6 +1,7 @@
 # The front door. Everything here is a thin wrapper around CMake; see CMakePresets.json.
 #
-#   make run [ARGS="--snapshot FILE.png --dump FILE.txt PATH"]   builds and runs the example
+#   make run [ARGS="--snapshot FILE.png --dump FILE.txt PATH"]   builds and runs the example that shows a folder
+#   make run EXAMPLE=Contacts ARGS=people.json                   another one: names and addresses in a file
 #   make test                                                    builds everything, runs all checks and tests
 #   make bench                                                   builds and runs the benchmarks
 #   make asan | make tsan                                        the tests under sanitizers
@@ -12,6 +13,7 @@
 # so relative paths in ARGS mean what they mean to whoever typed them (make -f elsewhere/Makefile run, too).
 ROOT := $(dir $(lastword $(MAKEFILE_LIST)))
 
+EXAMPLE ?= FolderSizes
 ARGS ?=
 PREFIX ?= /usr/local
 DESTDIR ?=
@@ -27,8 +29,8 @@ help:
 	@sed -n 's/^#   //p' "$(ROOT)Makefile"
 
 run: configure-release
-	@cmake --build "$(ROOT)build/release" -j $(JOBS) --target FolderSizes
-	@"$(ROOT)build/release/bin/FolderSizes" $(ARGS)
+	@cmake --build "$(ROOT)build/release" -j $(JOBS) --target $(EXAMPLE)
+	@"$(ROOT)build/release/bin/$(EXAMPLE)" $(ARGS)
 
 # The second target compiles every public header alone.
 test: configure-release

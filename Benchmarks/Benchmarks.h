@@ -13,6 +13,7 @@ void benchmarkMessaging();
 void benchmarkLayoutEngine();
 void benchmarkGroupLayout();
 void benchmarkLayoutSamples();
+void benchmarkApplication();
 
 // One line of the result: "message.send_ns 41.7".
 inline void report(const std::string& name, double value)

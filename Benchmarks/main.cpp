@@ -6,7 +6,8 @@
 #include <limits>
 #include <malloc.h>
 
-// Benchmarks [part]: all parts, or the one that is named (messaging, engine, layout, samples).
+// Benchmarks [part]: all parts, or the one that is named (messaging, engine, layout, samples,
+// application).
 int main(int argc, char** argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -24,4 +25,6 @@ int main(int argc, char** argv)
         RVCore::benchmarkGroupLayout();
     if (isWanted("samples"))
         RVCore::benchmarkLayoutSamples();
+    if (isWanted("application"))
+        RVCore::benchmarkApplication();
 }
