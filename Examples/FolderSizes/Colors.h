@@ -7,7 +7,8 @@
 
 namespace FolderSizes {
 
-// Colours that can be told apart on light ground as well as on dark. Texts of first importance keep the desktop's own.
+// Colours that can be told apart on light ground as well as on dark. Texts of first importance keep the desktop's
+// own.
 
 // For the ground that the desktop has when it is asked for.
 inline std::shared_ptr<RVCore::NSColor> secondaryTextColor()
