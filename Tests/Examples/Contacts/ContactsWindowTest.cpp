@@ -64,6 +64,26 @@ TEST_F(ContactsWindow, TheListFollowsWhatIsTyped)
     EXPECT_EQ(button("row 0").title(), "Ada");
 }
 
+TEST_F(ContactsWindow, AsksForNothingWhileNobodyDoesAnything)
+{
+    open({{.name = "Ada"}});
+    EXPECT_EQ(desktop->flushFrames(), 0);
+    EXPECT_FALSE(desktop->runPending());
+    EXPECT_FALSE(desktop->hasWakeUp());
+}
+
+TEST_F(ContactsWindow, AClickIsDrawnInTheNextFrame)
+{
+    open({{.name = "Ada"}});
+    const CGRect bounds = view("Favourite").bounds();
+    CGPoint place = view("Favourite").convertPointTo({bounds.midX(), bounds.midY()}, nullptr);
+    place.y = front().contentSize().height - place.y;
+    front().userInput({.kind = InputKind::buttonPressed, .location = place});
+    front().userInput({.kind = InputKind::buttonReleased, .location = place});
+    EXPECT_EQ(desktop->flushFrames(), 1);
+    EXPECT_THAT(front().lastFrame().text(), HasSubstr("check box, on"));
+}
+
 TEST_F(ContactsWindow, ArrowKeysInTheListChoose)
 {
     open({{.name = "Ada"}, {.name = "Grace"}});
