@@ -1,66 +1,37 @@
+#include <Common/CommandLine.h>
 #include <Contacts/Options.h>
 
-#include <charconv>
-
 namespace Contacts {
-
-namespace {
-
-double parseScale(const std::string& text)
-{
-    double scale = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), scale);
-    if (error != std::errc() || end != text.data() + text.size() || !(scale >= 1 && scale <= 4))
-        throw UsageError("--scale takes a number from 1 to 4, not \"" + text + "\"");
-    return scale;
-}
-
-RVCore::Appearance parseAppearance(const std::string& text)
-{
-    if (text != "light" && text != "dark")
-        throw UsageError("--appearance takes light or dark, not \"" + text + "\"");
-    return text == "dark" ? RVCore::Appearance::dark : RVCore::Appearance::light;
-}
-
-} // namespace
 
 Options parseOptions(const std::vector<std::string>& arguments)
 {
     Options options;
-    bool onlyFiles = false;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const std::string& argument = arguments[i];
-        const auto value = [&]() -> const std::string& {
-            if (i + 1 == arguments.size() || arguments[i + 1].empty())
-                throw UsageError(argument + " needs a value");
-            return arguments[++i];
-        };
-        if (onlyFiles || argument.empty() || argument[0] != '-') {
-            if (argument.empty())
-                throw UsageError("the file's name is empty");
+    Examples::CommandLine line(arguments);
+    while (line.next()) {
+        if (!line.isOption()) {
+            if (line.argument().empty())
+                throw Examples::UsageError("the file's name is empty");
             if (!options.file.empty())
-                throw UsageError("one file at a time, not also \"" + argument + "\"");
-            options.file = argument;
-        } else if (argument == "--") {
-            onlyFiles = true;
-        } else if (argument == "--help") {
+                throw Examples::UsageError("one file at a time, not also \"" + line.argument() + "\"");
+            options.file = line.argument();
+        } else if (line.is("--help")) {
             options.wantsHelp = true;
-        } else if (argument == "--snapshot") {
-            options.snapshot = value();
-        } else if (argument == "--scale") {
-            options.scale = parseScale(value());
-        } else if (argument == "--appearance") {
-            options.appearance = parseAppearance(value());
-        } else if (argument == "--preferences") {
+        } else if (line.is("--snapshot")) {
+            options.snapshot = line.value();
+        } else if (line.is("--scale")) {
+            options.scale = line.number(1, 4);
+        } else if (line.is("--appearance")) {
+            options.appearance = line.appearance();
+        } else if (line.is("--preferences")) {
             options.showsPreferences = true;
-        } else if (argument == "--quit-after-first-frame") {
+        } else if (line.is("--quit-after-first-frame")) {
             options.quitsAfterFirstFrame = true;
         } else {
-            throw UsageError("there is no option " + argument);
+            line.refuse();
         }
     }
     if (options.file.empty() && !options.wantsHelp)
-        throw UsageError("no file was named");
+        throw Examples::UsageError("no file was named");
     return options;
 }
 

@@ -1,4 +1,5 @@
 #include <Backend/Backend.h>
+#include <Common/CommandLine.h>
 #include <Contacts/ContactFile.h>
 #include <Contacts/ContactsWindowController.h>
 #include <Contacts/Icons.h>
@@ -12,16 +13,8 @@ namespace {
 using namespace Contacts;
 using namespace RVCore;
 
-constexpr int statusUsage = 2;
-constexpr int statusFailure = 1;
 constexpr CGFloat problemWidth = 420;
 constexpr CGFloat problemMargin = 20;
-
-int fail(int status, const std::string& problem)
-{
-    std::fprintf(stderr, "Contacts: %s\n", problem.c_str());
-    return status;
-}
 
 // Ends the program when it has been drawn for the first time.
 class LastView : public NSView {
@@ -73,7 +66,7 @@ void runWindow(const std::shared_ptr<ContactDocument>& document, const Options& 
     NSApplication::shared().run();
 }
 
-int run(const Options& options)
+void run(const Options& options)
 {
     NSApplication::shared().setAppearance(options.appearance);
     registerColorButtonArrow();
@@ -81,34 +74,28 @@ int run(const Options& options)
     try {
         document = std::make_shared<ContactDocument>(options.file);
     } catch (const ContactFileError& error) {
-        fail(statusFailure, error.what());
         if (options.snapshot.empty() && Backend::shared().hasDisplay())
             showProblem(error.what());
-        return statusFailure;
+        throw;
     }
     if (!options.snapshot.empty())
         writeSnapshot(document, options);
     else if (Backend::shared().hasDisplay() || options.quitsAfterFirstFrame)
         runWindow(document, options);
     else
-        return fail(statusFailure, "there is no display to open a window on; see --help for a picture instead");
-    return 0;
+        throw std::runtime_error("there is no display to open a window on; see --help for a picture instead");
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    try {
+    return Examples::runProgram("Contacts", usageText(), [&] {
         const Options options = parseOptions({argv + 1, argv + argc});
-        if (options.wantsHelp) {
+        if (options.wantsHelp)
             std::fputs(usageText().c_str(), stdout);
-            return 0;
-        }
-        return run(options);
-    } catch (const UsageError& error) {
-        return fail(statusUsage, std::string(error.what()) + "\n" + usageText());
-    } catch (const std::exception& error) {
-        return fail(statusFailure, error.what());
-    }
+        else
+            run(options);
+        return 0;
+    });
 }

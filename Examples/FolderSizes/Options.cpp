@@ -1,33 +1,11 @@
+#include <Common/CommandLine.h>
 #include <FolderSizes/Options.h>
-
-#include <charconv>
-#include <cmath>
 
 namespace FolderSizes {
 
 namespace {
 
-template <class Number>
-Number parseNumber(const std::string& option, const std::string& text, Number smallest, Number largest)
-{
-    Number number{};
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || end != text.data() + text.size() || !(number >= smallest && number <= largest)) {
-        const auto digits = [](Number limit) {
-            return std::to_string(static_cast<long long>(std::floor(static_cast<double>(limit))));
-        };
-        throw UsageError(option + " takes a number from " + digits(smallest) + " to " + digits(largest) + ", not \"" +
-                         text + "\"");
-    }
-    return number;
-}
-
-RVCore::Appearance parseAppearance(const std::string& text)
-{
-    if (text != "light" && text != "dark")
-        throw UsageError("--appearance takes light or dark, not \"" + text + "\"");
-    return text == "dark" ? RVCore::Appearance::dark : RVCore::Appearance::light;
-}
+constexpr std::size_t mostRows = 200;
 
 } // namespace
 
@@ -35,45 +13,36 @@ Options parseOptions(const std::vector<std::string>& arguments)
 {
     Options options;
     bool hasPath = false;
-    bool onlyPaths = false;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const std::string& argument = arguments[i];
-        const auto value = [&]() -> const std::string& {
-            if (i + 1 == arguments.size() || arguments[i + 1].empty())
-                throw UsageError(argument + " needs a value");
-            return arguments[++i];
-        };
-        const auto row = [&] { return parseNumber<std::size_t>(argument, value(), 1, 200); };
-        if (onlyPaths || argument.empty() || argument[0] != '-') {
+    Examples::CommandLine line(arguments);
+    while (line.next()) {
+        if (!line.isOption()) {
             if (hasPath)
-                throw UsageError("one folder at a time, not also \"" + argument + "\"");
-            if (argument.empty())
-                throw UsageError("the folder's name is empty");
-            options.path = argument;
+                throw Examples::UsageError("one folder at a time, not also \"" + line.argument() + "\"");
+            if (line.argument().empty())
+                throw Examples::UsageError("the folder's name is empty");
+            options.path = line.argument();
             hasPath = true;
-        } else if (argument == "--") {
-            onlyPaths = true;
-        } else if (argument == "--help") {
+        } else if (line.is("--help")) {
             options.wantsHelp = true;
-        } else if (argument == "--snapshot") {
-            options.snapshot = value();
-        } else if (argument == "--dump") {
-            options.dump = value();
-        } else if (argument == "--explain") {
-            options.diagram = value();
-        } else if (argument == "--rows") {
-            options.rows = row();
-        } else if (argument == "--width") {
-            options.width = parseNumber<double>(argument, value(), 640, 4000);
-        } else if (argument == "--scale") {
-            options.scale = parseNumber<double>(argument, value(), 1, 4);
-        } else if (argument == "--appearance") {
-            options.appearance = parseAppearance(value());
-        } else if (argument == "--hide" || argument == "--hide-and-show") {
-            options.hiddenRow = row();
-            options.showsHiddenRowAgain = argument == "--hide-and-show";
+        } else if (line.is("--snapshot")) {
+            options.snapshot = line.value();
+        } else if (line.is("--dump")) {
+            options.dump = line.value();
+        } else if (line.is("--explain")) {
+            options.diagram = line.value();
+        } else if (line.is("--rows")) {
+            options.rows = line.count(1, mostRows);
+        } else if (line.is("--width")) {
+            options.width = line.number(640, 4000);
+        } else if (line.is("--scale")) {
+            options.scale = line.number(1, 4);
+        } else if (line.is("--appearance")) {
+            options.appearance = line.appearance();
+        } else if (line.is("--hide") || line.is("--hide-and-show")) {
+            options.showsHiddenRowAgain = line.is("--hide-and-show");
+            options.hiddenRow = line.count(1, mostRows);
         } else {
-            throw UsageError("there is no option " + argument);
+            line.refuse();
         }
     }
     return options;

@@ -3,7 +3,6 @@
 #include <CoreGraphics/ControlDescription.h>
 
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -23,12 +22,7 @@ struct Options {
     bool wantsHelp = false;
 };
 
-// A command line that makes no sense; the text says what was wrong.
-class UsageError : public std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
-
-// Reads the arguments after the program's name. Throws UsageError.
+// Reads the arguments after the program's name. Throws Examples::UsageError.
 Options parseOptions(const std::vector<std::string>& arguments);
 
 std::string usageText();

@@ -1,4 +1,5 @@
 #include <Backend/Backend.h>
+#include <Common/CommandLine.h>
 #include <FolderSizes/FolderListing.h>
 #include <FolderSizes/FolderView.h>
 #include <FolderSizes/Options.h>
@@ -15,14 +16,7 @@ namespace {
 using namespace FolderSizes;
 using namespace RVCore;
 
-constexpr int statusUsage = 2;
-constexpr int statusFailure = 1;
-
-int fail(int status, const std::string& problem)
-{
-    std::fprintf(stderr, "FolderSizes: %s\n", problem.c_str());
-    return status;
-}
+const std::string programName = "FolderSizes";
 
 // A line on the terminal that keeps the user informed while a large folder is read.
 class ProgressLine {
@@ -68,8 +62,8 @@ void applyVisibility(FolderView& view, const Options& options)
     if (!options.hiddenRow)
         return;
     if (*options.hiddenRow > view.rowCount())
-        throw UsageError("there is no row " + std::to_string(*options.hiddenRow) + ", only " +
-                         std::to_string(view.rowCount()));
+        throw Examples::UsageError("there is no row " + std::to_string(*options.hiddenRow) + ", only " +
+                                   std::to_string(view.rowCount()));
     view.setRowVisible(*options.hiddenRow - 1, false);
     if (options.showsHiddenRowAgain) {
         view.layoutSubtreeIfNeeded();
@@ -107,7 +101,8 @@ int run(Options options)
 {
     std::error_code error;
     if (!std::filesystem::is_directory(options.path, error))
-        return fail(statusUsage, "\"" + options.path + "\" is not a folder" + (error ? ": " + error.message() : ""));
+        return Examples::fail(programName, Examples::statusUsage,
+                              "\"" + options.path + "\" is not a folder" + (error ? ": " + error.message() : ""));
     NSApplication::shared().setAppearance(options.appearance);
     const FolderListing listing = readFolder(options.path);
     const auto view = make<FolderView>(listing, options.rows);
@@ -133,18 +128,11 @@ int run(Options options)
 
 int main(int argc, char** argv)
 {
-    try {
+    return Examples::runProgram(programName, usageText(), [&] {
         const Options options = parseOptions({argv + 1, argv + argc});
-        if (options.wantsHelp) {
-            std::fputs(usageText().c_str(), stdout);
-            return 0;
-        }
-        return run(options);
-    } catch (const UsageError& error) {
-        return fail(statusUsage, std::string(error.what()) + "\n" + usageText());
-    } catch (const std::filesystem::filesystem_error& error) {
-        return fail(statusUsage, "cannot read \"" + error.path1().string() + "\": " + error.code().message());
-    } catch (const std::exception& error) {
-        return fail(statusFailure, error.what());
-    }
+        if (!options.wantsHelp)
+            return run(options);
+        std::fputs(usageText().c_str(), stdout);
+        return 0;
+    });
 }

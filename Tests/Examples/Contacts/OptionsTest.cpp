@@ -1,4 +1,5 @@
 #include <Contacts/Options.h>
+#include <Examples/Common/UsageProblem.h>
 
 #include <gtest/gtest.h>
 
@@ -7,12 +8,7 @@ namespace {
 
 std::string problemOf(const std::vector<std::string>& arguments)
 {
-    try {
-        parseOptions(arguments);
-    } catch (const UsageError& error) {
-        return error.what();
-    }
-    return "none";
+    return Examples::usageProblem([&] { parseOptions(arguments); });
 }
 
 TEST(ContactsOptions, takesAFileAndDefaultsToAWindow)

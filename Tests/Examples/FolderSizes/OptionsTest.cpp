@@ -1,3 +1,4 @@
+#include <Examples/Common/UsageProblem.h>
 #include <FolderSizes/Options.h>
 
 namespace FolderSizes {
@@ -5,12 +6,7 @@ namespace {
 
 std::string problemOf(const std::vector<std::string>& arguments)
 {
-    try {
-        parseOptions(arguments);
-    } catch (const UsageError& error) {
-        return error.what();
-    }
-    return "none";
+    return Examples::usageProblem([&] { parseOptions(arguments); });
 }
 
 TEST(Options, defaultsToTheCurrentFolderAndNoFiles)
