@@ -29,6 +29,13 @@ void* operator new[](std::size_t size)
     return allocate(size);
 }
 
+// What the standard library's sorting asks for.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    ++allocations;
+    return std::malloc(size > 0 ? size : 1);
+}
+
 void operator delete(void* memory) noexcept
 {
     std::free(memory);

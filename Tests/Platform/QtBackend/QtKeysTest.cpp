@@ -1,3 +1,4 @@
+#include <Backend/Backend.h>
 #include <Platform/Backend/TextInput.h>
 
 #include <QtBackend/QtInput.h>
@@ -8,7 +9,13 @@
 namespace RVCore {
 namespace {
 
-TEST(QtKeys, EveryKeyGoesToQtAndBackAsItWas)
+// Events belong to a keyboard, and that to an application, which the backend makes.
+class QtKeys : public testing::Test {
+protected:
+    QtKeys() { Backend::shared(); }
+};
+
+TEST_F(QtKeys, EveryKeyGoesToQtAndBackAsItWas)
 {
     struct Key {
         int key;
@@ -39,7 +46,7 @@ TEST(QtKeys, EveryKeyGoesToQtAndBackAsItWas)
     }
 }
 
-TEST(QtKeys, AKeyThatStandsForNothingIsNone)
+TEST_F(QtKeys, AKeyThatStandsForNothingIsNone)
 {
     EXPECT_EQ(toQKeyEvent(keyPress("")).key(), 0);
     EXPECT_EQ(toQKeyEvent(keyPress(NSKey::f1)).key(), 0) << "no text is edited with it";
