@@ -19,9 +19,9 @@ void writeSample(const QString& path)
         std::fprintf(stderr, "cannot write %s\n", qPrintable(path));
         std::exit(1);
     }
-    file.write("{\"contacts\": [");
+    file.write(R"({"contacts": [)");
     for (int i = 0; i < 25; ++i)
-        file.write(QString("%1{\"name\": \"Person %2\"}").arg(i == 0 ? "" : ", ").arg(i).toUtf8());
+        file.write(QString(R"(%1{"name": "Person %2"})").arg(i == 0 ? "" : ", ").arg(i).toUtf8());
     file.write("]}");
 }
 

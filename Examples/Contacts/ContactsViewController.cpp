@@ -94,7 +94,7 @@ void ContactsViewController::makeStatus()
 void ContactsViewController::makeQuestion()
 {
     auto text = makeLabel("Save the changes before closing?");
-    const auto makeAnswer = [this](const std::string& title, const std::string& key, std::function<void()> closure) {
+    const auto makeAnswer = [](const std::string& title, const std::string& key, std::function<void()> closure) {
         auto button = makeButton({.title = title});
         button->setKeyEquivalent(key);
         button->setOnAction(std::move(closure));

@@ -94,10 +94,8 @@ void ContactsWindowController::showPreferences()
 // Keys that nothing in the window has taken.
 void ContactsWindowController::keyDown(NSEvent& event)
 {
-    const std::string& key = event.charactersIgnoringModifiers();
-    if (!isShortcut(event))
-        NSWindowController::keyDown(event);
-    else if (key == "n")
+    const std::string key = isShortcut(event) ? event.charactersIgnoringModifiers() : "";
+    if (key == "n")
         newContact();
     else if (key == "s")
         save();

@@ -78,7 +78,7 @@ ObjectRef NSToolbarItem::receiver() const
 {
     if (!action() || m_message.hasLostTarget())
         return nullptr;
-    if (const ObjectRef own = target())
+    if (ObjectRef own = target())
         return own;
     NSApplication& application = NSApplication::shared();
     const NSWindow* window = m_toolbar && m_toolbar->window() ? m_toolbar->window() : application.keyWindow();
