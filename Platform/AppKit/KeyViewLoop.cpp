@@ -1,4 +1,5 @@
 #include <AppKit/KeyViewLoop.h>
+#include <AppKit/NSView.h>
 #include <AppKit/ViewExtras.h>
 
 #include <algorithm>
@@ -55,31 +56,32 @@ NSView* keyViewBefore(const std::vector<std::shared_ptr<NSView>>& roots, NSView*
     return place == loop.end() || place == loop.begin() ? loop.back() : *(place - 1);
 }
 
-bool NSView::canBecomeKeyView() const
+bool ViewInput::canBecomeKeyView() const
 {
-    return acceptsFirstResponder() && canBeSeen();
+    return acceptsFirstResponder() && self().canBeSeen();
 }
 
-std::shared_ptr<NSView> NSView::nextKeyView() const
+std::shared_ptr<NSView> ViewInput::nextKeyView() const
 {
     return m_extras ? m_extras->nextKeyView.lock() : nullptr;
 }
 
-void NSView::setNextKeyView(const std::shared_ptr<NSView>& view)
+void ViewInput::setNextKeyView(const std::shared_ptr<NSView>& view)
 {
     if (m_extras || view)
         extras().nextKeyView = view;
 }
 
 // Lines: the topmost view left starts one, and those join it whose middle lies within its height.
-std::vector<NSView*> NSView::subviewsInKeyOrder() const
+std::vector<NSView*> ViewInput::subviewsInKeyOrder() const
 {
     std::vector<NSView*> order;
-    order.reserve(m_subviews.size());
-    for (const auto& subview : m_subviews)
+    const NSView& superview = self();
+    order.reserve(superview.subviews().size());
+    for (const auto& subview : superview.subviews())
         order.push_back(subview.get());
-    const auto top = [this](const NSView* view) {
-        return isFlipped() ? view->frame().minY() : m_frame.size.height - view->frame().maxY();
+    const auto top = [&](const NSView* view) {
+        return superview.isFlipped() ? view->frame().minY() : superview.frame().size.height - view->frame().maxY();
     };
     const auto isLeftOf = [](const NSView* a, const NSView* b) { return a->frame().minX() < b->frame().minX(); };
     std::ranges::stable_sort(order, {}, top);

@@ -247,57 +247,57 @@ std::string accessibilityTree(NSWindow& window)
     return text;
 }
 
-AccessibleRole NSView::accessibilityRole() const
+AccessibleRole ViewInput::accessibilityRole() const
 {
     return AccessibleRole::none;
 }
 
-std::string NSView::accessibilityLabel() const
+std::string ViewInput::accessibilityLabel() const
 {
     return m_extras ? m_extras->accessibilityLabel : std::string();
 }
 
-void NSView::setAccessibilityLabel(const std::string& label)
+void ViewInput::setAccessibilityLabel(const std::string& label)
 {
     if (accessibilityLabel() == label)
         return;
     extras().accessibilityLabel = label;
-    postAccessibilityChange(*this, AccessibleChange::name);
+    postAccessibilityChange(self(), AccessibleChange::name);
 }
 
-std::string NSView::accessibilityValue() const
+std::string ViewInput::accessibilityValue() const
 {
     return {};
 }
 
-bool NSView::setAccessibilityValue(const std::string&)
+bool ViewInput::setAccessibilityValue(const std::string&)
 {
     return false;
 }
 
-AccessibleState NSView::accessibilityState() const
+AccessibleState ViewInput::accessibilityState() const
 {
-    const NSWindow* host = window();
+    const NSWindow* host = self().window();
     return {.isFocusable = acceptsFirstResponder(),
             .isFocused = host && host->isKeyWindow() && host->firstResponder() == this};
 }
 
-bool NSView::accessibilityPerformPress()
+bool ViewInput::accessibilityPerformPress()
 {
     return false;
 }
 
-bool NSView::isAccessibilityModal() const
+bool ViewInput::isAccessibilityModal() const
 {
     return m_extras && m_extras->isAccessibilityModal;
 }
 
-void NSView::setAccessibilityModal(bool modal)
+void ViewInput::setAccessibilityModal(bool modal)
 {
     if (modal == isAccessibilityModal())
         return;
     extras().isAccessibilityModal = modal;
-    postAccessibilityChange(*this, AccessibleChange::children);
+    postAccessibilityChange(self(), AccessibleChange::children);
 }
 
 } // namespace RVCore

@@ -1,9 +1,10 @@
 #include <AppKit/LayoutContext.h>
 #include <AppKit/LayoutRows.h>
+#include <AppKit/NSCursor.h>
+#include <AppKit/NSTrackingArea.h>
 #include <AppKit/NSView.h>
 #include <AppKit/NSWindow.h>
 #include <AppKit/ViewExplanation.h>
-#include <AppKit/ViewExtras.h>
 #include <AppKit/ViewLayoutState.h>
 #include <AppKit/ViewPlacement.h>
 #include <Foundation/NSException.h>
@@ -178,7 +179,7 @@ void NSView::frameChanged(const CGRect& oldFrame)
     if (oldFrame.size != m_frame.size) {
         if (LayoutContext* context = LayoutContext::of(*this); context && !isFlipped())
             context->subviewsFollowHeight(*this);
-        m_hasCursorRects = false;
+        invalidateCursorRects();
         setNeedsLayout(true);
         frameSizeDidChange();
     }
@@ -474,14 +475,22 @@ void NSView::setHidden(bool hidden)
         letGoOfFocus(); // as what is typed would go where nobody sees it
 }
 
-void NSView::letGoOfFocus()
+bool NSView::isHiddenOrHasHiddenAncestor() const
 {
-    NSWindow* host = window();
-    const auto* focused = host ? dynamic_cast<const NSView*>(host->firstResponder()) : nullptr;
-    if (!focused || !focused->isDescendantOf(*this))
-        return;
-    const auto alive = shared(*this); // who is told may let go of it
-    host->makeFirstResponder(nullptr);
+    for (const NSView* view = this; view; view = view->m_superview) {
+        if (view->m_isHidden)
+            return true;
+    }
+    return false;
+}
+
+bool NSView::canBeSeen() const
+{
+    for (const NSView* view = this; view; view = view->m_superview) {
+        if (view->isInvisible())
+            return false;
+    }
+    return true;
 }
 
 void NSView::setAlphaValue(CGFloat alpha)

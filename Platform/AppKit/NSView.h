@@ -1,39 +1,15 @@
 #pragma once
 
-#include <AppKit/AppKitKey.h>
+#include <AppKit/NSAutoresizingMask.h>
 #include <AppKit/NSLayoutConstraint.h>
-#include <AppKit/NSResponder.h>
-#include <Backend/Accessibility.h>
+#include <AppKit/ViewInput.h>
 #include <CoreGraphics/CGAffineTransform.h>
 
 #include <QuartzCore/Forward.h>
 
-#include <optional>
-#include <string>
-#include <vector>
-
 namespace RVCore {
 
 class Canvas;
-
-// Which parts of a view's placement stretch with its superview when its mask is translated into constraints.
-enum class NSAutoresizingMask : std::uint8_t {
-    none = 0,
-    minXMargin = 1,
-    width = 2,
-    maxXMargin = 4,
-    minYMargin = 8,
-    height = 16,
-    maxYMargin = 32,
-};
-constexpr NSAutoresizingMask operator|(NSAutoresizingMask left, NSAutoresizingMask right)
-{
-    return static_cast<NSAutoresizingMask>(static_cast<int>(left) | static_cast<int>(right));
-}
-constexpr bool contains(NSAutoresizingMask mask, NSAutoresizingMask flag)
-{
-    return (static_cast<int>(mask) & static_cast<int>(flag)) == static_cast<int>(flag);
-}
 
 enum class NSViewLayerContentsRedrawPolicy : int { never = 0, onSetNeedsDisplay = 1, duringViewResize = 2 };
 
@@ -47,9 +23,10 @@ inline constexpr CGFloat NSViewNoIntrinsicMetric = -1.0;
 //           origin (0, 0) unless scrolled
 //
 // A superview holds its subviews; the way back does not own. Layout positions are frames: scrolling a view by its
-// bounds' origin moves what is shown, not where constraints put it. Main thread only. Lengths are in points; values
-// that are not finite, and magnitudes above 1e15, raise NSInvalidArgumentException and change nothing.
-class alignas(16) NSView : public NSResponder { // the alignment: see LayoutTag.h
+// bounds' origin moves what is shown, not where constraints put it. What it does with events is in ViewInput.h. Main
+// thread only. Lengths are in points; values that are not finite, and magnitudes above 1e15, raise
+// NSInvalidArgumentException and change nothing.
+class alignas(16) NSView : public ViewInput { // the alignment: see LayoutTag.h
     RVCORE_CLASS(NSView)
 
 public:
@@ -98,6 +75,11 @@ public:
     // A hidden view is not drawn; it still takes part in layout. The first responder in it is asked to let go.
     bool isHidden() const { return m_isHidden; }
     void setHidden(bool hidden);
+    bool isHiddenOrHasHiddenAncestor() const;
+    // Hidden, or fully transparent. The pointer finds a transparent view all the same; keys and assistive technology
+    // do not.
+    bool isInvisible() const { return m_isHidden || m_alphaValue <= 0; }
+    bool canBeSeen() const;                             // neither it nor a view around it is invisible
     CGFloat alphaValue() const { return m_alphaValue; } // from 0 to 1, clipped; default 1
     void setAlphaValue(CGFloat alpha);
     bool wantsLayer() const { return m_layer != nullptr; }
@@ -108,67 +90,6 @@ public:
     void setNeedsDisplay(bool needsDisplay);
     // Draws the view's own content, in its own coordinates. The default draws nothing.
     virtual void draw(Canvas& canvas, const CGRect& dirtyRect);
-
-    // Input.
-    // Its view controller if it has one, or else the superview, of a content view the window.
-    NSResponder* nextResponder() const override;
-    void mouseDown(NSEvent& event) override;
-    void mouseUp(NSEvent& event) override;
-    void mouseMoved(NSEvent& event) override;
-    void mouseDragged(NSEvent& event) override;
-    void scrollWheel(NSEvent& event) override;
-    void keyDown(NSEvent& event) override;
-    void keyUp(NSEvent& event) override;
-    // What every view does with the seven events above unless a subclass overrides the handler: the function gets the
-    // inherited handler, which hands the event on. There is one for the program; null (the default) hands on.
-    using InheritedHandler = void (*)(NSView& view, NSEvent& event);
-    using EventDefault = void (*)(NSView& view, NSEvent& event, InheritedHandler inherited);
-    static void setEventDefault(EventDefault function);
-    // The button that was pressed here will not be released here: the view left its window, or the window the screen.
-    virtual void mouseCaptureLost() {}
-    // Asks the subviews that can be seen, in order.
-    bool performKeyEquivalent(NSEvent& event) override;
-    // The topmost view at a point of the superview's coordinates (a root's: the window's): this one or one in it,
-    // null for none. Views are hit where they are painted, transforms included, inside the bounds of every view
-    // around them; hidden ones are not.
-    virtual NSView* hitTest(CGPoint point);
-    bool isHiddenOrHasHiddenAncestor() const;
-    // Hidden, or fully transparent. The pointer finds a transparent view all the same; keys and assistive technology
-    // do not.
-    bool isInvisible() const { return m_isHidden || m_alphaValue <= 0; }
-    bool canBeSeen() const; // neither it nor a view around it is invisible
-    // Whether the pointer can find the subview, apart from being hidden. Default yes.
-    virtual bool letsPointerFind(const NSView&) const { return true; }
-    const std::vector<std::shared_ptr<NSTrackingArea>>& trackingAreas() const;
-    void addTrackingArea(const std::shared_ptr<NSTrackingArea>& area);    // adding one twice does nothing
-    void removeTrackingArea(const std::shared_ptr<NSTrackingArea>& area); // one that is not there does nothing
-    // The pointer's look over a part of the view, in its own coordinates; of overlapping parts the later one counts.
-    // Called from resetCursorRects, which runs again when the view's size has changed.
-    void addCursorRect(const CGRect& rect, const std::shared_ptr<NSCursor>& cursor);
-    virtual void resetCursorRects() {}
-    void invalidateCursorRects();
-    // Asks the first responder to let go if it is this view or in it.
-    void letGoOfFocus();
-    // Whether Tab can make this the first responder. Default: if it accepts that and can be seen.
-    virtual bool canBecomeKeyView() const;
-    // The view that Tab goes to from here instead of the next one in layout order; null (the default) for that one.
-    std::shared_ptr<NSView> nextKeyView() const;
-    void setNextKeyView(const std::shared_ptr<NSView>& view);
-    // The subviews in the order in which Tab visits them. Default: in lines from the top, each from the left.
-    virtual std::vector<NSView*> subviewsInKeyOrder() const;
-
-    // Assistive technology. What a view without a role contains takes its place; a label makes it a group. A view
-    // with neither a label nor a text of its own is named by the label next to it (see NSAccessibility.h).
-    virtual AccessibleRole accessibilityRole() const;
-    virtual std::string accessibilityLabel() const; // default: the one that was set, else empty
-    void setAccessibilityLabel(const std::string& label);
-    virtual std::string accessibilityValue() const;              // default empty
-    virtual bool setAccessibilityValue(const std::string& text); // returns whether it could; default no
-    virtual AccessibleState accessibilityState() const;
-    virtual bool accessibilityPerformPress(); // returns whether it did; default no
-    // While it is visible, the views below it in its superview cannot be reached. Default no.
-    bool isAccessibilityModal() const;
-    void setAccessibilityModal(bool modal);
 
     // Size from content. An absent metric is NSViewNoIntrinsicMetric. Whoever changes what intrinsicContentSize
     // would return calls invalidateIntrinsicContentSize.
@@ -212,10 +133,6 @@ public:
     // passes through; its view stays marked.
     void layoutSubtreeIfNeeded();
 
-    // A name of the host's own, for dumps and look-ups. Default empty.
-    const std::string& identifier() const;
-    void setIdentifier(const std::string& identifier);
-
     // For AppKit's own classes.
     struct LayoutMarks {
         bool layout = true;
@@ -228,12 +145,6 @@ public:
     std::unique_ptr<ViewLayoutState>& layoutState(AppKitKey) { return m_layoutState; }
     void takeSolvedFrame(const CGRect& frame, AppKitKey) { storeFrame(frame); }
     void setHostWindow(NSWindow* window, AppKitKey);
-    void setViewController(NSViewController* controller, AppKitKey); // whose view this is; null for none
-    NSViewController* viewController(AppKitKey) const;
-    // A point of the superview's coordinates in this view's own, as it is painted; nothing where it is not.
-    std::optional<CGPoint> pointInside(CGPoint pointInSuperview, AppKitKey) const;
-    // Null where no cursor rectangle is.
-    NSCursor* cursorAt(CGPoint point, AppKitKey);
 
 protected:
     // Makes the layer of a view that becomes layer-backed.
@@ -244,7 +155,6 @@ protected:
     virtual void didMoveToSuperview() {}
 
 private:
-    struct Extras;
     void attach(const std::shared_ptr<NSView>& view, std::size_t index);
     void leaveSuperview();
     void takeOutCrossingConstraints();
@@ -254,7 +164,6 @@ private:
     void syncLayerGeometry();
     void markAncestors(bool LayoutMarks::*mark);
     void requestFrame();
-    Extras& extras();
     void setContentPriority(NSLayoutPriority& field, NSLayoutPriority priority,
                             NSLayoutConstraintOrientation orientation);
     void frameRowsChanged();
@@ -271,7 +180,6 @@ private:
     NSAutoresizingMask m_autoresizingMask = NSAutoresizingMask::none;
     bool m_translatesMask = true;
     bool m_isHidden = false;
-    bool m_hasCursorRects = false; // resetCursorRects has run for the present size
     LayoutMarks m_marks;
     NSLayoutPriority m_huggingPriorities[2] = {250, 250};
     NSLayoutPriority m_compressionResistancePriorities[2] = {750, 750};
@@ -280,7 +188,6 @@ private:
     NSWindow* m_hostWindow = nullptr; // of a content view
     std::vector<std::shared_ptr<NSView>> m_subviews;
     std::shared_ptr<CALayer> m_layer;
-    std::unique_ptr<Extras> m_extras; // what few views have
     CGFloat m_alphaValue = 1;
     NSViewLayerContentsRedrawPolicy m_redrawPolicy = NSViewLayerContentsRedrawPolicy::duringViewResize;
 };

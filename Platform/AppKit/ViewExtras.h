@@ -2,12 +2,12 @@
 
 #include <AppKit/NSCursor.h>
 #include <AppKit/NSTrackingArea.h>
-#include <AppKit/NSView.h>
+#include <AppKit/ViewInput.h>
 
 namespace RVCore {
 
 // What few views have, kept apart so that the many others stay small.
-struct NSView::Extras {
+struct ViewInput::Extras {
     struct CursorRect {
         CGRect rect;
         std::shared_ptr<NSCursor> cursor;
@@ -16,6 +16,7 @@ struct NSView::Extras {
     std::string identifier;
     std::vector<std::shared_ptr<NSTrackingArea>> trackingAreas;
     std::vector<CursorRect> cursorRects;
+    bool hasCursorRects = false; // resetCursorRects has run for the present size
     std::weak_ptr<NSView> nextKeyView;
     std::string accessibilityLabel;
     bool isAccessibilityModal = false;

@@ -44,6 +44,28 @@ CGAffineTransform placementInSuperview(const NSView& view)
         .concatenating(CGAffineTransform::translation(position.x, position.y));
 }
 
+std::optional<CGPoint> pointInside(const NSView& view, CGPoint point)
+{
+    const NSView* superview = view.superview();
+    const CGRect& frame = view.frame();
+    // On the canvas, from the visible top left corner downward; first the superview's, then this view's.
+    if (superview) {
+        const CGRect outer = superview->bounds();
+        const CGPoint onCanvas{point.x - outer.minX(),
+                               superview->isFlipped() ? point.y - outer.minY() : outer.maxY() - point.y};
+        const CGAffineTransform placement = placementInSuperview(view);
+        if (placement.a * placement.d == placement.b * placement.c)
+            return std::nullopt; // squeezed to nothing
+        point = placement.inverted().apply(onCanvas);
+    } else {
+        point = {point.x - frame.minX(), frame.maxY() - point.y};
+    }
+    if (!CGRect({}, frame.size).contains(point))
+        return std::nullopt;
+    const CGRect inner = view.bounds();
+    return CGPoint{point.x + inner.minX(), view.isFlipped() ? point.y + inner.minY() : inner.maxY() - point.y};
+}
+
 std::vector<NSView*> subviewsInPaintingOrder(const NSView& view)
 {
     std::vector<NSView*> subviews;

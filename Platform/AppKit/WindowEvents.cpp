@@ -5,6 +5,7 @@
 #include <AppKit/NSTrackingArea.h>
 #include <AppKit/NSView.h>
 #include <AppKit/NSWindow.h>
+#include <AppKit/ViewPlacement.h>
 #include <AppKit/WindowEvents.h>
 
 #include <algorithm>
@@ -375,7 +376,7 @@ std::vector<WindowEvents::Inside> WindowEvents::areasAt(CGPoint location) const
     while (!open.empty()) {
         const Visit visit = open.back();
         open.pop_back();
-        const auto point = visit.view->isHidden() ? std::nullopt : visit.view->pointInside(visit.point, {});
+        const auto point = visit.view->isHidden() ? std::nullopt : pointInside(*visit.view, visit.point);
         if (!point)
             continue;
         for (const auto& area : visit.view->trackingAreas()) {
@@ -413,7 +414,7 @@ void WindowEvents::updateCursor()
     CursorShape shape = CursorShape::arrow;
     CGPoint point = *m_pointer;
     for (NSView* view : std::views::reverse(path)) {
-        const auto inside = view->pointInside(point, {});
+        const auto inside = pointInside(*view, point);
         if (!inside)
             break; // a hit test of a view's own goes elsewhere than where views are
         point = *inside;
