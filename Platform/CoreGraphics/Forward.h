@@ -2,6 +2,7 @@
 
 namespace RVCore {
 
+class Bitmap;
 class CGImage;
 class Canvas;
 struct CGAffineTransform;
@@ -12,6 +13,7 @@ struct CGSize;
 struct ControlDescription;
 struct EdgeInsets;
 struct FontDescription;
+struct PixelRect;
 struct RoundedRect;
 struct TextDescription;
 

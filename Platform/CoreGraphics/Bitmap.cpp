@@ -1,0 +1,79 @@
+#include <CoreGraphics/Bitmap.h>
+#include <Foundation/NSException.h>
+#include <Foundation/Stop.h>
+
+#include <cstring>
+#include <utility>
+
+namespace RVCore {
+
+Bitmap::Bitmap(int width, int height)
+{
+    resize(width, height);
+    clear();
+}
+
+Bitmap::Bitmap(Bitmap&& other) noexcept
+    : m_width(std::exchange(other.m_width, 0)), m_height(std::exchange(other.m_height, 0)),
+      m_wordsPerRow(std::exchange(other.m_wordsPerRow, 0)), m_capacity(std::exchange(other.m_capacity, 0)),
+      m_words(std::move(other.m_words))
+{
+}
+
+Bitmap& Bitmap::operator=(Bitmap&& other) noexcept
+{
+    Bitmap taken(std::move(other)); // first, so that a bitmap survives being assigned to itself
+    std::swap(m_width, taken.m_width);
+    std::swap(m_height, taken.m_height);
+    std::swap(m_wordsPerRow, taken.m_wordsPerRow);
+    std::swap(m_capacity, taken.m_capacity);
+    std::swap(m_words, taken.m_words);
+    return *this;
+}
+
+void Bitmap::clear()
+{
+    if (!isEmpty())
+        std::memset(m_words.get(), 0, bytesPerRow() * static_cast<std::size_t>(m_height));
+}
+
+void Bitmap::resize(int width, int height)
+{
+    if (width < 0 || height < 0 || width > largestSide || height > largestSide)
+        raiseInvalidArgument("Bitmap", "sides are from 0 to " + std::to_string(largestSide) + " pixels, got " +
+                                           std::to_string(width) + " × " + std::to_string(height));
+    constexpr std::size_t step = static_cast<std::size_t>(alignment) / sizeof(std::uint32_t);
+    const std::size_t wordsPerRow = (static_cast<std::size_t>(width) + step - 1) / step * step;
+    const std::size_t words = wordsPerRow * static_cast<std::size_t>(height);
+    if (words > m_capacity) {
+        m_words.reset(static_cast<std::uint32_t*>(::operator new(words * sizeof(std::uint32_t), alignment)));
+        m_capacity = words;
+    }
+    m_width = width;
+    m_height = height;
+    m_wordsPerRow = wordsPerRow;
+}
+
+void Bitmap::stopForRow(int y) const
+{
+    fatalError("Bitmap has " + std::to_string(m_height) + " rows, asked for row " + std::to_string(y));
+}
+
+CGImageRef makeImage(const Bitmap& bitmap)
+{
+    std::vector<std::uint8_t> pixels;
+    pixels.resize(static_cast<std::size_t>(bitmap.width()) * static_cast<std::size_t>(bitmap.height()) * 4);
+    std::uint8_t* bytes = pixels.data();
+    for (int y = 0; y < bitmap.height(); y++) {
+        for (const std::uint32_t pixel : bitmap.row(y)) {
+            bytes[0] = static_cast<std::uint8_t>(pixel >> 16);
+            bytes[1] = static_cast<std::uint8_t>(pixel >> 8);
+            bytes[2] = static_cast<std::uint8_t>(pixel);
+            bytes[3] = static_cast<std::uint8_t>(pixel >> 24);
+            bytes += 4;
+        }
+    }
+    return std::make_shared<const CGImage>(bitmap.width(), bitmap.height(), std::move(pixels));
+}
+
+} // namespace RVCore
