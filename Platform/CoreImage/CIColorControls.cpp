@@ -1,0 +1,72 @@
+#include <CoreGraphics/Bitmap.h>
+#include <CoreImage/CIColorControls.h>
+#include <CoreImage/RowKernels.h>
+#include <Foundation/NSException.h>
+
+#include <algorithm>
+
+namespace RVCore {
+
+namespace {
+
+float limited(CGFloat input)
+{
+    constexpr CGFloat largest = 1000;
+    return static_cast<float>(std::clamp(input, -largest, largest));
+}
+
+} // namespace
+
+Class& CIColorControls::staticClass()
+{
+    static Class& theClass =
+        defineClass<CIColorControls>("CIColorControls", CIFilter::staticClass(), [](auto& publish) {
+            publish.property("inputSaturation", &CIColorControls::inputSaturation,
+                             &CIColorControls::setInputSaturation);
+            publish.property("inputBrightness", &CIColorControls::inputBrightness,
+                             &CIColorControls::setInputBrightness);
+            publish.property("inputContrast", &CIColorControls::inputContrast, &CIColorControls::setInputContrast);
+        });
+    return theClass;
+}
+
+void CIColorControls::setInputSaturation(CGFloat saturation)
+{
+    requireFinite("CIColorControls.setInputSaturation:", "inputSaturation", saturation);
+    store(m_saturation, saturation);
+}
+
+void CIColorControls::setInputBrightness(CGFloat brightness)
+{
+    requireFinite("CIColorControls.setInputBrightness:", "inputBrightness", brightness);
+    store(m_brightness, brightness);
+}
+
+void CIColorControls::setInputContrast(CGFloat contrast)
+{
+    requireFinite("CIColorControls.setInputContrast:", "inputContrast", contrast);
+    store(m_contrast, contrast);
+}
+
+void CIColorControls::setDefaults()
+{
+    setInputSaturation(1);
+    setInputBrightness(0);
+    setInputContrast(1);
+}
+
+void CIColorControls::applyTo(Bitmap& image, CGFloat, FilterScratch&) const
+{
+    // All three steps are linear in c and 1, so they are one; multiplied by alpha they are linear in colour and
+    // alpha.
+    const float saturation = limited(m_saturation);
+    const float brightness = limited(m_brightness);
+    const float contrast = limited(m_contrast);
+    const ColorMixture mixture{.color = contrast * saturation,
+                               .luma = contrast * (1 - saturation),
+                               .alpha = contrast * (brightness - 0.5F) + 0.5F};
+    for (int y = 0; y < image.height(); y++)
+        rowKernels().mixColors(image.row(y).data(), image.row(y).size(), mixture);
+}
+
+} // namespace RVCore

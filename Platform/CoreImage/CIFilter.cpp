@@ -1,0 +1,92 @@
+#include <CoreGraphics/Bitmap.h>
+#include <CoreImage/CIFilter.h>
+#include <Foundation/KeyPath.h>
+
+namespace RVCore {
+
+namespace {
+
+void requireScale(std::string_view operation, CGFloat scale)
+{
+    requireFinite(operation, "scale", scale);
+    if (scale <= 0)
+        raiseInvalidArgument(operation, "scale must be above 0, got " + numberText(scale));
+}
+
+} // namespace
+
+Class& CIFilter::staticClass()
+{
+    static Class& theClass = defineClass<CIFilter>("CIFilter", NSObject::staticClass(), [](auto& publish) {
+        publish.property("name", &CIFilter::name, &CIFilter::setName);
+        publish.method("valueForKey:", &CIFilter::valueForKey);
+        publish.method("setValue:forKey:", &CIFilter::setValueForKey);
+        publish.method("setDefaults", &CIFilter::setDefaults);
+        publish.classMethod(
+            "filterWithName:", [](const Class&, const std::string& name) -> std::shared_ptr<CIFilter> {
+                return makeFilter(name);
+            });
+    });
+    return theClass;
+}
+
+std::shared_ptr<CIFilter> makeFilter(std::string_view name)
+{
+    const Class* const theClass = Class::named(name);
+    if (!theClass || theClass == &CIFilter::staticClass() || !theClass->isSubclassOf(CIFilter::staticClass()))
+        return nullptr;
+    auto filter = std::static_pointer_cast<CIFilter>(theClass->alloc());
+    filter->init();
+    return filter;
+}
+
+void CIFilter::init()
+{
+    m_name = classObject().name();
+}
+
+Value CIFilter::valueForKey(std::string_view key)
+{
+    return valueForKeyPath(*this, key);
+}
+
+void CIFilter::setValueForKey(const Value& value, std::string_view key)
+{
+    setValueForKeyPath(*this, key, value);
+}
+
+void CIFilter::apply(Bitmap& image, CGFloat scale, FilterScratch& scratch) const
+{
+    requireScale("CIFilter.apply", scale);
+    if (!image.isEmpty() && !isNeutral())
+        applyTo(image, scale, scratch);
+}
+
+CGFloat CIFilter::reach(CGFloat scale) const
+{
+    requireScale("CIFilter.reach", scale);
+    return isNeutral() ? 0 : reachAt(scale);
+}
+
+CIFilter::Observation CIFilter::observe(std::function<void()> handler)
+{
+    std::erase_if(m_observers, [](const auto& observer) { return observer.expired(); });
+    auto observation = std::make_shared<const std::function<void()>>(std::move(handler));
+    m_observers.push_back(observation);
+    return observation;
+}
+
+void CIFilter::store(CGFloat& input, CGFloat value)
+{
+    if (input == value)
+        return;
+    input = value;
+    const auto kept = shared(*this); // a handler may let go of this filter
+    // By index: a handler may add observers, who are told of this change as well.
+    for (std::size_t i = 0; i < m_observers.size(); i++) {
+        if (const Observation observer = m_observers[i].lock())
+            (*observer)();
+    }
+}
+
+} // namespace RVCore

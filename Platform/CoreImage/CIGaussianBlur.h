@@ -1,0 +1,31 @@
+#pragma once
+
+#include <CoreImage/CIFilter.h>
+
+namespace RVCore {
+
+// Blurs a picture: every pixel becomes the mean of its surroundings, weighed by a Gaussian.
+class CIGaussianBlur : public CIFilter {
+    RVCORE_CLASS(CIGaussianBlur)
+
+public:
+    static constexpr CGFloat defaultRadius = 10;
+
+    // The Gaussian's standard deviation in points; 0 leaves pictures as they are. A radius that is negative or not
+    // finite raises NSInvalidArgumentException. One of more than 58,982 pixels, nearly twice the side of the largest
+    // picture, does what that one does; none takes longer than a small one.
+    CGFloat inputRadius() const { return m_radius; }
+    void setInputRadius(CGFloat radius);
+
+    void setDefaults() override { setInputRadius(defaultRadius); }
+    bool isNeutral() const override { return m_radius == 0; }
+
+protected:
+    void applyTo(Bitmap& image, CGFloat scale, FilterScratch& scratch) const override;
+    CGFloat reachAt(CGFloat scale) const override;
+
+private:
+    CGFloat m_radius = defaultRadius;
+};
+
+} // namespace RVCore

@@ -1,0 +1,10 @@
+#pragma once
+
+namespace RVCore {
+
+class CIColorControls;
+class CIFilter;
+class CIGaussianBlur;
+class FilterScratch;
+
+} // namespace RVCore
