@@ -55,13 +55,19 @@ void CIColorControls::setDefaults()
     setInputContrast(1);
 }
 
-void CIColorControls::applyTo(Bitmap& image, CGFloat, FilterScratch&) const
+std::span<const std::string_view> CIColorControls::inputKeys() const
+{
+    static constexpr std::string_view keys[] = {"inputSaturation", "inputBrightness", "inputContrast"};
+    return keys;
+}
+
+void CIColorControls::applyInputs(const FilterInputs& inputs, Bitmap& image, CGFloat, FilterScratch&) const
 {
     // All three steps are linear in c and 1, so they are one; multiplied by alpha they are linear in colour and
     // alpha.
-    const float saturation = limited(m_saturation);
-    const float brightness = limited(m_brightness);
-    const float contrast = limited(m_contrast);
+    const float saturation = limited(inputs[0]);
+    const float brightness = limited(inputs[1]);
+    const float contrast = limited(inputs[2]);
     const ColorMixture mixture{.color = contrast * saturation,
                                .luma = contrast * (1 - saturation),
                                .alpha = contrast * (brightness - 0.5F) + 0.5F};

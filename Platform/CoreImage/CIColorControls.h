@@ -26,11 +26,14 @@ public:
     void setInputContrast(CGFloat contrast);
 
     void setDefaults() override;
-    bool isNeutral() const override { return m_saturation == 1 && m_brightness == 0 && m_contrast == 1; }
+    std::span<const std::string_view> inputKeys() const override;
+    FilterInputs inputs() const override { return {m_saturation, m_brightness, m_contrast}; }
+    using CIFilter::isNeutral;
+    bool isNeutral(const FilterInputs& inputs) const override { return inputs == FilterInputs{1, 0, 1}; }
 
 protected:
-    void applyTo(Bitmap& image, CGFloat scale, FilterScratch& scratch) const override;
-    CGFloat reachAt(CGFloat) const override { return 0; }
+    void applyInputs(const FilterInputs& inputs, Bitmap& image, CGFloat scale, FilterScratch& scratch) const override;
+    CGFloat reachOf(const FilterInputs&, CGFloat) const override { return 0; }
 
 private:
     CGFloat m_saturation = 1;

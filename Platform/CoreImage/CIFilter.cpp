@@ -55,17 +55,17 @@ void CIFilter::setValueForKey(const Value& value, std::string_view key)
     setValueForKeyPath(*this, key, value);
 }
 
-void CIFilter::apply(Bitmap& image, CGFloat scale, FilterScratch& scratch) const
+void CIFilter::apply(const FilterInputs& inputs, Bitmap& image, CGFloat scale, FilterScratch& scratch) const
 {
     requireScale("CIFilter.apply", scale);
-    if (!image.isEmpty() && !isNeutral())
-        applyTo(image, scale, scratch);
+    if (!image.isEmpty() && !isNeutral(inputs))
+        applyInputs(inputs, image, scale, scratch);
 }
 
-CGFloat CIFilter::reach(CGFloat scale) const
+CGFloat CIFilter::reach(const FilterInputs& inputs, CGFloat scale) const
 {
     requireScale("CIFilter.reach", scale);
-    return isNeutral() ? 0 : reachAt(scale);
+    return isNeutral(inputs) ? 0 : reachOf(inputs, scale);
 }
 
 CIFilter::Observation CIFilter::observe(std::function<void()> handler)

@@ -4,13 +4,19 @@
 #include <CoreImage/Forward.h>
 #include <Foundation/NSObject.h>
 
+#include <array>
 #include <functional>
 #include <memory>
+#include <span>
+#include <string_view>
 #include <vector>
 
 namespace RVCore {
 
 class Bitmap;
+
+// The numbers that a filter goes by, in the order of its inputKeys; what is behind them is 0.
+using FilterInputs = std::array<CGFloat, 4>;
 
 // Changes a picture. What a filter does is set by its inputs, published properties such as "inputRadius", which also
 // end a key path through a list of filters: "backgroundFilters.blur.inputRadius" finds the one whose name is "blur".
@@ -32,14 +38,21 @@ public:
     // Every input as it was from the start; the name stays.
     virtual void setDefaults() = 0;
 
+    virtual std::span<const std::string_view> inputKeys() const = 0;
+    virtual FilterInputs inputs() const = 0;
+
     // Applies the filter in place; `scale` is in pixels per point. Where it looks beyond the picture's edges, the
     // outermost pixels go on for ever. Allocates nothing once the scratch memory has served a picture as large.
-    // Raises NSInvalidArgumentException for a scale that is not finite and above 0.
-    void apply(Bitmap& image, CGFloat scale, FilterScratch& scratch) const;
+    // Raises NSInvalidArgumentException for a scale that is not finite and above 0. The second form goes by other
+    // inputs than the filter's own, such as those on the way from one value to another; they are finite.
+    void apply(Bitmap& image, CGFloat scale, FilterScratch& scratch) const { apply(inputs(), image, scale, scratch); }
+    void apply(const FilterInputs& inputs, Bitmap& image, CGFloat scale, FilterScratch& scratch) const;
     // How many pixels around an area have an influence on it: 0 when each pixel stands alone. Raises as above.
-    CGFloat reach(CGFloat scale) const;
+    CGFloat reach(CGFloat scale) const { return reach(inputs(), scale); }
+    CGFloat reach(const FilterInputs& inputs, CGFloat scale) const;
     // Whether pictures stay as they are.
-    virtual bool isNeutral() const = 0;
+    bool isNeutral() const { return isNeutral(inputs()); }
+    virtual bool isNeutral(const FilterInputs& inputs) const = 0;
 
     // Calls the handler after every change of an input, until what is handed back is let go. The handler may do that.
     using Observation = std::shared_ptr<const std::function<void()>>;
@@ -49,9 +62,10 @@ protected:
     // Stores a new input and tells the observers; an equal one does nothing.
     void store(CGFloat& input, CGFloat value);
 
-    // The work of the above, for a filter that is not neutral and a scale that is right.
-    virtual void applyTo(Bitmap& image, CGFloat scale, FilterScratch& scratch) const = 0;
-    virtual CGFloat reachAt(CGFloat scale) const = 0;
+    // The work of the above, for inputs that are not neutral and a scale that is right.
+    virtual void applyInputs(const FilterInputs& inputs, Bitmap& image, CGFloat scale,
+                             FilterScratch& scratch) const = 0;
+    virtual CGFloat reachOf(const FilterInputs& inputs, CGFloat scale) const = 0;
 
 private:
     std::string m_name;

@@ -22,14 +22,21 @@ void CIGaussianBlur::setInputRadius(CGFloat radius)
     store(m_radius, radius);
 }
 
-void CIGaussianBlur::applyTo(Bitmap& image, CGFloat scale, FilterScratch& scratch) const
+std::span<const std::string_view> CIGaussianBlur::inputKeys() const
 {
-    gaussianBlur(image, GaussianPlan(m_radius * scale), scratch);
+    static constexpr std::string_view keys[] = {"inputRadius"};
+    return keys;
 }
 
-CGFloat CIGaussianBlur::reachAt(CGFloat scale) const
+void CIGaussianBlur::applyInputs(const FilterInputs& inputs, Bitmap& image, CGFloat scale,
+                                 FilterScratch& scratch) const
 {
-    return GaussianPlan(m_radius * scale).reach();
+    gaussianBlur(image, GaussianPlan(inputs[0] * scale), scratch);
+}
+
+CGFloat CIGaussianBlur::reachOf(const FilterInputs& inputs, CGFloat scale) const
+{
+    return GaussianPlan(inputs[0] * scale).reach();
 }
 
 } // namespace RVCore

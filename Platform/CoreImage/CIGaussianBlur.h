@@ -18,11 +18,14 @@ public:
     void setInputRadius(CGFloat radius);
 
     void setDefaults() override { setInputRadius(defaultRadius); }
-    bool isNeutral() const override { return m_radius == 0; }
+    std::span<const std::string_view> inputKeys() const override;
+    FilterInputs inputs() const override { return {m_radius}; }
+    using CIFilter::isNeutral;
+    bool isNeutral(const FilterInputs& inputs) const override { return inputs[0] <= 0; }
 
 protected:
-    void applyTo(Bitmap& image, CGFloat scale, FilterScratch& scratch) const override;
-    CGFloat reachAt(CGFloat scale) const override;
+    void applyInputs(const FilterInputs& inputs, Bitmap& image, CGFloat scale, FilterScratch& scratch) const override;
+    CGFloat reachOf(const FilterInputs& inputs, CGFloat scale) const override;
 
 private:
     CGFloat m_radius = defaultRadius;

@@ -1,0 +1,37 @@
+#include <CoreImage/FilterStep.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace RVCore {
+
+std::string describe(const FilterStep& step)
+{
+    std::string text = step.filter->classObject().name();
+    const auto keys = step.filter->inputKeys();
+    for (std::size_t i = 0; i < keys.size(); ++i)
+        text += " " + std::string(keys[i]) + " " + numberText(step.inputs[i]);
+    return text;
+}
+
+int reachOf(std::span<const FilterStep> steps, CGFloat scale)
+{
+    constexpr CGFloat furthest = 1 << 20; // beyond any picture
+    CGFloat reach = 0;
+    for (const FilterStep& step : steps)
+        reach += std::ceil(step.filter->reach(step.inputs, scale));
+    return static_cast<int>(std::min(reach, furthest));
+}
+
+bool areNeutral(std::span<const FilterStep> steps)
+{
+    return std::ranges::all_of(steps, &FilterStep::isNeutral);
+}
+
+void apply(std::span<const FilterStep> steps, Bitmap& image, CGFloat scale, FilterScratch& scratch)
+{
+    for (const FilterStep& step : steps)
+        step.filter->apply(step.inputs, image, scale, scratch);
+}
+
+} // namespace RVCore

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <CoreImage/CIFilter.h>
+
+#include <string>
+
+namespace RVCore {
+
+// A filter with the inputs that it has at one moment: what can be compared with the one of another moment.
+struct FilterStep {
+    std::shared_ptr<const CIFilter> filter;
+    FilterInputs inputs{};
+
+    bool isNeutral() const { return filter->isNeutral(inputs); }
+    bool operator==(const FilterStep&) const = default;
+};
+
+// "CIGaussianBlur inputRadius 8"
+std::string describe(const FilterStep& step);
+
+// How many pixels around an area have an influence on it when the steps are applied one after the other.
+int reachOf(std::span<const FilterStep> steps, CGFloat scale);
+// Whether none of the steps changes anything.
+bool areNeutral(std::span<const FilterStep> steps);
+void apply(std::span<const FilterStep> steps, Bitmap& image, CGFloat scale, FilterScratch& scratch);
+
+} // namespace RVCore

@@ -1,0 +1,98 @@
+#pragma once
+
+#include <CoreGraphics/CGAffineTransform.h>
+#include <CoreGraphics/CGColor.h>
+#include <CoreGraphics/CGImage.h>
+#include <CoreImage/FilterStep.h>
+#include <Foundation/NSObject.h>
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace RVCore {
+
+// What is to be seen in an area, as a list from the bottom to the top: a value that can be compared with the one of
+// the frame before, painted and printed.
+//
+//     fill      white
+//     group     opacity 0.5              A group holds what stands between its beginning and its end, and is blended
+//       content <NSView>                 in as one picture. Everything says itself where it stands in the area, also
+//     end                                in a group: in points from the area's top left corner, y downward.
+//
+struct CompositionItem {
+    enum class Kind : std::uint8_t {
+        fill,    // the outline in the colour
+        image,   // stretched over the size
+        content, // what the owner draws
+        border,  // a line of this width along the inside of the outline
+        group,
+        end,
+    };
+    static constexpr std::uint32_t none = 0xFFFFFFFF;
+
+    Kind kind = Kind::content;
+    bool clips = false;         // a group's content is cut along its outline
+    std::uint32_t group = none; // the index of the innermost group around it
+    std::uint32_t end = none;   // of a group: the index of its end
+    NSObject* owner = nullptr;  // whose it is; alive while the frame is being painted
+    // Of a content: a number that nothing else that was ever drawn has, neither of this owner nor of another one.
+    std::uint64_t revision = 0;
+    CGAffineTransform placement; // from the item's coordinates, origin at its top left corner, to the area's
+    CGSize size;
+    CGFloat radius = 0; // of the outline's corners
+    CGFloat width = 0;
+    CGFloat opacity = 1; // of a group
+    CGColor color{};
+    CGImageRef image;
+    // Of a group: what its content goes through, and what lies behind its outline.
+    std::span<const FilterStep> filters(const std::vector<FilterStep>& steps) const;
+    std::span<const FilterStep> backgroundFilters(const std::vector<FilterStep>& steps) const;
+    std::uint32_t firstStep = 0;
+    std::uint16_t filterCount = 0;
+    std::uint16_t backgroundFilterCount = 0; // behind those of the content
+
+    // Whether it can stand for the other one in a later frame: the same part of the same owner.
+    bool isSameAs(const CompositionItem& other) const { return kind == other.kind && owner == other.owner; }
+};
+
+class Composition {
+public:
+    // How a group is blended in.
+    struct Group {
+        CGAffineTransform placement;
+        CGSize size;
+        CGFloat radius = 0;
+        bool clips = false;
+        CGFloat opacity = 1;
+    };
+
+    void clear();
+    // The item's owner lives until the composition is cleared or lets go.
+    CompositionItem& add(CompositionItem::Kind kind, const std::shared_ptr<NSObject>& owner,
+                         const CGAffineTransform& placement, CGSize size);
+    void beginGroup(const std::shared_ptr<NSObject>& owner, const Group& group,
+                    std::span<const FilterStep> filters = {}, std::span<const FilterStep> backgroundFilters = {});
+    void endGroup();
+    // Owners may die from now on. Their items stay, to be compared with.
+    void letGoOfOwners() { m_owners.clear(); }
+
+    const std::vector<CompositionItem>& items() const { return m_items; }
+    const std::vector<FilterStep>& steps() const { return m_steps; }
+
+    // An item on a line, what is in a group indented.
+    std::string describe() const;
+
+private:
+    std::vector<CompositionItem> m_items;
+    std::vector<FilterStep> m_steps;
+    std::vector<std::shared_ptr<NSObject>> m_owners;
+    std::uint32_t m_openGroup = CompositionItem::none;
+};
+
+// Whether the items look alike: everything but where they stand in their lists.
+bool looksSame(const CompositionItem& a, const Composition& inA, const CompositionItem& b, const Composition& inB);
+
+} // namespace RVCore

@@ -1,0 +1,522 @@
+#include "PixelCanvas.h"
+
+#include <CoreImage/CIColorControls.h>
+#include <CoreImage/CIGaussianBlur.h>
+#include <Foundation/NSException.h>
+
+#include <QuartzCore/Compositor.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace RVCore {
+namespace {
+
+using Kind = CompositionItem::Kind;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr CGColor white{1, 1, 1, 1};
+constexpr CGColor red{1, 0, 0, 1};
+constexpr CGColor blue{0, 0, 1, 1};
+constexpr std::uint32_t redPixel = 0xFFFF0000;
+constexpr std::uint32_t bluePixel = 0xFF0000FF;
+constexpr std::uint32_t whitePixel = 0xFFFFFFFF;
+
+// Somebody who draws: fills all of itself with a colour.
+class Painter : public NSObject {
+    RVCORE_CLASS(Painter)
+public:
+    CGColor color = red;
+    CGSize size{10, 10};
+    std::uint64_t revision = nextRevision();
+    int drawCount = 0;
+    bool raises = false;
+
+    void setColor(const CGColor& newColor)
+    {
+        color = newColor;
+        revision = nextRevision();
+    }
+    static std::uint64_t nextRevision()
+    {
+        static std::uint64_t last = 0;
+        return ++last;
+    }
+};
+
+Class& Painter::staticClass()
+{
+    static Class& theClass = defineClass<Painter>("Painter", NSObject::staticClass(), [](auto&) {});
+    return theClass;
+}
+
+Compositor makeCompositor()
+{
+    return Compositor([](Bitmap& bitmap, int x, int y,
+                         CGFloat scale) { return std::make_unique<PixelCanvas>(bitmap, x, y, scale); },
+                      [](NSObject& owner, Canvas& canvas) {
+                          auto& painter = static_cast<Painter&>(owner);
+                          ++painter.drawCount;
+                          if (painter.raises)
+                              raiseInvalidArgument("Painter.draw", "no paint");
+                          canvas.fill({{{}, painter.size}, 0}, painter.color);
+                      });
+}
+
+// A scene over which tests put things: 40 × 30 points, white.
+class CompositorTest : public testing::Test {
+protected:
+    void addFill(const CGRect& rect, const CGColor& color, CGFloat radius = 0)
+    {
+        auto& item = next->add(Kind::fill, host, CGAffineTransform::translation(rect.minX(), rect.minY()), rect.size);
+        item.color = color;
+        item.radius = radius;
+    }
+    void addContent(const std::shared_ptr<Painter>& painter, CGPoint origin)
+    {
+        next->add(Kind::content, painter, CGAffineTransform::translation(origin.x, origin.y), painter->size)
+            .revision = painter->revision;
+    }
+    void beginGroup(const CGRect& rect, CGFloat opacity, bool clips = false, CGFloat radius = 0)
+    {
+        next->beginGroup(host, {.placement = CGAffineTransform::translation(rect.minX(), rect.minY()),
+                                .size = rect.size,
+                                .radius = radius,
+                                .clips = clips,
+                                .opacity = opacity});
+    }
+    void beginFilteredGroup(const CGRect& rect, const std::vector<FilterStep>& behind, CGFloat opacity = 1)
+    {
+        next->beginGroup(host,
+                         {.placement = CGAffineTransform::translation(rect.minX(), rect.minY()),
+                          .size = rect.size,
+                          .opacity = opacity},
+                         {}, behind);
+    }
+    // Starts a frame with the white ground.
+    void begin()
+    {
+        next = &compositor.begin();
+        addFill({0, 0, 40, 30}, white);
+    }
+    const DamageRegion& compose(CGFloat scale = 1) { return compositor.compose({40, 30}, scale); }
+    std::uint32_t pixel(int x, int y) const { return compositor.pixels().row(y)[static_cast<std::size_t>(x)]; }
+
+    Compositor compositor = makeCompositor();
+    std::shared_ptr<NSObject> host = make<NSObject>();
+    Composition* next = nullptr;
+};
+
+FilterStep blurOf(CGFloat radius)
+{
+    return {make<CIGaussianBlur>(), {radius}};
+}
+
+TEST_F(CompositorTest, TheFirstFrameIsAllNewAndTheSameFrameAgainIsNotPainted)
+{
+    const auto painter = make<Painter>();
+    for (int frame = 0; frame < 2; ++frame) {
+        begin();
+        addContent(painter, {5, 6});
+        const DamageRegion& changed = compose();
+        if (frame == 0)
+            EXPECT_THAT(changed.rects(), ElementsAre(PixelRect{0, 0, 40, 30}));
+        else
+            EXPECT_THAT(changed.rects(), IsEmpty());
+    }
+    EXPECT_EQ(painter->drawCount, 1);
+    EXPECT_EQ(pixel(4, 6), whitePixel);
+    EXPECT_EQ(pixel(5, 6), redPixel);
+    EXPECT_EQ(pixel(14, 15), redPixel);
+    EXPECT_EQ(pixel(15, 15), whitePixel);
+}
+
+TEST_F(CompositorTest, WhatMovedIsPaintedWhereItWasAndWhereItIs)
+{
+    const auto painter = make<Painter>();
+    begin();
+    addContent(painter, {0, 0});
+    compose();
+    begin();
+    addContent(painter, {20, 12});
+    EXPECT_THAT(compose().rects(), ElementsAre(PixelRect{0, 0, 10, 10}, PixelRect{20, 12, 10, 10}));
+    EXPECT_EQ(pixel(0, 0), whitePixel);
+    EXPECT_EQ(pixel(20, 12), redPixel);
+}
+
+TEST_F(CompositorTest, OnlyWhoChangedDraws)
+{
+    const auto first = make<Painter>();
+    const auto second = make<Painter>();
+    for (int frame = 0; frame < 2; ++frame) {
+        begin();
+        addContent(first, {0, 0});
+        addContent(second, {20, 0});
+        compose();
+        second->setColor(blue);
+    }
+    EXPECT_EQ(first->drawCount, 1);
+    EXPECT_EQ(second->drawCount, 2);
+    EXPECT_EQ(pixel(20, 0), bluePixel);
+}
+
+TEST_F(CompositorTest, WhatIsTakenOutAndPutInIsPainted)
+{
+    const auto first = make<Painter>();
+    const auto second = make<Painter>();
+    second->color = blue;
+    begin();
+    addContent(first, {0, 0});
+    addContent(second, {20, 0});
+    compose();
+    begin();
+    addContent(second, {20, 0});
+    EXPECT_THAT(compose().rects(), ElementsAre(PixelRect{0, 0, 10, 10}));
+    EXPECT_EQ(pixel(0, 0), whitePixel);
+    begin();
+    addContent(first, {0, 0});
+    addContent(second, {20, 0});
+    EXPECT_THAT(compose().rects(), ElementsAre(PixelRect{0, 0, 10, 10}));
+    EXPECT_EQ(pixel(0, 0), redPixel);
+}
+
+TEST_F(CompositorTest, AnotherScaleAndAnotherAreaPaintEverything)
+{
+    begin();
+    addFill({1, 1, 2, 2}, red);
+    compose();
+    begin();
+    addFill({1, 1, 2, 2}, red);
+    EXPECT_THAT(compose(2).rects(), ElementsAre(PixelRect{0, 0, 80, 60}));
+    EXPECT_EQ(pixel(1, 2), whitePixel);
+    EXPECT_EQ(pixel(2, 2), redPixel);
+    EXPECT_EQ(pixel(5, 5), redPixel);
+    EXPECT_EQ(pixel(6, 5), whitePixel);
+    begin();
+    EXPECT_THAT(compositor.compose({20, 10}, 2).rects(), ElementsAre(PixelRect{0, 0, 40, 20}));
+}
+
+TEST_F(CompositorTest, AGroupIsBlendedInAsOnePicture)
+{
+    begin();
+    beginGroup({0, 0, 40, 30}, 0.5);
+    addFill({0, 0, 10, 10}, red);
+    addFill({5, 0, 10, 10}, blue);
+    next->endGroup();
+    compose();
+    EXPECT_EQ(pixel(2, 2), 0xFFFF7F7Fu); // half red over white
+    EXPECT_EQ(pixel(7, 2), 0xFF7F7FFFu); // blue alone, not mixed with the red below it
+    EXPECT_EQ(pixel(20, 2), whitePixel);
+}
+
+TEST_F(CompositorTest, WhileOnlyTheOpacityMovesNobodyDraws)
+{
+    const auto inside = make<Painter>();
+    const auto outside = make<Painter>();
+    for (const CGFloat opacity : {0.25, 0.5, 0.75}) {
+        begin();
+        addContent(outside, {20, 20});
+        beginGroup({0, 0, 20, 20}, opacity);
+        addContent(inside, {0, 0});
+        next->endGroup();
+        compose();
+    }
+    EXPECT_EQ(inside->drawCount, 1);
+    EXPECT_EQ(outside->drawCount, 1);
+    EXPECT_EQ(pixel(2, 2), 0xFFFF4040u);
+}
+
+TEST_F(CompositorTest, AGroupIsCutAlongItsOutline)
+{
+    begin();
+    beginGroup({10, 10, 10, 10}, 1, true);
+    addFill({0, 0, 40, 30}, red);
+    next->endGroup();
+    compose();
+    EXPECT_EQ(pixel(9, 15), whitePixel);
+    EXPECT_EQ(pixel(10, 10), redPixel);
+    EXPECT_EQ(pixel(19, 19), redPixel);
+    EXPECT_EQ(pixel(20, 15), whitePixel);
+}
+
+TEST_F(CompositorTest, ATranslucentGroupInARoundedOneIsCutAlongItsCorners)
+{
+    begin();
+    beginGroup({0, 0, 20, 20}, 1, true, 10);
+    beginGroup({0, 0, 20, 20}, 0.5);
+    addFill({0, 0, 20, 20}, red);
+    next->endGroup();
+    next->endGroup();
+    compose();
+    EXPECT_EQ(pixel(0, 0), whitePixel);
+    EXPECT_EQ(pixel(10, 10), 0xFFFF7F7Fu);
+    EXPECT_EQ(pixel(19, 0), whitePixel);
+}
+
+TEST_F(CompositorTest, ABackgroundFilterBlursWhatIsBehindAndNothingElse)
+{
+    begin();
+    addFill({0, 0, 20, 30}, red);
+    beginFilteredGroup({10, 0, 20, 30}, {blurOf(2)});
+    next->endGroup();
+    compose();
+    EXPECT_EQ(pixel(9, 15), redPixel);    // not behind the group
+    EXPECT_EQ(pixel(30, 15), whitePixel); // nor this
+    const std::uint32_t middle = pixel(20, 15);
+    EXPECT_NE(middle, redPixel);
+    EXPECT_NE(middle, whitePixel);
+    // The picture behind goes on at its edges: no rim of anything else.
+    EXPECT_EQ(pixel(10, 0), redPixel);
+    EXPECT_EQ(pixel(10, 15), redPixel);
+    EXPECT_EQ(pixel(29, 29), whitePixel);
+}
+
+TEST_F(CompositorTest, WhatIsInAFilteredGroupIsNotBlurred)
+{
+    begin();
+    beginFilteredGroup({0, 0, 40, 30}, {blurOf(8)});
+    addFill({10, 10, 4, 4}, blue);
+    next->endGroup();
+    compose();
+    EXPECT_EQ(pixel(9, 10), whitePixel);
+    EXPECT_EQ(pixel(10, 10), bluePixel);
+}
+
+TEST_F(CompositorTest, NeutralFiltersDoNothing)
+{
+    begin();
+    addFill({0, 0, 20, 30}, red);
+    beginFilteredGroup({0, 0, 40, 30}, {{make<CIColorControls>(), {1, 0, 1}}, blurOf(0)});
+    next->endGroup();
+    compose();
+    EXPECT_EQ(pixel(19, 15), redPixel);
+    EXPECT_EQ(pixel(20, 15), whitePixel);
+}
+
+TEST_F(CompositorTest, WhileOnlyBackgroundFiltersMoveNobodyBehindDraws)
+{
+    const auto behind = make<Painter>();
+    const auto inFront = make<Painter>();
+    const auto filter = make<CIGaussianBlur>();
+    for (const CGFloat radius : {1, 2, 3}) {
+        begin();
+        addContent(behind, {15, 10});
+        beginFilteredGroup({0, 0, 40, 30}, {{filter, {radius}}});
+        addContent(inFront, {0, 0});
+        next->endGroup();
+        compose();
+    }
+    EXPECT_EQ(behind->drawCount, 1);
+    EXPECT_EQ(inFront->drawCount, 3); // painted over what the filter made
+}
+
+TEST_F(CompositorTest, AGroupsOwnFiltersChangeItsPictureOnly)
+{
+    begin();
+    addFill({0, 0, 5, 30}, red);
+    const FilterStep brighter{make<CIColorControls>(), {1, 1, 1}};
+    next->beginGroup(host, {.placement = {}, .size = {40, 30}}, std::vector{brighter});
+    addFill({20, 0, 5, 5}, blue);
+    next->endGroup();
+    compose();
+    EXPECT_EQ(pixel(0, 0), redPixel);
+    EXPECT_EQ(pixel(20, 0), whitePixel); // blue made as bright as can be
+    EXPECT_EQ(pixel(30, 20), whitePixel);
+}
+
+TEST_F(CompositorTest, WhatDrawingRaisesPassesThroughAndTheNextFrameIsWhole)
+{
+    const auto painter = make<Painter>();
+    begin();
+    addContent(painter, {0, 0});
+    compose();
+    painter->raises = true;
+    painter->setColor(blue);
+    begin();
+    addContent(painter, {0, 0});
+    EXPECT_THROW(compose(), NSException);
+    painter->raises = false;
+    begin();
+    addContent(painter, {0, 0});
+    EXPECT_THAT(compose().rects(), ElementsAre(PixelRect{0, 0, 40, 30}));
+    EXPECT_EQ(pixel(0, 0), bluePixel);
+}
+
+TEST_F(CompositorTest, OwnersMayDieAfterTheFrame)
+{
+    auto painter = make<Painter>();
+    const std::weak_ptr<Painter> watched = painter;
+    begin();
+    addContent(painter, {0, 0});
+    painter.reset();
+    EXPECT_FALSE(watched.expired());
+    compose();
+    EXPECT_TRUE(watched.expired());
+}
+
+TEST_F(CompositorTest, AreasThatAreNoPictureAreRefused)
+{
+    begin();
+    EXPECT_THROW(compositor.compose({40, 30}, 0), NSException);
+    EXPECT_THROW(compositor.compose({40, 30}, std::numeric_limits<double>::quiet_NaN()), NSException);
+    EXPECT_THROW(compositor.compose({40000, 30}, 1), NSException);
+    EXPECT_NO_THROW(compositor.compose({0, 0}, 1));
+    EXPECT_TRUE(compositor.pixels().isEmpty());
+}
+
+TEST_F(CompositorTest, PrintsItself)
+{
+    begin();
+    beginFilteredGroup({0, 0, 40, 30}, {blurOf(8)}, 0.5);
+    addFill({1, 2, 3, 4}, red, 2);
+    next->endGroup();
+    EXPECT_EQ(next->describe(), "fill (0, 0) 40 × 30 rgba(1, 1, 1, 1)\n"
+                                "group (0, 0) 40 × 30 opacity 0.5 behind CIGaussianBlur inputRadius 8\n"
+                                "  fill (1, 2) 3 × 4 radius 2 rgba(1, 0, 0, 1)\n"
+                                "end\n");
+}
+
+// --- Painting what changed ends where painting everything ends
+
+// A random picture that changes at random: contents, groups in groups, clips, opacities, filters.
+class RandomScene {
+public:
+    explicit RandomScene(unsigned seed) : m_random(seed)
+    {
+        for (int i = 0; i < 8; ++i)
+            m_nodes.push_back(randomNode());
+    }
+
+    void change()
+    {
+        const std::size_t index = below(m_nodes.size());
+        switch (below(6)) {
+        case 0:
+            m_nodes[index].painter->setColor(randomColor());
+            break;
+        case 1:
+            m_nodes[index].origin = randomPoint();
+            break;
+        case 2:
+            m_nodes[index].opacity = randomOpacity();
+            break;
+        case 3:
+            m_nodes[index].radius = randomRadius();
+            break;
+        case 4:
+            if (m_nodes.size() > 3)
+                m_nodes.erase(m_nodes.begin() + static_cast<std::ptrdiff_t>(index));
+            break;
+        default:
+            if (m_nodes.size() < 12)
+                m_nodes.insert(m_nodes.begin() + static_cast<std::ptrdiff_t>(index), randomNode());
+        }
+    }
+
+    void compose(Compositor& compositor, CGFloat scale) const
+    {
+        Composition& next = compositor.begin();
+        auto& ground = next.add(Kind::fill, m_host, {}, {40, 30});
+        ground.color = white;
+        std::size_t open = 0;
+        for (const Node& node : m_nodes) {
+            const auto placement = CGAffineTransform::translation(node.origin.x, node.origin.y);
+            std::vector<FilterStep> behind;
+            if (node.radius > 0)
+                behind.push_back({m_blur, {node.radius}});
+            next.beginGroup(node.painter,
+                            {.placement = placement,
+                             .size = {18, 14},
+                             .radius = node.clips ? 4.0 : 0.0,
+                             .clips = node.clips,
+                             .opacity = node.opacity},
+                            {}, behind);
+            auto& content = next.add(Kind::content, node.painter, placement, node.painter->size);
+            content.revision = node.painter->revision;
+            if (node.staysOpen)
+                ++open;
+            else
+                next.endGroup();
+        }
+        for (; open > 0; --open)
+            next.endGroup();
+        compositor.compose({40, 30}, scale);
+    }
+
+private:
+    struct Node {
+        std::shared_ptr<Painter> painter;
+        CGPoint origin;
+        CGFloat opacity;
+        CGFloat radius; // of the blur behind it
+        bool clips;
+        bool staysOpen; // what follows is in it
+    };
+
+    std::size_t below(std::size_t end) { return m_random() % end; }
+    CGFloat randomOpacity() { return below(2) == 0 ? 1 : static_cast<CGFloat>(1 + below(9)) / 10; }
+    CGFloat randomRadius() { return below(3) == 0 ? static_cast<CGFloat>(1 + below(3)) : 0; }
+    CGPoint randomPoint()
+    {
+        return {static_cast<CGFloat>(below(60)) / 2 - 5, static_cast<CGFloat>(below(50)) / 2 - 5};
+    }
+    CGColor randomColor()
+    {
+        const auto part = [&] { return static_cast<double>(below(256)) / 255; };
+        return {part(), part(), part(), below(2) == 0 ? 1 : 0.5};
+    }
+    Node randomNode()
+    {
+        const auto painter = make<Painter>();
+        painter->setColor(randomColor());
+        painter->size = {static_cast<CGFloat>(1 + below(20)), static_cast<CGFloat>(1 + below(16))};
+        return {painter, randomPoint(), randomOpacity(), randomRadius(), below(3) == 0, below(4) == 0};
+    }
+
+    std::mt19937 m_random;
+    std::shared_ptr<NSObject> m_host = make<NSObject>();
+    std::shared_ptr<CIGaussianBlur> m_blur = make<CIGaussianBlur>();
+    std::vector<Node> m_nodes;
+};
+
+// The largest difference of a channel in two pictures.
+int largestDifference(const Bitmap& a, const Bitmap& b)
+{
+    int largest = 0;
+    for (int y = 0; y < a.height(); ++y) {
+        for (std::size_t x = 0; x < a.row(y).size(); ++x) {
+            for (const int shift : {0, 8, 16, 24}) {
+                const auto channel = [&](const Bitmap& bitmap) {
+                    return static_cast<int>((bitmap.row(y)[x] >> shift) & 0xFF);
+                };
+                largest = std::max(largest, std::abs(channel(a) - channel(b)));
+            }
+        }
+    }
+    return largest;
+}
+
+TEST(CompositorLaw, PaintingWhatChangedEndsWherePaintingEverythingDoes)
+{
+    for (const CGFloat scale : {1.0, 1.5, 2.0}) {
+        for (unsigned seed = 1; seed <= 4; ++seed) {
+            RandomScene scene(seed);
+            Compositor kept = makeCompositor();
+            for (int step = 0; step < 25; ++step) {
+                scene.change();
+                scene.compose(kept, scale);
+                Compositor fresh = makeCompositor();
+                scene.compose(fresh, scale);
+                // A blurred part may be rounded differently from the whole.
+                ASSERT_LE(largestDifference(kept.pixels(), fresh.pixels()), 2)
+                    << "seed " << seed << ", step " << step << ", scale " << scale << "\n"
+                    << fresh.composition().describe();
+            }
+        }
+    }
+}
+
+} // namespace
+} // namespace RVCore
