@@ -50,8 +50,21 @@ Value step(const Value& holder, std::string_view key, std::string_view path)
     return send(object, getter(*object, key, path));
 }
 
-// What holds the last key (an object or an array), and that key.
-std::pair<Value, std::string_view> lastHolder(NSObject& object, std::string_view path)
+const Selector& writeSelector()
+{
+    static const Selector selector("setValue:forKeyPath:");
+    return selector;
+}
+
+bool writesForItself(const NSObject& object)
+{
+    return object.respondsToSelector(writeSelector());
+}
+
+enum class Purpose { reading, writing };
+
+// What holds the last key (an object or an array), and that key; to write, also what writes the rest for itself.
+std::pair<Value, std::string_view> lastHolder(NSObject& object, std::string_view path, Purpose purpose)
 {
     Value holder = object.shared_from_this();
     std::string_view rest = path;
@@ -64,6 +77,8 @@ std::pair<Value, std::string_view> lastHolder(NSObject& object, std::string_view
                                                          next.kind());
         holder = std::move(next);
         rest.remove_prefix(dot + 1);
+        if (purpose == Purpose::writing && holder.object() && writesForItself(**holder.object()))
+            break;
     }
     return {std::move(holder), rest};
 }
@@ -72,17 +87,29 @@ std::pair<Value, std::string_view> lastHolder(NSObject& object, std::string_view
 
 Value valueForKeyPath(NSObject& object, std::string_view path)
 {
-    const auto [holder, key] = lastHolder(object, path);
+    const auto [holder, key] = lastHolder(object, path, Purpose::reading);
     return step(holder, key, path);
 }
 
 void setValueForKeyPath(NSObject& object, std::string_view path, const Value& value)
 {
-    const auto [holder, key] = lastHolder(object, path);
+    if (writesForItself(object))
+        send(object, writeSelector(), value, path);
+    else
+        setValueAlongKeyPath(object, path, value);
+}
+
+void setValueAlongKeyPath(NSObject& object, std::string_view path, const Value& value)
+{
+    const auto [holder, key] = lastHolder(object, path, Purpose::writing);
     if (holder.array())
         throw NSException(NSUnknownKeyException, "the path \"" + std::string(path) +
                                                      "\" ends at an element of an array, which is not a property");
     const ObjectRef& target = *holder.object();
+    if (target.get() != &object && writesForItself(*target)) {
+        send(target, writeSelector(), value, key);
+        return;
+    }
     if (!isProperty(key) || !target->respondsToSelector(Selector::setterFor(key)))
         raiseUnknownKey(*target, key, path);
     send(target, Selector::setterFor(key), value);

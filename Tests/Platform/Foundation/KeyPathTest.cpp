@@ -40,6 +40,25 @@ Class& Lamp::staticClass()
     return theClass;
 }
 
+// Writes for itself and keeps a list of the paths.
+class CarefulLamp : public Lamp {
+    RVCORE_CLASS(CarefulLamp)
+
+public:
+    std::vector<std::string> written;
+};
+
+Class& CarefulLamp::staticClass()
+{
+    static Class& theClass = defineClass<CarefulLamp>("CarefulLamp", Lamp::staticClass(), [](auto& publish) {
+        publish.method("setValue:forKeyPath:", [](CarefulLamp& self, const Value& value, std::string_view path) {
+            setValueAlongKeyPath(self, path, value);
+            self.written.emplace_back(path);
+        });
+    });
+    return theClass;
+}
+
 std::shared_ptr<Lamp> makeLamp(std::string name)
 {
     auto lamp = make<Lamp>();
@@ -146,6 +165,24 @@ TEST(KeyPathTest, NothingIsWrittenWhenTheValueIsOfTheWrongKind)
               "NSInvalidArgumentException: Lamp.setBrightness:: argument 1 must be number, got text");
     EXPECT_EQ(first->next->brightness, 1);
     EXPECT_EQ(first->next->writes, 0);
+}
+
+TEST(KeyPathTest, AnObjectThatWritesForItselfIsSentTheRestOfThePath)
+{
+    const auto careful = make<CarefulLamp>();
+    careful->next = makeLamp("second");
+    const auto first = makeChain();
+    first->next->next = careful;
+    setValueForKeyPath(*first, "next.next.brightness", 3);
+    EXPECT_EQ(careful->brightness, 3);
+    setValueForKeyPath(*first, "next.next.next.brightness", 4);
+    EXPECT_EQ(careful->next->brightness, 4);
+    setValueForKeyPath(*careful, "brightness", 5);
+    EXPECT_EQ(careful->brightness, 5);
+    EXPECT_EQ(careful->written, (std::vector<std::string>{"brightness", "next.brightness", "brightness"}));
+    EXPECT_EQ(valueForKeyPath(*first, "next.next.brightness"), Value(5.0));
+    EXPECT_NE(raised([&] { setValueForKeyPath(*first, "next.next.colour", 1); }).find("CarefulLamp has no key"),
+              std::string::npos);
 }
 
 } // namespace RVCore
