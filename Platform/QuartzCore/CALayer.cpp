@@ -1,8 +1,23 @@
+#include <Foundation/KeyPath.h>
 #include <Foundation/NSException.h>
 
 #include <QuartzCore/CALayer.h>
+#include <QuartzCore/LayerAnimation.h>
+#include <QuartzCore/LayerMotion.h>
+#include <QuartzCore/LayerPresentation.h>
+
+#include <algorithm>
 
 namespace RVCore {
+
+// What few layers have, kept apart so that the many others stay small.
+struct CALayer::Extras {
+    std::vector<std::shared_ptr<CALayer>> sublayers;
+    CGImageRef contents;
+    FilterList filters;
+    FilterList backgroundFilters;
+    std::vector<LayerAnimation> animations; // at most one of each property; some may be over
+};
 
 namespace {
 
@@ -21,6 +36,68 @@ void requireColor(std::string_view operation, const std::optional<CGColor>& colo
         requireFinite(operation, "color", component);
 }
 
+// Both ends of the way as values of one kind. An absent colour is the other end's without its alpha; two absent ones
+// do not differ.
+template <class T> std::pair<AnimatableValue, AnimatableValue> ends(const T& from, const T& to)
+{
+    return {from, to};
+}
+std::pair<AnimatableValue, AnimatableValue> ends(const std::optional<CGColor>& from, const std::optional<CGColor>& to)
+{
+    const auto orClear = [](const std::optional<CGColor>& color, const std::optional<CGColor>& other) {
+        CGColor result = color ? *color : other.value_or(CGColor());
+        if (!color)
+            result.alpha = 0;
+        return result;
+    };
+    return {orClear(from, to), orClear(to, from)};
+}
+
+// What is seen of a property now.
+template <class T> T shownValue(const CALayer& layer, LayerProperty property, const T& model)
+{
+    const DispatchTime now = DispatchTime::now();
+    const LayerAnimation* animation = layer.animationOf(property, now);
+    if (!animation)
+        return model;
+    const AnimatableValue value = animation->valueAt(now);
+    if constexpr (std::same_as<T, std::optional<CGColor>>)
+        return std::get<CGColor>(value);
+    else
+        return std::get<T>(value);
+}
+
+bool isMovement(LayerProperty property)
+{
+    return property == LayerProperty::position || property == LayerProperty::bounds ||
+           property == LayerProperty::affineTransform;
+}
+
+std::optional<double> numberOf(const Value& value)
+{
+    return ValueConversion<double>::unwrap(value);
+}
+
+// The parts of "backgroundFilters.blur.inputRadius"; nothing for a key path of another kind.
+struct FilterInputPath {
+    std::string_view list;
+    std::string_view filter; // with its list
+    std::string_view input;
+
+    static std::optional<FilterInputPath> of(std::string_view path)
+    {
+        const std::size_t first = path.find('.');
+        if (first == std::string_view::npos)
+            return std::nullopt;
+        const std::size_t second = path.find('.', first + 1);
+        const std::string_view list = path.substr(0, first);
+        if (second == std::string_view::npos || (list != "filters" && list != "backgroundFilters") ||
+            path.find('.', second + 1) != std::string_view::npos)
+            return std::nullopt;
+        return FilterInputPath{list, path.substr(0, second), path.substr(second + 1)};
+    }
+};
+
 } // namespace
 
 Class& CALayer::staticClass()
@@ -31,25 +108,117 @@ Class& CALayer::staticClass()
         publish.property("anchorPoint", &CALayer::anchorPoint, &CALayer::setAnchorPoint);
         publish.property("affineTransform", &CALayer::affineTransform, &CALayer::setAffineTransform);
         publish.property("zPosition", &CALayer::zPosition, &CALayer::setZPosition);
+        publish.property("opacity", &CALayer::opacity, &CALayer::setOpacity);
+        publish.readOnlyProperty("isHidden", &CALayer::isHidden);
+        publish.method("setHidden:", &CALayer::setHidden);
         publish.property("backgroundColor", &CALayer::backgroundColor, &CALayer::setBackgroundColor);
         publish.property("cornerRadius", &CALayer::cornerRadius, &CALayer::setCornerRadius);
         publish.property("borderWidth", &CALayer::borderWidth, &CALayer::setBorderWidth);
         publish.property("borderColor", &CALayer::borderColor, &CALayer::setBorderColor);
         publish.property("masksToBounds", &CALayer::masksToBounds, &CALayer::setMasksToBounds);
+        publish.property("filters", &CALayer::filters, &CALayer::setFilters);
+        publish.property("backgroundFilters", &CALayer::backgroundFilters, &CALayer::setBackgroundFilters);
+        publish.readOnlyProperty(
+            "superlayer", [](CALayer& self) { return self.superlayer() ? shared(*self.superlayer()) : nullptr; });
+        publish.readOnlyProperty("sublayers", &CALayer::sublayers);
+        publish.method("addSublayer:", &CALayer::addSublayer);
+        publish.method("insertSublayer:atIndex:", &CALayer::insertSublayer);
+        publish.method("removeFromSuperlayer", &CALayer::removeFromSuperlayer);
+        publish.method("setValue:forKeyPath:", &CALayer::setValue);
+        publish.readOnlyProperty("animationKeys", &CALayer::animationKeys);
+        publish.method("removeAllAnimations", &CALayer::removeAllAnimations);
+        publish.readOnlyProperty("needsDisplay", &CALayer::needsDisplay);
+        publish.method("setNeedsDisplay", &CALayer::setNeedsDisplay);
     });
     return theClass;
+}
+
+CALayer::CALayer() = default;
+
+CALayer::~CALayer()
+{
+    for (const auto& sublayer : sublayers())
+        sublayer->m_superlayer = nullptr; // they may live on
+}
+
+CALayer::Extras& CALayer::extras()
+{
+    if (!m_extras)
+        m_extras = std::make_unique<Extras>();
+    return *m_extras;
+}
+
+void CALayer::changed()
+{
+    const CALayer* teller = this;
+    while (teller && !teller->m_changeHandler)
+        teller = teller->m_superlayer;
+    if (!teller)
+        return;
+    const auto handler = teller->m_changeHandler; // it may be replaced meanwhile
+    handler();
+}
+
+// Stores a new value and tells the handler; an equal one does nothing.
+template <class T> void CALayer::store(T& field, const T& value)
+{
+    if (field == value)
+        return;
+    field = value;
+    changed();
+}
+
+// The same for what can move. An equal value moves what is still on its way there, as a motion of its own.
+template <class T> void CALayer::storeMoving(LayerProperty property, T& field, const T& value)
+{
+    LayerMotion* motion = LayerMotion::current();
+    const bool isNew = !(field == value);
+    bool hasBegun = false;
+    if (motion) {
+        const auto [from, to] = ends(shownValue(*this, property, field), value);
+        hasBegun =
+            move({property, nullptr, {}, from, to, DispatchTime::now(), motion->duration, motion->timingFunction},
+                 *motion);
+    } else if (isNew) {
+        stop(property);
+    }
+    field = value;
+    if (isNew || hasBegun)
+        changed();
+}
+
+// Takes the place of the property's earlier animation. Returns whether there is something to see of it.
+bool CALayer::move(LayerAnimation&& animation, LayerMotion& motion)
+{
+    motion.begin();
+    stop(animation.property, animation.filter.get(), animation.input);
+    if (animation.from == animation.to || animation.duration <= 0 ||
+        (isMovement(animation.property) && LayerMotion::reducesMovement()))
+        return false;
+    if (!animation.timingFunction)
+        animation.timingFunction = CAMediaTimingFunction::functionWithName(kCAMediaTimingFunctionDefault);
+    auto& animations = extras().animations;
+    std::erase_if(animations, [&](const auto& other) { return !other.isRunning(animation.begin); });
+    animations.push_back(std::move(animation));
+    return true;
+}
+
+void CALayer::stop(LayerProperty property, const NSObject* filter, std::string_view input)
+{
+    if (m_extras)
+        std::erase_if(m_extras->animations, [&](const auto& other) { return other.moves(property, filter, input); });
 }
 
 void CALayer::setPosition(CGPoint position)
 {
     requireFinite("CALayer.setPosition:", "position", position);
-    store(m_position, position);
+    storeMoving(LayerProperty::position, m_position, position);
 }
 
 void CALayer::setBounds(const CGRect& bounds)
 {
     requireFinite("CALayer.setBounds:", "bounds", bounds);
-    store(m_bounds, bounds);
+    storeMoving(LayerProperty::bounds, m_bounds, bounds);
 }
 
 void CALayer::setAnchorPoint(CGPoint anchorPoint)
@@ -61,42 +230,257 @@ void CALayer::setAnchorPoint(CGPoint anchorPoint)
 void CALayer::setAffineTransform(const CGAffineTransform& transform)
 {
     requireFinite("CALayer.setAffineTransform:", "transform", transform);
-    store(m_affineTransform, transform);
+    storeMoving(LayerProperty::affineTransform, m_affineTransform, transform);
 }
 
 void CALayer::setZPosition(CGFloat zPosition)
 {
     requireFinite("CALayer.setZPosition:", "zPosition", zPosition);
-    store(m_zPosition, zPosition);
+    storeMoving(LayerProperty::zPosition, m_zPosition, zPosition);
+}
+
+void CALayer::setOpacity(CGFloat opacity)
+{
+    requireFinite("CALayer.setOpacity:", "opacity", opacity);
+    storeMoving(LayerProperty::opacity, m_opacity, std::clamp(opacity, 0.0, 1.0));
+}
+
+void CALayer::setHidden(bool hidden)
+{
+    store(m_isHidden, hidden);
 }
 
 void CALayer::setBackgroundColor(std::optional<CGColor> color)
 {
     requireColor("CALayer.setBackgroundColor:", color);
-    store(m_backgroundColor, color);
+    storeMoving(LayerProperty::backgroundColor, m_backgroundColor, color);
 }
 
 void CALayer::setCornerRadius(CGFloat radius)
 {
     requireLength("CALayer.setCornerRadius:", "radius", radius);
-    store(m_cornerRadius, radius);
+    storeMoving(LayerProperty::cornerRadius, m_cornerRadius, radius);
 }
 
 void CALayer::setBorderWidth(CGFloat width)
 {
     requireLength("CALayer.setBorderWidth:", "width", width);
-    store(m_borderWidth, width);
+    storeMoving(LayerProperty::borderWidth, m_borderWidth, width);
 }
 
 void CALayer::setBorderColor(std::optional<CGColor> color)
 {
     requireColor("CALayer.setBorderColor:", color);
-    store(m_borderColor, color);
+    storeMoving(LayerProperty::borderColor, m_borderColor, color);
 }
 
 void CALayer::setMasksToBounds(bool masks)
 {
     store(m_masksToBounds, masks);
+}
+
+CGImageRef CALayer::contents() const
+{
+    return m_extras ? m_extras->contents : nullptr;
+}
+
+void CALayer::setContents(const CGImageRef& contents)
+{
+    if (contents || m_extras)
+        store(extras().contents, contents);
+}
+
+const CALayer::FilterList& CALayer::filters() const
+{
+    static const FilterList none;
+    return m_extras ? m_extras->filters : none;
+}
+
+void CALayer::setFilters(const FilterList& filters)
+{
+    storeFilters(&Extras::filters, "CALayer.setFilters:", filters);
+}
+
+const CALayer::FilterList& CALayer::backgroundFilters() const
+{
+    static const FilterList none;
+    return m_extras ? m_extras->backgroundFilters : none;
+}
+
+void CALayer::setBackgroundFilters(const FilterList& filters)
+{
+    storeFilters(&Extras::backgroundFilters, "CALayer.setBackgroundFilters:", filters);
+}
+
+void CALayer::storeFilters(FilterList Extras::*list, std::string_view operation, const FilterList& filters)
+{
+    if (std::ranges::count(filters, nullptr) > 0)
+        raiseInvalidArgument(operation, "a filter is absent");
+    if ((filters.empty() && !m_extras) || extras().*list == filters)
+        return;
+    extras().*list = filters;
+    // A filter that left, and comes back some day, is where it was set.
+    const auto isGone = [this](const LayerAnimation& animation) {
+        return animation.filter && std::ranges::count(m_extras->filters, animation.filter) == 0 &&
+               std::ranges::count(m_extras->backgroundFilters, animation.filter) == 0;
+    };
+    std::erase_if(m_extras->animations, isGone);
+    changed();
+}
+
+const std::vector<std::shared_ptr<CALayer>>& CALayer::sublayers() const
+{
+    static const std::vector<std::shared_ptr<CALayer>> none;
+    return m_extras ? m_extras->sublayers : none;
+}
+
+void CALayer::addSublayer(const std::shared_ptr<CALayer>& layer)
+{
+    insertSublayer(layer, sublayers().size());
+}
+
+void CALayer::insertSublayer(const std::shared_ptr<CALayer>& layer, std::size_t index)
+{
+    if (!layer)
+        raiseInvalidArgument("CALayer.addSublayer:", "there is no layer");
+    if (isDescendantOf(*layer))
+        raiseInvalidArgument("CALayer.addSublayer:",
+                             layer->description() + " cannot be put into " +
+                                 (layer.get() == this ? "itself" : "its own descendant " + description()));
+    const auto kept = layer; // the argument may be an element of the list that it is taken out of
+    CALayer* const before = kept->m_superlayer;
+    kept->leaveSuperlayer();
+    if (before && before != this)
+        before->changed();
+    auto& list = extras().sublayers;
+    list.insert(list.begin() + static_cast<std::ptrdiff_t>(std::min(index, list.size())), kept);
+    kept->m_superlayer = this;
+    changed();
+}
+
+void CALayer::removeFromSuperlayer()
+{
+    if (!m_superlayer)
+        return;
+    const auto kept = shared(*this);
+    CALayer& superlayer = *m_superlayer;
+    leaveSuperlayer();
+    superlayer.changed();
+}
+
+void CALayer::leaveSuperlayer()
+{
+    if (!m_superlayer)
+        return;
+    std::erase_if(m_superlayer->m_extras->sublayers, [this](const auto& layer) { return layer.get() == this; });
+    m_superlayer = nullptr;
+}
+
+bool CALayer::isDescendantOf(const CALayer& layer) const
+{
+    const CALayer* current = this;
+    while (current && current != &layer)
+        current = current->m_superlayer;
+    return current;
+}
+
+void CALayer::setValue(const Value& value, std::string_view keyPath)
+{
+    if (FilterInputPath::of(keyPath))
+        setFilterInput(value, keyPath);
+    else
+        setValueAlongKeyPath(*this, keyPath, value);
+}
+
+void CALayer::setFilterInput(const Value& value, std::string_view keyPath)
+{
+    const FilterInputPath path = *FilterInputPath::of(keyPath);
+    const ObjectRef filter = *valueForKeyPath(*this, path.filter).object();
+    const Value before = valueForKeyPath(*this, keyPath);
+    setValueAlongKeyPath(*this, keyPath, value);
+    const Value after = valueForKeyPath(*this, keyPath); // the filter may have put it into its range
+    const auto from = numberOf(before);
+    const auto to = numberOf(after);
+    const bool isNew = !(before == after);
+    LayerMotion* motion = LayerMotion::current();
+    bool hasBegun = false;
+    if (motion && from && to) {
+        const DispatchTime now = DispatchTime::now();
+        const double shown = LayerPresentation(*this, now).filterInput(*filter, path.input).value_or(*from);
+        hasBegun = move({LayerProperty::filterInput, filter, std::string(path.input), shown, *to, now,
+                         motion->duration, motion->timingFunction},
+                        *motion);
+    } else if (isNew) {
+        stop(LayerProperty::filterInput, filter.get(), path.input);
+    }
+    if (isNew || hasBegun)
+        changed();
+}
+
+std::optional<DispatchTime> CALayer::animationEnd(DispatchTime now) const
+{
+    if (!m_extras)
+        return std::nullopt;
+    std::optional<DispatchTime> end;
+    const auto include = [&](std::optional<DispatchTime> other) {
+        if (other && (!end || *other > *end))
+            end = other;
+    };
+    for (const LayerAnimation& animation : m_extras->animations) {
+        if (animation.isRunning(now))
+            include(animation.end());
+    }
+    for (const auto& sublayer : m_extras->sublayers)
+        include(sublayer->animationEnd(now));
+    return end;
+}
+
+std::vector<std::string> CALayer::animationKeys() const
+{
+    std::vector<std::string> keys;
+    if (!m_extras)
+        return keys;
+    const DispatchTime now = DispatchTime::now();
+    for (const LayerAnimation& animation : m_extras->animations) {
+        if (animation.isRunning(now))
+            keys.push_back(keyPathOf(animation));
+    }
+    return keys;
+}
+
+std::string CALayer::keyPathOf(const LayerAnimation& animation) const
+{
+    if (!animation.filter)
+        return std::string(keyOf(animation.property));
+    const bool isBehind = std::ranges::count(m_extras->backgroundFilters, animation.filter) > 0;
+    return std::string(isBehind ? "backgroundFilters." : "filters.") +
+           valueForKeyPath(*animation.filter, "name").as<std::string>() + "." + animation.input;
+}
+
+void CALayer::removeAllAnimations()
+{
+    if (!animationKeys().empty()) {
+        m_extras->animations.clear();
+        changed();
+    }
+}
+
+const LayerAnimation* CALayer::animationOf(LayerProperty property, DispatchTime now, const NSObject* filter,
+                                           std::string_view input) const
+{
+    if (!m_extras)
+        return nullptr;
+    for (const LayerAnimation& animation : m_extras->animations) {
+        if (animation.moves(property, filter, input) && animation.isRunning(now))
+            return &animation;
+    }
+    return nullptr;
+}
+
+void CALayer::setNeedsDisplay()
+{
+    m_needsDisplay = true;
+    changed();
 }
 
 } // namespace RVCore

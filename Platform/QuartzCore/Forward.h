@@ -3,5 +3,9 @@
 namespace RVCore {
 
 class CALayer;
+class CAMediaTimingFunction;
+class LayerPresentation;
+struct LayerAnimation;
+struct LayerMotion;
 
 } // namespace RVCore
