@@ -1,5 +1,6 @@
 #include <Dispatch/DispatchClock.h>
 #include <Dispatch/DispatchQueue.h>
+#include <Dispatch/DispatchThread.h>
 
 #include <atomic>
 #include <chrono>
@@ -37,9 +38,13 @@ DispatchClock& DispatchClock::shared()
 
 void DispatchClock::install(DispatchClock* clock)
 {
-    const double before = shared().seconds();
-    installedClock = clock;
-    DispatchQueue::main().clockChanged(shared().seconds() - before);
+    double difference = 0;
+    DispatchThread::changeClock([&] {
+        const double before = shared().seconds();
+        installedClock = clock;
+        return difference = shared().seconds() - before;
+    });
+    DispatchQueue::main().clockChanged(difference);
 }
 
 } // namespace RVCore

@@ -17,11 +17,15 @@ public:
     virtual double secondsSince1970() const = 0;
     // Whether time goes on by itself. Where it does not, nobody has to be woken at some time.
     virtual bool isRunning() const = 0;
+    // For who has to wait on the main thread: a clock that does not go on by itself is moved on by this many seconds,
+    // with everything that is due on the way. Returns whether it was.
+    virtual bool moveOn(double) { return false; }
 
     // The program's clock: the system's, unless another one is installed.
     static DispatchClock& shared();
     // Makes this the program's clock, or with null the system's again. It does not take the clock over. What waits on
-    // the main queue keeps its distance to the present. On the main thread, while no other one asks for the time.
+    // the main queue or on a DispatchThread keeps its distance to the present. On the main thread, while no other one
+    // asks for the time; it waits for the turns of DispatchThreads.
     static void install(DispatchClock* clock);
 };
 

@@ -4,6 +4,7 @@ namespace RVCore {
 
 class DispatchClock;
 class DispatchQueue;
+class DispatchThread;
 class DispatchTime;
 class ManualDispatchClock;
 

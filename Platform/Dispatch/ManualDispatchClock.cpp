@@ -1,4 +1,5 @@
 #include <Dispatch/DispatchQueue.h>
+#include <Dispatch/DispatchThread.h>
 #include <Dispatch/ManualDispatchClock.h>
 #include <Foundation/NSException.h>
 
@@ -22,11 +23,26 @@ void ManualDispatchClock::advance(double seconds)
         raiseInvalidArgument("ManualDispatchClock.advance", "time does not go back, got " + numberText(seconds));
     const double end = m_seconds + seconds;
     DispatchQueue& queue = DispatchQueue::main();
-    for (auto next = queue.nextDeadline(); next && next->seconds() <= end; next = queue.nextDeadline()) {
+    while (true) {
+        const auto turn = DispatchThread::nextTurn();
+        const auto closure = queue.nextDeadline();
+        const bool isTurn = turn && (!closure || *turn <= *closure);
+        const auto next = isTurn ? turn : closure;
+        if (!next || next->seconds() > end)
+            break;
         moveTo(next->seconds());
-        queue.runDue();
+        if (isTurn)
+            DispatchThread::runTurn();
+        else
+            queue.runDue();
     }
     moveTo(end);
+}
+
+bool ManualDispatchClock::moveOn(double seconds)
+{
+    advance(seconds);
+    return true;
 }
 
 // What is overdue has its time behind the present.

@@ -86,6 +86,19 @@ TEST_F(ManualDispatchClockTest, RefusesWhatIsNoStep)
     EXPECT_EQ(clock.seconds(), 0);
 }
 
+TEST_F(ManualDispatchClockTest, IsMovedOnByWhoWaitsOnTheMainThread)
+{
+    schedule(0.5);
+    EXPECT_TRUE(DispatchClock::shared().moveOn(1));
+    EXPECT_EQ(clock.seconds(), 1);
+    EXPECT_THAT(times, ElementsAre(0.5));
+}
+
+TEST(DispatchClockOfTheSystem, IsNotMovedOn)
+{
+    EXPECT_FALSE(DispatchClock::shared().moveOn(1));
+}
+
 TEST(ManualDispatchClock, WhatWaitsKeepsItsDistanceWhenTheClockIsReplaced)
 {
     std::vector<int> ran;
