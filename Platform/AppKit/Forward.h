@@ -3,6 +3,7 @@
 namespace RVCore {
 
 class LayoutContext;
+class NSAnimation;
 class NSApplication;
 class NSButton;
 class NSColor;
