@@ -9,8 +9,10 @@ class LayoutPass;
 class TextFieldSession;
 class ToolbarItemButton;
 class ToolbarView;
+class ViewComposer;
 class ViewLayoutState;
 class WindowEvents;
+class WindowPainter;
 
 // Opens to each other what AppKit's classes share: operations that take a key are theirs alone, for only they can
 // make one.
@@ -30,8 +32,10 @@ class AppKitKey {
     friend class TextFieldSession;
     friend class ToolbarItemButton;
     friend class ToolbarView;
+    friend class ViewComposer;
     friend class ViewLayoutState;
     friend class WindowEvents;
+    friend class WindowPainter;
     friend std::vector<std::shared_ptr<AccessibleElement>> accessibleElementsOf(NSWindow& window);
     friend void postAccessibilityChange(NSView& view, AccessibleChange change);
 };

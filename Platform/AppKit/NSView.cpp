@@ -12,6 +12,7 @@
 #include <QuartzCore/CALayer.h>
 
 #include <algorithm>
+#include <atomic>
 
 namespace RVCore {
 
@@ -23,6 +24,12 @@ void requireLayoutRect(std::string_view operation, const CGRect& rect)
     requireLayoutNumber(operation, "frame.y", rect.origin.y);
     requireLayoutNumber(operation, "frame.width", rect.size.width);
     requireLayoutNumber(operation, "frame.height", rect.size.height);
+}
+
+std::uint64_t nextDrawingRevision()
+{
+    static std::atomic<std::uint64_t> last = 0; // views may be made on any thread
+    return last.fetch_add(1, std::memory_order_relaxed) + 1;
 }
 
 // Vertical positions in a view that is not flipped run the other way; mirroring twice gives the point back.
@@ -126,7 +133,7 @@ Class& NSView::staticClass()
     return theClass;
 }
 
-NSView::NSView() = default;
+NSView::NSView() : m_drawingRevision(nextDrawingRevision()) {}
 
 NSView::~NSView()
 {
@@ -534,8 +541,15 @@ void NSView::syncLayerGeometry()
 
 void NSView::setNeedsDisplay(bool needsDisplay)
 {
-    if (needsDisplay)
-        requestFrame();
+    if (!needsDisplay)
+        return;
+    drawingChanged({});
+    requestFrame();
+}
+
+void NSView::drawingChanged(AppKitKey)
+{
+    m_drawingRevision = nextDrawingRevision();
 }
 
 void NSView::draw(Canvas&, const CGRect&) {}

@@ -87,8 +87,10 @@ public:
     const std::shared_ptr<CALayer>& layer() const { return m_layer; } // null unless layer-backed
     NSViewLayerContentsRedrawPolicy layerContentsRedrawPolicy() const { return m_redrawPolicy; }
     void setLayerContentsRedrawPolicy(NSViewLayerContentsRedrawPolicy policy) { m_redrawPolicy = policy; }
+    // What the view draws is no longer what it drew before. False does nothing.
     void setNeedsDisplay(bool needsDisplay);
-    // Draws the view's own content, in its own coordinates. The default draws nothing.
+    // Draws the view's own content, in its own coordinates; what lies outside the bounds is cut off. The default
+    // draws nothing. May be called for one part of the view after the other.
     virtual void draw(Canvas& canvas, const CGRect& dirtyRect);
 
     // Size from content. An absent metric is NSViewNoIntrinsicMetric. Whoever changes what intrinsicContentSize
@@ -145,6 +147,9 @@ public:
     std::unique_ptr<ViewLayoutState>& layoutState(AppKitKey) { return m_layoutState; }
     void takeSolvedFrame(const CGRect& frame, AppKitKey) { storeFrame(frame); }
     void setHostWindow(NSWindow* window, AppKitKey);
+    // Of what the view draws: a number that nothing else that was ever drawn has.
+    std::uint64_t drawingRevision(AppKitKey) const { return m_drawingRevision; }
+    void drawingChanged(AppKitKey); // without asking for a frame
 
 protected:
     // Makes the layer of a view that becomes layer-backed.
@@ -187,6 +192,7 @@ private:
     CGPoint m_boundsOrigin;
     NSWindow* m_hostWindow = nullptr; // of a content view
     std::vector<std::shared_ptr<NSView>> m_subviews;
+    std::uint64_t m_drawingRevision;
     std::shared_ptr<CALayer> m_layer;
     CGFloat m_alphaValue = 1;
     NSViewLayerContentsRedrawPolicy m_redrawPolicy = NSViewLayerContentsRedrawPolicy::duringViewResize;

@@ -11,7 +11,7 @@
 #include <AppKit/NSWindow.h>
 #include <AppKit/NSWindowController.h>
 #include <AppKit/PublishedDelegate.h>
-#include <AppKit/ViewSnapshot.h>
+#include <AppKit/WindowPainter.h>
 #include <AppKit/WindowSizes.h>
 #include <Foundation/NSException.h>
 
@@ -115,7 +115,7 @@ Class& NSWindow::staticClass()
     return theClass;
 }
 
-NSWindow::NSWindow() = default;
+NSWindow::NSWindow() : m_painter(std::make_unique<WindowPainter>()) {}
 
 NSWindow::~NSWindow()
 {
@@ -415,23 +415,23 @@ std::vector<std::shared_ptr<AccessibleElement>> NSWindow::accessibleElements()
 void NSWindow::paint(Canvas& canvas)
 {
     const auto alive = shared(*this);
-    const CGSize area = areaFor(m_contentSize);
-    if (isOpaque()) {
-        const Appearance appearance = NSApplication::shared().effectiveAppearance();
-        canvas.fill({{{}, area}, 0}, Backend::shared().controlLook().windowColor(appearance));
-    }
-    for (const auto& root : rootViews({})) {
-        const CanvasState state(canvas);
-        canvas.concatenate(CGAffineTransform::translation(0, area.height - root->frame().maxY()));
-        paintViewTree(*root, canvas);
-    }
+    WindowPainter::paint(*this, canvas);
+}
+
+WindowPixels NSWindow::paintPixels(CGFloat scale)
+{
+    const auto alive = shared(*this);
+    const DamageRegion& changed = m_painter->paint(*this, scale);
+    return {m_painter->pixels(), changed.rects()};
 }
 
 void NSWindow::writePicture(const std::string& path, CGFloat scale)
 {
     const auto alive = shared(*this);
     layoutIfNeeded();
-    Backend::shared().writePicture(path, areaSize(), scale, [this](Canvas& canvas) { paint(canvas); });
+    WindowPainter painter;
+    painter.paint(*this, scale);
+    Backend::shared().writePicture(path, painter.pixels(), scale);
 }
 
 } // namespace RVCore

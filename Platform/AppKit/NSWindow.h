@@ -11,6 +11,7 @@
 namespace RVCore {
 
 class WindowFrameAnimation;
+class WindowPainter;
 
 // A window with a content view. The content view has the size of the window's content, and the window is never
 // smaller than what the constraints of its content need; it never grows by itself otherwise. A desktop that refuses
@@ -214,6 +215,7 @@ private:
     void minimizedChanged(bool isMinimized) override;
     void prepareFrame() override;
     void paint(Canvas& canvas) override;
+    WindowPixels paintPixels(CGFloat scale) override;
     void handleInput(const InputEvent& event) override { m_events.handleInput(event); }
     std::vector<std::shared_ptr<AccessibleElement>> accessibleElements() override;
 
@@ -222,6 +224,7 @@ private:
     std::unique_ptr<WindowBackend> m_backend;    // made when the window is first shown
     std::weak_ptr<NSResponder> m_firstResponder; // expired for the window itself
     WindowEvents m_events{*this};
+    const std::unique_ptr<WindowPainter> m_painter;
     std::shared_ptr<NSViewController> m_contentViewController;
     std::shared_ptr<NSToolbar> m_toolbar;
     std::weak_ptr<NSWindowDelegate> m_delegate;

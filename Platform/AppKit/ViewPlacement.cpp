@@ -1,7 +1,7 @@
 #include <AppKit/NSView.h>
 #include <AppKit/ViewPlacement.h>
 
-#include <QuartzCore/CALayer.h>
+#include <QuartzCore/LayerPresentation.h>
 
 #include <algorithm>
 
@@ -16,32 +16,63 @@ CGFloat zPosition(const NSView* view)
 
 } // namespace
 
-CGAffineTransform placementInSuperview(const NSView& view)
+CGAffineTransform placementIn(const CGRect& outer, bool isMirrored, const LayerGeometry& geometry)
 {
-    const CGRect& frame = view.frame();
-    const NSView* superview = view.superview();
-    const CGRect outer = superview ? superview->bounds() : CGRect();
-    const bool isMirrored = superview && !superview->isFlipped();
-    const auto onCanvas = [&](CGPoint point) {
-        return CGPoint{point.x - outer.minX(), isMirrored ? outer.maxY() - point.y : point.y - outer.minY()};
-    };
-    const CALayer* layer = view.layer().get();
-    if (!layer) {
-        const CGPoint corner = onCanvas({frame.minX(), isMirrored ? frame.maxY() : frame.minY()});
-        return CGAffineTransform::translation(corner.x, corner.y);
-    }
-    CGAffineTransform transform = layer->affineTransform();
-    CGPoint anchor{layer->anchorPoint().x * frame.size.width, layer->anchorPoint().y * frame.size.height};
+    CGAffineTransform transform = geometry.transform;
+    CGPoint anchor{geometry.anchorPoint.x * geometry.size.width, geometry.anchorPoint.y * geometry.size.height};
     if (isMirrored) { // the layer's numbers are in upward coordinates, the canvas's run downward
         transform.b = -transform.b;
         transform.c = -transform.c;
         transform.ty = -transform.ty;
-        anchor.y = frame.size.height - anchor.y;
+        anchor.y = geometry.size.height - anchor.y;
     }
-    const CGPoint position = onCanvas(layer->position());
+    const CGPoint position{geometry.position.x - outer.minX(),
+                           isMirrored ? outer.maxY() - geometry.position.y : geometry.position.y - outer.minY()};
     return CGAffineTransform::translation(-anchor.x, -anchor.y)
         .concatenating(transform)
         .concatenating(CGAffineTransform::translation(position.x, position.y));
+}
+
+namespace {
+
+CGAffineTransform placementOf(const NSView& view, const LayerGeometry& geometry)
+{
+    const NSView* superview = view.superview();
+    return placementIn(superview ? superview->bounds() : CGRect(), superview && !superview->isFlipped(), geometry);
+}
+
+// A view without a layer, as if it had one that is anchored at its corner.
+LayerGeometry geometryOf(const NSView& view)
+{
+    const CGRect& frame = view.frame();
+    if (const CALayer* layer = view.layer().get())
+        return {layer->position(), layer->anchorPoint(), layer->affineTransform(), frame.size};
+    return {frame.origin, {}, {}, frame.size};
+}
+
+} // namespace
+
+CGAffineTransform placementInSuperview(const NSView& view)
+{
+    return placementOf(view, geometryOf(view));
+}
+
+CGAffineTransform shownPlacementInSuperview(const NSView& view, DispatchTime time)
+{
+    const CALayer* layer = view.layer().get();
+    if (!layer)
+        return placementInSuperview(view);
+    const LayerPresentation shown(*layer, time);
+    const CGSize size = shown.bounds().size;
+    const CGAffineTransform placement =
+        placementOf(view, {shown.position(), layer->anchorPoint(), shown.affineTransform(), size});
+    return stretched(view.frame().size, size).concatenating(placement);
+}
+
+CGAffineTransform stretched(CGSize size, CGSize shown)
+{
+    const auto factor = [](CGFloat from, CGFloat to) { return from == to || from <= 0 ? 1 : to / from; };
+    return CGAffineTransform::scale(factor(size.width, shown.width), factor(size.height, shown.height));
 }
 
 std::optional<CGPoint> pointInside(const NSView& view, CGPoint point)

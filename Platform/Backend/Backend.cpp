@@ -1,5 +1,8 @@
 #include <Backend/Backend.h>
+#include <Foundation/NSException.h>
 #include <Foundation/Stop.h>
+
+#include <cmath>
 
 namespace RVCore {
 
@@ -20,6 +23,21 @@ std::unique_ptr<Backend>& current()
 {
     static std::unique_ptr<Backend> backend;
     return backend;
+}
+
+// Whole pixels; a part of one at the edge counts as one.
+int pictureSide(std::string_view name, CGFloat points, CGFloat scale)
+{
+    // The products of decimal fractions miss whole numbers by a little.
+    const CGFloat pixels = std::ceil(points * scale - 1e-6);
+    if (!(pixels >= 1))
+        raiseInvalidArgument("Backend.writePicture",
+                             std::string(name) + " must be above 0, got " + numberText(points));
+    if (pixels > Bitmap::largestSide)
+        raiseInvalidArgument("Backend.writePicture", std::string(name) + " must be at most " +
+                                                         std::to_string(Bitmap::largestSide) + " pixels, got " +
+                                                         numberText(pixels));
+    return static_cast<int>(pixels);
 }
 
 } // namespace
@@ -43,6 +61,19 @@ void Backend::registerFactory(int rank, Factory factory)
 void Backend::install(std::unique_ptr<Backend> backend)
 {
     current() = std::move(backend);
+}
+
+void Backend::writePicture(const std::string& path, CGSize size, CGFloat scale,
+                           const std::function<void(Canvas&)>& paint)
+{
+    requireFinite("Backend.writePicture", "size", size);
+    requireFinite("Backend.writePicture", "scale", scale);
+    if (scale <= 0)
+        raiseInvalidArgument("Backend.writePicture", "scale must be above 0, got " + numberText(scale));
+    const int width = pictureSide("size.width", size.width, scale);
+    Bitmap picture(width, pictureSide("size.height", size.height, scale));
+    paint(*makeCanvas(picture, 0, 0, scale));
+    writePicture(path, picture, scale);
 }
 
 } // namespace RVCore

@@ -6,16 +6,25 @@
 #include <Backend/InputEvent.h>
 #include <Backend/TextEditor.h>
 #include <Backend/WindowPlacement.h>
+#include <CoreGraphics/Bitmap.h>
 #include <CoreGraphics/Canvas.h>
 
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
 namespace RVCore {
 
 class WindowBackend;
+
+// What a window shows, and what of it is not as in the frame before, in pixels from the top left. Valid until the
+// next frame.
+struct WindowPixels {
+    const Bitmap& pixels;
+    std::span<const PixelRect> changed;
+};
 
 // What a window's backend tells the window that it stands for. Sizes are of the content, in points.
 class WindowClient {
@@ -34,6 +43,9 @@ public:
     virtual void closeRequested() = 0;
     // Once before the window is painted: the time to bring layout up to date.
     virtual void prepareFrame() = 0;
+    // Paints the frame, `scale` pixels to a point. A size that falls between pixels is rounded up.
+    virtual WindowPixels paintPixels(CGFloat scale) = 0;
+    // The same for a backend that has no pixels: everything, on a canvas.
     virtual void paint(Canvas& canvas) = 0;
     // The user moved, pressed, scrolled or typed something.
     virtual void handleInput(const InputEvent& event) = 0;
@@ -120,6 +132,11 @@ public:
                                                        CGSize size) = 0;
     virtual Clipboard& clipboard() = 0;
 
+    // A canvas in points, `scale` pixels each, on a bitmap that is a part of a larger area: its first pixel is this
+    // one of the area. The bitmap outlives the canvas. A backend without pixels has canvases on which nothing is
+    // drawn.
+    virtual std::unique_ptr<Canvas> makeCanvas(Bitmap& bitmap, int x, int y, CGFloat scale) = 0;
+
     virtual std::unique_ptr<WindowBackend> makeWindow(WindowClient& client, CGSize contentSize) = 0;
 
     // The first one is the main one; never empty.
@@ -128,8 +145,9 @@ public:
     // Paints a picture of this many points, `scale` pixels to a point, on a transparent ground, and writes it as a
     // PNG file. Raises NSInvalidArgumentException when the size is empty or larger than 32,767 pixels on a side, or
     // when the file cannot be written (the reason says why); a file that was there before stays whole then.
-    virtual void writePicture(const std::string& path, CGSize size, CGFloat scale,
-                              const std::function<void(Canvas&)>& paint) = 0;
+    void writePicture(const std::string& path, CGSize size, CGFloat scale, const std::function<void(Canvas&)>& paint);
+    // Writes a picture that is there already, in the same way. An empty one raises, too.
+    virtual void writePicture(const std::string& path, const Bitmap& picture, CGFloat scale) = 0;
 
     // Serves windows and input until `stop` is called; may be nested. On the main thread.
     virtual void run() = 0;

@@ -39,7 +39,12 @@ std::unique_ptr<WindowBackend> HeadlessBackend::makeWindow(WindowClient& client,
     return std::make_unique<HeadlessWindow>(m_windows, client, contentSize);
 }
 
-void HeadlessBackend::writePicture(const std::string& path, CGSize, CGFloat, const std::function<void(Canvas&)>&)
+std::unique_ptr<Canvas> HeadlessBackend::makeCanvas(Bitmap&, int, int, CGFloat)
+{
+    return std::make_unique<RecordingCanvas>();
+}
+
+void HeadlessBackend::writePicture(const std::string& path, const Bitmap&, CGFloat)
 {
     raiseInvalidArgument("Backend.writePicture",
                          "cannot write " + path +

@@ -33,8 +33,10 @@ public:
     Clipboard& clipboard() override { return m_clipboard; }
     std::unique_ptr<WindowBackend> makeWindow(WindowClient& client, CGSize contentSize) override;
     // Always raises NSInvalidArgumentException: pictures take a desktop backend.
-    void writePicture(const std::string& path, CGSize size, CGFloat scale,
-                      const std::function<void(Canvas&)>& paint) override;
+    void writePicture(const std::string& path, const Bitmap& picture, CGFloat scale) override;
+    using Backend::writePicture;
+    // A RecordingCanvas, which leaves the bitmap as it is.
+    std::unique_ptr<Canvas> makeCanvas(Bitmap& bitmap, int x, int y, CGFloat scale) override;
     // Runs closures and frames, at most 60 frames a second, and sleeps when there are none.
     void run() override;
     void stop() override;

@@ -7,6 +7,7 @@
 #include <QTimer>
 #include <QtBackend/QtApplication.h>
 #include <QtBackend/QtBackend.h>
+#include <QtBackend/QtBitmap.h>
 #include <QtBackend/QtControlLook.h>
 #include <QtBackend/QtConversions.h>
 #include <QtBackend/QtImage.h>
@@ -147,10 +148,14 @@ std::unique_ptr<WindowBackend> QtBackend::makeWindow(WindowClient& client, CGSiz
     return std::make_unique<QtWindow>(client, contentSize);
 }
 
-void QtBackend::writePicture(const std::string& path, CGSize size, CGFloat scale,
-                             const std::function<void(Canvas&)>& paint)
+void QtBackend::writePicture(const std::string& path, const Bitmap& picture, CGFloat scale)
 {
-    RVCore::writePicture(path, size, scale, paint);
+    RVCore::writePicture(path, picture, scale);
+}
+
+std::unique_ptr<Canvas> QtBackend::makeCanvas(Bitmap& bitmap, int x, int y, CGFloat scale)
+{
+    return makeBitmapCanvas(bitmap, x, y, scale);
 }
 
 void QtBackend::run()

@@ -27,8 +27,9 @@ public:
                                                CGSize size) override;
     Clipboard& clipboard() override { return m_clipboard; }
     std::unique_ptr<WindowBackend> makeWindow(WindowClient& client, CGSize contentSize) override;
-    void writePicture(const std::string& path, CGSize size, CGFloat scale,
-                      const std::function<void(Canvas&)>& paint) override;
+    void writePicture(const std::string& path, const Bitmap& picture, CGFloat scale) override;
+    using Backend::writePicture;
+    std::unique_ptr<Canvas> makeCanvas(Bitmap& bitmap, int x, int y, CGFloat scale) override;
     void run() override;
     void stop() override;
     void callLater(std::function<void()> closure) override;

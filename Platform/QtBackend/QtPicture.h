@@ -10,6 +10,6 @@ namespace RVCore {
 class Canvas;
 
 // Backend.writePicture.
-void writePicture(const std::string& path, CGSize size, CGFloat scale, const std::function<void(Canvas&)>& paint);
+void writePicture(const std::string& path, const Bitmap& picture, CGFloat scale);
 
 } // namespace RVCore

@@ -8,6 +8,7 @@
 #include <QScreen>
 #include <QtBackend/QtAccessibility.h>
 #include <QtBackend/QtApplication.h>
+#include <QtBackend/QtBitmap.h>
 #include <QtBackend/QtCanvas.h>
 #include <QtBackend/QtConversions.h>
 #include <QtBackend/QtInput.h>
@@ -222,6 +223,7 @@ bool QtWindowSurface::event(QEvent* event)
 void QtWindowSurface::paintEvent(QPaintEvent*)
 {
     m_needsFrame = true;
+    m_isStoreStale = true;
     paintFrame();
 }
 
@@ -318,21 +320,42 @@ void QtWindowSurface::paintFrame()
 
 void QtWindowSurface::paintContent()
 {
-    const QRect area(QPoint(0, 0), size());
-    m_store->resize(area.size());
-    m_store->beginPaint(area);
+    call([&](WindowClient& client) {
+        const WindowPixels frame = client.paintPixels(devicePixelRatio());
+        showPixels(toQImage(frame.pixels), frame.changed);
+    });
+}
+
+// The store keeps its pixels from frame to frame unless its size changes.
+void QtWindowSurface::showPixels(const QImage& pixels, std::span<const PixelRect> changed)
+{
+    const CGFloat scale = devicePixelRatio();
+    const bool isNew = m_store->size() != size() || m_storeScale != scale || m_isStoreStale;
+    m_storeScale = scale;
+    m_isStoreStale = false;
+    m_store->resize(size());
+    std::vector<QRect> parts;
+    for (const PixelRect& rect : changed)
+        parts.emplace_back(rect.x, rect.y, rect.width, rect.height);
+    if (isNew)
+        parts.assign(1, pixels.rect());
+    QRegion points;
+    for (const QRect& part : parts)
+        points += QRectF(part.x() / scale, part.y() / scale, part.width() / scale, part.height() / scale)
+                      .toAlignedRect()
+                      .intersected(QRect(QPoint(), size()));
+    if (points.isEmpty())
+        return;
+    m_store->beginPaint(points);
     {
         QPainter painter(m_store->paintDevice());
-        if (painter.isActive()) {
-            painter.setCompositionMode(QPainter::CompositionMode_Source);
-            painter.fillRect(area, m_isOpaque ? Qt::white : Qt::transparent);
-            painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-            QtCanvas canvas(painter);
-            call([&](WindowClient& client) { client.paint(canvas); });
-        }
+        painter.setWorldTransform(painter.deviceTransform().inverted()); // pixels
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+        for (const QRect& part : parts)
+            painter.drawImage(part.topLeft(), pixels, part);
     }
     m_store->endPaint();
-    m_store->flush(area);
+    m_store->flush(points);
 }
 
 QtWindow::QtWindow(WindowClient& client, CGSize contentSize)

@@ -62,6 +62,7 @@ private:
     void scheduleFrame();
     void paintFrame();
     void paintContent();
+    void showPixels(const QImage& pixels, std::span<const PixelRect> changed);
 
     WindowClient* m_client;
     CGSize m_knownSize; // what the client believes the content size to be
@@ -73,6 +74,8 @@ private:
     bool m_isMinimized = false;
     CGFloat m_knownScale = 1;
     std::unique_ptr<QBackingStore> m_store;
+    CGFloat m_storeScale = 0;
+    bool m_isStoreStale = true; // what it holds is not what was painted last
     std::weak_ptr<QtTextEditor> m_textInput;
     QTimer m_frameTimer{this};
     QElapsedTimer m_sinceFrame;

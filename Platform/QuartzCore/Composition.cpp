@@ -39,19 +39,37 @@ CompositionItem& Composition::add(CompositionItem::Kind kind, const std::shared_
     return item;
 }
 
-void Composition::beginGroup(const std::shared_ptr<NSObject>& owner, const Group& group,
-                             std::span<const FilterStep> filters, std::span<const FilterStep> backgroundFilters)
+void Composition::beginGroup(const std::shared_ptr<NSObject>& owner, const Group& group)
 {
     CompositionItem& item = add(CompositionItem::Kind::group, owner, group.placement, group.size);
     item.radius = group.radius;
     item.clips = group.clips;
     item.opacity = group.opacity;
     item.firstStep = static_cast<std::uint32_t>(m_steps.size());
-    item.filterCount = static_cast<std::uint16_t>(filters.size());
-    item.backgroundFilterCount = static_cast<std::uint16_t>(backgroundFilters.size());
-    m_steps.insert(m_steps.end(), filters.begin(), filters.end());
-    m_steps.insert(m_steps.end(), backgroundFilters.begin(), backgroundFilters.end());
     m_openGroup = static_cast<std::uint32_t>(m_items.size() - 1);
+}
+
+CompositionItem& Composition::justBegun(std::string_view operation)
+{
+    if (m_items.empty() || m_items.back().kind != CompositionItem::Kind::group)
+        fatalError("Composition." + std::string(operation) + ": no group has just begun");
+    return m_items.back();
+}
+
+void Composition::addFilter(const FilterStep& step)
+{
+    CompositionItem& group = justBegun("addFilter");
+    if (group.backgroundFilterCount > 0)
+        fatalError("Composition.addFilter: background filters were added before");
+    m_steps.push_back(step);
+    ++group.filterCount;
+}
+
+void Composition::addBackgroundFilter(const FilterStep& step)
+{
+    CompositionItem& group = justBegun("addBackgroundFilter");
+    m_steps.push_back(step);
+    ++group.backgroundFilterCount;
 }
 
 void Composition::endGroup()

@@ -73,8 +73,11 @@ public:
     // The item's owner lives until the composition is cleared or lets go.
     CompositionItem& add(CompositionItem::Kind kind, const std::shared_ptr<NSObject>& owner,
                          const CGAffineTransform& placement, CGSize size);
-    void beginGroup(const std::shared_ptr<NSObject>& owner, const Group& group,
-                    std::span<const FilterStep> filters = {}, std::span<const FilterStep> backgroundFilters = {});
+    void beginGroup(const std::shared_ptr<NSObject>& owner, const Group& group);
+    // For the group that has just begun: what its content goes through, and after all of those, what lies behind its
+    // outline. In any other order they stop the program.
+    void addFilter(const FilterStep& step);
+    void addBackgroundFilter(const FilterStep& step);
     void endGroup();
     // Owners may die from now on. Their items stay, to be compared with.
     void letGoOfOwners() { m_owners.clear(); }
@@ -86,6 +89,8 @@ public:
     std::string describe() const;
 
 private:
+    CompositionItem& justBegun(std::string_view operation);
+
     std::vector<CompositionItem> m_items;
     std::vector<FilterStep> m_steps;
     std::vector<std::shared_ptr<NSObject>> m_owners;

@@ -86,8 +86,10 @@ const DamageRegion& Compositor::compose(CGSize area, CGFloat scale)
 {
     requireFinite("Compositor.compose", "area", area);
     requireFinite("Compositor.compose", "scale", scale);
-    const CGFloat width = std::ceil(std::max(0.0, area.width) * scale);
-    const CGFloat height = std::ceil(std::max(0.0, area.height) * scale);
+    // The products of decimal fractions miss whole numbers by a little.
+    const auto pixels = [&](CGFloat side) { return std::ceil(std::max(0.0, side) * scale - 1e-6); };
+    const CGFloat width = pixels(area.width);
+    const CGFloat height = pixels(area.height);
     if (scale <= 0 || width > Bitmap::largestSide || height > Bitmap::largestSide)
         raiseInvalidArgument("Compositor.compose", "an area of " + describe(area) + " at the scale " +
                                                        numberText(scale) + " is no picture");
@@ -108,6 +110,12 @@ const DamageRegion& Compositor::compose(CGSize area, CGFloat scale)
     paint(0, static_cast<std::uint32_t>(composition().items().size()), m_area);
     atEnd.isPainted = true;
     return m_changed;
+}
+
+Bitmap Compositor::takePixels()
+{
+    invalidate();
+    return std::exchange(m_area.bitmap, {});
 }
 
 void Compositor::paint(std::uint32_t first, std::uint32_t last, Surface& surface)

@@ -39,6 +39,8 @@ public:
 
     // The frame, from the area's top left pixel on.
     const Bitmap& pixels() const { return m_area.bitmap; }
+    // Takes the frame out; the next one is painted as a whole.
+    Bitmap takePixels();
     const Composition& composition() const { return m_plan.composition(); }
 
 private:

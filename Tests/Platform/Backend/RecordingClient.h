@@ -2,6 +2,7 @@
 
 #include <Backend/Backend.h>
 
+#include <cmath>
 #include <functional>
 #include <string>
 #include <vector>
@@ -33,6 +34,14 @@ public:
         note("prepare");
         if (onPrepare)
             onPrepare();
+    }
+    WindowPixels paintPixels(CGFloat scale) override
+    {
+        const auto side = [&](CGFloat points) { return static_cast<int>(std::ceil(points * scale)); };
+        m_pixels = Bitmap(side(m_size.width), side(m_size.height));
+        m_changed = m_pixels.bounds();
+        paint(*Backend::shared().makeCanvas(m_pixels, 0, 0, scale));
+        return {m_pixels, {&m_changed, 1}};
     }
     void paint(Canvas& canvas) override
     {
@@ -86,6 +95,8 @@ private:
 
     std::vector<std::string> m_calls;
     CGSize m_size{100, 50};
+    Bitmap m_pixels;
+    PixelRect m_changed;
 };
 
 } // namespace RVCore

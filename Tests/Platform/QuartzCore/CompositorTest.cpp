@@ -89,11 +89,11 @@ protected:
     }
     void beginFilteredGroup(const CGRect& rect, const std::vector<FilterStep>& behind, CGFloat opacity = 1)
     {
-        next->beginGroup(host,
-                         {.placement = CGAffineTransform::translation(rect.minX(), rect.minY()),
-                          .size = rect.size,
-                          .opacity = opacity},
-                         {}, behind);
+        next->beginGroup(host, {.placement = CGAffineTransform::translation(rect.minX(), rect.minY()),
+                                .size = rect.size,
+                                .opacity = opacity});
+        for (const FilterStep& step : behind)
+            next->addBackgroundFilter(step);
     }
     // Starts a frame with the white ground.
     void begin()
@@ -317,7 +317,8 @@ TEST_F(CompositorTest, AGroupsOwnFiltersChangeItsPictureOnly)
     begin();
     addFill({0, 0, 5, 30}, red);
     const FilterStep brighter{make<CIColorControls>(), {1, 1, 1}};
-    next->beginGroup(host, {.placement = {}, .size = {40, 30}}, std::vector{brighter});
+    next->beginGroup(host, {.placement = {}, .size = {40, 30}});
+    next->addFilter(brighter);
     addFill({20, 0, 5, 5}, blue);
     next->endGroup();
     compose();
@@ -423,16 +424,13 @@ public:
         std::size_t open = 0;
         for (const Node& node : m_nodes) {
             const auto placement = CGAffineTransform::translation(node.origin.x, node.origin.y);
-            std::vector<FilterStep> behind;
+            next.beginGroup(node.painter, {.placement = placement,
+                                           .size = {18, 14},
+                                           .radius = node.clips ? 4.0 : 0.0,
+                                           .clips = node.clips,
+                                           .opacity = node.opacity});
             if (node.radius > 0)
-                behind.push_back({m_blur, {node.radius}});
-            next.beginGroup(node.painter,
-                            {.placement = placement,
-                             .size = {18, 14},
-                             .radius = node.clips ? 4.0 : 0.0,
-                             .clips = node.clips,
-                             .opacity = node.opacity},
-                            {}, behind);
+                next.addBackgroundFilter({m_blur, {node.radius}});
             auto& content = next.add(Kind::content, node.painter, placement, node.painter->size);
             content.revision = node.painter->revision;
             if (node.staysOpen)

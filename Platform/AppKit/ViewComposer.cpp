@@ -1,0 +1,187 @@
+#include <AppKit/NSView.h>
+#include <AppKit/ViewComposer.h>
+#include <AppKit/ViewPlacement.h>
+#include <CoreGraphics/Canvas.h>
+#include <CoreImage/CIFilter.h>
+
+#include <QuartzCore/Composition.h>
+#include <QuartzCore/LayerPresentation.h>
+
+#include <algorithm>
+
+namespace RVCore {
+
+namespace {
+
+using Kind = CompositionItem::Kind;
+
+constexpr CGColor black{0, 0, 0, 1};
+
+CGFloat zPosition(const NSView* view)
+{
+    return view->layer() ? view->layer()->zPosition() : 0;
+}
+
+// The filter with the inputs that it has at this moment.
+FilterStep stepOf(const std::shared_ptr<CIFilter>& filter, const LayerPresentation& shown)
+{
+    FilterStep step{filter, filter->inputs()};
+    const auto keys = filter->inputKeys();
+    for (std::size_t i = 0; i < keys.size(); ++i)
+        step.inputs[i] = shown.filterInput(*filter, keys[i]).value_or(step.inputs[i]);
+    return step;
+}
+
+} // namespace
+
+void ViewComposer::add(NSView& root, const CGAffineTransform& placement, DispatchTime time, Composition& into)
+{
+    m_into = &into;
+    m_time = time;
+    m_order.clear();
+    addView(root, placement);
+}
+
+void ViewComposer::addView(NSView& view, const CGAffineTransform& placement)
+{
+    const CALayer* layer = view.layer().get();
+    const CGFloat opacity = layer ? LayerPresentation(*layer, m_time).opacity() : view.alphaValue();
+    if (view.isHidden() || (layer && layer->isHidden()) || opacity <= 0)
+        return;
+    const bool isGroup = beginGroup(view, layer, opacity, placement, view.frame().size);
+    if (layer)
+        addGround(*view.layer(), placement, view.frame().size);
+    addInside(view, placement);
+    if (layer)
+        addBorder(*view.layer(), placement, view.frame().size);
+    if (isGroup)
+        m_into->endGroup();
+}
+
+// What a mask to bounds cuts.
+void ViewComposer::addInside(NSView& view, const CGAffineTransform& placement)
+{
+    const std::shared_ptr<CALayer>& layer = view.layer();
+    const CGSize size = view.frame().size;
+    const bool isMasked = layer && layer->masksToBounds();
+    if (isMasked)
+        m_into->beginGroup(layer, {.placement = placement,
+                                   .size = size,
+                                   .radius = LayerPresentation(*layer, m_time).cornerRadius(),
+                                   .clips = true});
+    m_into->add(Kind::content, shared(view), placement, size).revision = view.drawingRevision({});
+    if (layer)
+        addSublayers(*layer, placement, view.isFlipped());
+    addSubviews(view, placement);
+    if (isMasked)
+        m_into->endGroup();
+}
+
+void ViewComposer::addSubviews(NSView& view, const CGAffineTransform& placement)
+{
+    const std::size_t first = m_order.size();
+    for (const auto& subview : view.subviews())
+        m_order.push_back(subview.get());
+    const std::size_t last = m_order.size();
+    const auto begin = m_order.begin() + static_cast<std::ptrdiff_t>(first);
+    if (!std::ranges::is_sorted(begin, m_order.end(), {}, &zPosition))
+        std::ranges::stable_sort(begin, m_order.end(), {}, &zPosition);
+    for (std::size_t i = first; i < last; ++i) {
+        NSView& subview = *m_order[i];
+        addView(subview, shownPlacementInSuperview(subview, m_time).concatenating(placement));
+    }
+    m_order.resize(first);
+}
+
+void ViewComposer::addSublayers(const CALayer& layer, const CGAffineTransform& placement, bool isFlipped)
+{
+    if (layer.sublayers().empty())
+        return;
+    auto order = layer.sublayers();
+    std::ranges::stable_sort(order, {}, &CALayer::zPosition);
+    for (const auto& sublayer : order) {
+        const LayerPresentation shown(*sublayer, m_time);
+        const CGAffineTransform inLayer =
+            placementIn(layer.bounds(), !isFlipped,
+                        {shown.position(), sublayer->anchorPoint(), shown.affineTransform(), shown.bounds().size});
+        addLayer(*sublayer, inLayer.concatenating(placement), isFlipped);
+    }
+}
+
+void ViewComposer::addLayer(CALayer& layer, const CGAffineTransform& placement, bool isFlipped)
+{
+    const LayerPresentation shown(layer, m_time);
+    const CGSize size = shown.bounds().size;
+    if (layer.isHidden() || shown.opacity() <= 0)
+        return;
+    const bool isGroup = beginGroup(layer, &layer, shown.opacity(), placement, size);
+    addGround(layer, placement, size);
+    if (layer.masksToBounds())
+        m_into->beginGroup(shared(layer),
+                           {.placement = placement, .size = size, .radius = shown.cornerRadius(), .clips = true});
+    addSublayers(layer, placement, isFlipped);
+    if (layer.masksToBounds())
+        m_into->endGroup();
+    addBorder(layer, placement, size);
+    if (isGroup)
+        m_into->endGroup();
+}
+
+// Only where the owner cannot simply be painted onto what is below it.
+bool ViewComposer::beginGroup(NSObject& owner, const CALayer* layer, CGFloat opacity,
+                              const CGAffineTransform& placement, CGSize size)
+{
+    if (opacity >= 1 && (!layer || (layer->filters().empty() && layer->backgroundFilters().empty())))
+        return false;
+    Composition::Group group{.placement = placement, .size = size, .opacity = opacity};
+    if (!layer) {
+        m_into->beginGroup(shared(owner), group);
+        return true;
+    }
+    const LayerPresentation shown(*layer, m_time);
+    group.radius = shown.cornerRadius();
+    m_into->beginGroup(shared(owner), group);
+    for (const auto& filter : layer->filters())
+        m_into->addFilter(stepOf(std::dynamic_pointer_cast<CIFilter>(filter), shown));
+    for (const auto& filter : layer->backgroundFilters())
+        m_into->addBackgroundFilter(stepOf(std::dynamic_pointer_cast<CIFilter>(filter), shown));
+    return true;
+}
+
+void ViewComposer::addGround(CALayer& layer, const CGAffineTransform& placement, CGSize size)
+{
+    const LayerPresentation shown(layer, m_time);
+    if (const auto color = shown.backgroundColor()) {
+        CompositionItem& fill = m_into->add(Kind::fill, shared(layer), placement, size);
+        fill.color = *color;
+        fill.radius = shown.cornerRadius();
+    }
+    if (layer.contents())
+        m_into->add(Kind::image, shared(layer), placement, size).image = layer.contents();
+}
+
+void ViewComposer::addBorder(CALayer& layer, const CGAffineTransform& placement, CGSize size)
+{
+    const LayerPresentation shown(layer, m_time);
+    if (shown.borderWidth() <= 0)
+        return;
+    CompositionItem& border = m_into->add(Kind::border, shared(layer), placement, size);
+    border.width = shown.borderWidth();
+    border.radius = shown.cornerRadius();
+    border.color = shown.borderColor().value_or(black);
+}
+
+void drawContentOf(NSObject& owner, Canvas& canvas)
+{
+    auto* view = dynamic_cast<NSView*>(&owner);
+    if (!view)
+        return;
+    const CGRect bounds = view->bounds();
+    if (view->isFlipped())
+        canvas.concatenate(CGAffineTransform::translation(-bounds.minX(), -bounds.minY()));
+    else
+        canvas.concatenate({1, 0, 0, -1, -bounds.minX(), bounds.maxY()});
+    view->draw(canvas, bounds);
+}
+
+} // namespace RVCore
