@@ -14,6 +14,7 @@ void benchmarkLayoutEngine();
 void benchmarkGroupLayout();
 void benchmarkLayoutSamples();
 void benchmarkApplication();
+void benchmarkBlur();
 
 // One line of the result: "message.send_ns 41.7".
 inline void report(const std::string& name, double value)

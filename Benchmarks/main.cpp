@@ -7,7 +7,7 @@
 #include <malloc.h>
 
 // Benchmarks [part]: all parts, or the one that is named (messaging, engine, layout, samples,
-// application).
+// application, blur).
 int main(int argc, char** argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -27,4 +27,6 @@ int main(int argc, char** argv)
         RVCore::benchmarkLayoutSamples();
     if (isWanted("application"))
         RVCore::benchmarkApplication();
+    if (isWanted("blur"))
+        RVCore::benchmarkBlur();
 }
