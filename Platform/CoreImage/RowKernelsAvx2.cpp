@@ -91,11 +91,34 @@ void convolve(const Word* const* rows, const Word* weights, int radius, Word* ou
     }
 }
 
+// The bytes of two rows by turns, of the first or the second two pixels of both halves of the registers.
+template <int start> [[gnu::always_inline]] inline SignedBytes byTurns(SignedBytes first, SignedBytes second)
+{
+    constexpr int s = 8 * start;
+    return __builtin_shufflevector(first, second, s, s + 32, s + 1, s + 33, s + 2, s + 34, s + 3, s + 35, s + 4,
+                                   s + 36, s + 5, s + 37, s + 6, s + 38, s + 7, s + 39, s + 16, s + 48, s + 17,
+                                   s + 49, s + 18, s + 50, s + 19, s + 51, s + 20, s + 52, s + 21, s + 53, s + 22,
+                                   s + 54, s + 23, s + 55);
+}
+
+// The outer row's bytes times 8 and the inner row's times 24, added up.
+template <int start> [[gnu::always_inline]] inline Words outerAndInner(SignedBytes outer, SignedBytes inner)
+{
+    constexpr short weights = 24 << 8 | 8;
+    return (Words)__builtin_ia32_pmaddubsw256(byTurns<start>(outer, inner), (SignedBytes)(SignedWords{} + weights));
+}
+
 void joinByteRows(const Byte* const* rows, Word* out, std::size_t count)
 {
-    for (std::size_t i = 0; i < count; i += lanes) {
-        const Words inner = bytes(rows[1] + i) + bytes(rows[2] + i);
-        store(out + i, (bytes(rows[0] + i) + bytes(rows[3] + i) + inner + inner + inner) << 3);
+    for (std::size_t i = 0; i < count; i += 2 * lanes) {
+        const auto a = load<SignedBytes>(rows[0] + i);
+        const auto b = load<SignedBytes>(rows[1] + i);
+        const auto c = load<SignedBytes>(rows[2] + i);
+        const auto d = load<SignedBytes>(rows[3] + i);
+        const auto first = (WidePixels)(outerAndInner<0>(a, b) + outerAndInner<0>(d, c));
+        const auto second = (WidePixels)(outerAndInner<1>(a, b) + outerAndInner<1>(d, c));
+        store(out + i, __builtin_shuffle(first, second, WidePixels{0, 1, 4, 5}));
+        store(out + i + lanes, __builtin_shuffle(first, second, WidePixels{2, 3, 6, 7}));
     }
 }
 
