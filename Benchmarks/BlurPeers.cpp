@@ -29,7 +29,7 @@ QImage imageOf(const Bitmap& picture)
     return image;
 }
 
-// Renders a picture with and without the effect; the difference is the effect's time, without what a scene costs.
+// Renders a picture with and without the effect: the difference is the effect's time, without what a scene costs.
 class QGraphicsBlurPeer : public BlurPeer {
 public:
     QGraphicsBlurPeer(const Bitmap& picture, double radius)
@@ -42,13 +42,12 @@ public:
 
     std::string name() const override { return "qgraphicsblur"; }
 
-    double nanosecondsOfBlur(int rounds) override
+    void blur() override { render(); }
+    void doWithoutBlur() override
     {
         m_effect->setEnabled(false);
-        const double plain = nanoseconds(rounds, [this] { render(); });
+        render();
         m_effect->setEnabled(true);
-        render(); // the effect keeps a copy of what it blurs
-        return nanoseconds(rounds, [this] { render(); }) - plain;
     }
 
     Bitmap blurred() override
@@ -86,10 +85,7 @@ public:
     }
 
     std::string name() const override { return "opencv"; }
-    double nanosecondsOfBlur(int rounds) override
-    {
-        return nanoseconds(rounds, [this] { blur(); });
-    }
+    void blur() override { cv::GaussianBlur(m_picture, m_blurred, {}, m_sigma, m_sigma, cv::BORDER_REPLICATE); }
 
     Bitmap blurred() override
     {
@@ -100,8 +96,6 @@ public:
     }
 
 private:
-    void blur() { cv::GaussianBlur(m_picture, m_blurred, {}, m_sigma, m_sigma, cv::BORDER_REPLICATE); }
-
     cv::Mat m_picture;
     cv::Mat m_blurred;
     double m_sigma;

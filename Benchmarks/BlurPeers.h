@@ -1,10 +1,9 @@
 #pragma once
 
-#include "Benchmarks.h"
-
 #include <CoreGraphics/Bitmap.h>
 
 #include <memory>
+#include <string>
 
 namespace RVCore {
 
@@ -13,8 +12,10 @@ class BlurPeer {
 public:
     virtual ~BlurPeer() = default;
     virtual std::string name() const = 0;
-    // The median of so many rounds.
-    virtual double nanosecondsOfBlur(int rounds) = 0;
+    // Blurs the picture once more.
+    virtual void blur() = 0;
+    // Does what `blur` has to do besides.
+    virtual void doWithoutBlur() {}
     virtual Bitmap blurred() = 0;
 };
 
