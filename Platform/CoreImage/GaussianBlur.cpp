@@ -50,20 +50,24 @@ struct Extent {
     Extent half() const { return {halfUp(first - 1) - 1, halfUp(last + 1)}; }
 };
 
+// A level, or the rows of it that were made last.
 struct Level {
+    static constexpr int window = 4; // rows that the neighbouring levels are made of
+
     Extent x;
     Extent y;
     std::size_t stride = 0;
     Word* words = nullptr; // the leftmost pixel of the uppermost row
+    int kept = 0;          // rows; `window` or all
 
     Word* row(int at) const
     {
-        return words + static_cast<std::size_t>(std::clamp(at, y.first, y.last) - y.first) * stride;
+        return words + static_cast<std::size_t>((std::clamp(at, y.first, y.last) - y.first) % kept) * stride;
     }
 };
 
-// The words that a blur of a picture of that size takes, the largest that there is: a radius that grows from frame to
-// frame never asks for more.
+// The words that a blur takes. It asks for as many as any blur of a picture of that size takes: a radius that grows
+// from frame to frame never asks for more. Only the last level is kept whole.
 class Workspace {
 public:
     Workspace(const Bitmap& picture, const GaussianPlan& plan, FilterScratch& scratch)
@@ -75,8 +79,10 @@ public:
         for (int level = 1; level <= GaussianPlan::mostLevels; level++) {
             x = x.half();
             y = y.half();
-            levels[static_cast<std::size_t>(level)] = {x, y, strideFor(x.count()), nullptr};
-            total += levels[static_cast<std::size_t>(level)].stride * static_cast<std::size_t>(y.count());
+            const std::size_t stride = strideFor(x.count());
+            total += stride * static_cast<std::size_t>(level == 1 ? Level::window + y.count() : Level::window);
+            levels[static_cast<std::size_t>(level)] = {x, y, stride, nullptr,
+                                                       level < plan.levels ? Level::window : y.count()};
         }
 
         Word* next = scratch.words(total);
@@ -87,7 +93,7 @@ public:
         for (int level = 1; level <= plan.levels; level++) {
             Level& taken = levels[static_cast<std::size_t>(level)];
             taken.words = next + lanes(margin);
-            next += taken.stride * static_cast<std::size_t>(taken.y.count());
+            next += taken.stride * static_cast<std::size_t>(taken.kept);
         }
     }
 
@@ -95,7 +101,9 @@ public:
     static constexpr int batch = 8;
     static constexpr int ringRows = 2 * GaussianPlan::largestRadius + batch;
 
-    std::array<Level, GaussianPlan::mostLevels + 1> levels;
+    using Levels = std::array<Level, GaussianPlan::mostLevels + 1>;
+
+    Levels levels;        // from 1 on
     Word* line = nullptr; // one row; room of `margin` pixels before it
     Word* ring = nullptr; // `ringRows` rows
     std::size_t ringStride = 0;
@@ -202,64 +210,126 @@ private:
     const RowKernels& m_kernels;
 };
 
-// The row `joined`, between them the four rows that it was made of, becomes the row `to` of the next level.
-void joinLine(Word* joined, const Extent& from, const Extent& half, Word* to, const RowKernels& kernels)
-{
-    extend(joined, from.count(), 4);
-    kernels.joinColumns(joined + (2 * half.first - from.first) * channels, to, lanes(half.count()));
-}
+// Both ways through the levels make a row as soon as the rows that it is made of are there, and no earlier: what has
+// just been written is read from the nearest cache, and a few rows of each level are all that is kept.
+class Passage {
+public:
+    Passage(Bitmap& picture, int last, const Workspace& workspace, const RowKernels& kernels)
+        : m_picture{picture, kernels}, m_last(last), m_levels(workspace.levels), m_line(workspace.line),
+          m_kernels(kernels)
+    {
+        for (std::size_t level = 1; level < m_levels.size(); level++)
+            m_next[level] = m_levels[level].y.first;
+    }
 
-void halvePicture(Bitmap& picture, const Level& half, Word* line, const RowKernels& kernels)
-{
-    const Extent x{0, picture.width() - 1};
-    const PictureRows rows{picture, kernels};
-    for (int y = half.y.first; y <= half.y.last; y++) {
+protected:
+    const Level& level(int number) const { return m_levels[static_cast<std::size_t>(number)]; }
+    // Takes the next row of a level that has to be made for row `upTo`; false when it has been made.
+    bool takeNext(int number, int upTo, int& row)
+    {
+        int& next = m_next[static_cast<std::size_t>(number)];
+        if (next > std::clamp(upTo, level(number).y.first, level(number).y.last))
+            return false;
+        row = next++;
+        return true;
+    }
+
+    const PictureRows m_picture;
+    const int m_last;
+    const Workspace::Levels& m_levels;
+    Word* const m_line;
+    const RowKernels& m_kernels;
+
+private:
+    std::array<int, GaussianPlan::mostLevels + 1> m_next{};
+};
+
+// From the picture down to the last level.
+class Descent : public Passage {
+public:
+    using Passage::Passage;
+
+    void run() { make(m_last, level(m_last).y.last); }
+
+private:
+    void make(int number, int upTo)
+    {
+        for (int y; takeNext(number, upTo, y);) {
+            if (number == 1) {
+                joinPictureRows(y);
+                joinLine({0, m_picture.width() - 1}, level(1), y);
+            } else {
+                make(number - 1, 2 * y + 2);
+                joinLevelRows(level(number - 1), y);
+                joinLine(level(number - 1).x, level(number), y);
+            }
+        }
+    }
+
+    void joinPictureRows(int y)
+    {
         const std::uint8_t* four[4];
         for (int i = 0; i < 4; i++)
-            four[i] = rows.bytes(std::clamp(2 * y - 1 + i, 0, picture.height() - 1));
-        kernels.joinByteRows(four, line, lanes(x.count()));
-        joinLine(line, x, half.x, half.row(y), kernels);
+            four[i] = m_picture.bytes(std::clamp(2 * y - 1 + i, 0, m_picture.height() - 1));
+        m_kernels.joinByteRows(four, m_line, lanes(m_picture.width()));
     }
-}
 
-void halveLevel(const Level& level, const Level& half, Word* line, const RowKernels& kernels)
-{
-    for (int y = half.y.first; y <= half.y.last; y++) {
+    void joinLevelRows(const Level& from, int y)
+    {
         const Word* four[4];
         for (int i = 0; i < 4; i++)
-            four[i] = level.row(2 * y - 1 + i);
-        kernels.joinRows(four, line, lanes(level.x.count()));
-        joinLine(line, level.x, half.x, half.row(y), kernels);
+            four[i] = from.row(2 * y - 1 + i);
+        m_kernels.joinRows(four, m_line, lanes(from.x.count()));
     }
-}
 
-// Row `y` of the level above, still as narrow as this one, on the line.
-void mixLine(const Level& half, int y, Word* line, const RowKernels& kernels)
-{
-    const int near = halfDown(y);
-    const int far = y % 2 == 0 ? near - 1 : near + 1;
-    kernels.mixRows(half.row(near), half.row(far), line, lanes(half.x.count()));
-}
-
-void doubleLevel(const Level& half, const Level& level, Word* line, const RowKernels& kernels)
-{
-    // Pixels come in pairs, of which the first may lie in the margin before the row.
-    const Extent pairs{halfDown(level.x.first), halfDown(level.x.last)};
-    for (int y = level.y.first; y <= level.y.last; y++) {
-        mixLine(half, y, line, kernels);
-        kernels.spreadColumns(line + (pairs.first - half.x.first) * channels,
-                              level.row(y) + (2 * pairs.first - level.x.first) * channels, lanes(pairs.count()));
+    // The four rows on the line, still as wide as the level above, become row `y`.
+    void joinLine(const Extent& from, const Level& half, int y)
+    {
+        extend(m_line, from.count(), 4);
+        m_kernels.joinColumns(m_line + (2 * half.x.first - from.first) * channels, half.row(y),
+                              lanes(half.x.count()));
     }
-}
+};
 
-void doublePicture(const Level& half, Bitmap& picture, Word* line, const RowKernels& kernels)
-{
-    const PictureRows rows{picture, kernels};
-    for (int y = 0; y < picture.height(); y++) {
-        mixLine(half, y, line, kernels);
-        kernels.spreadColumnsToBytes(line - half.x.first * channels, rows.bytes(y), lanes(halfUp(picture.width())));
+// And back up.
+class Ascent : public Passage {
+public:
+    using Passage::Passage;
+
+    void run()
+    {
+        const Extent& half = level(1).x;
+        for (int y = 0; y < m_picture.height(); y++) {
+            mixLine(1, y);
+            m_kernels.spreadColumnsToBytes(m_line - half.first * channels, m_picture.bytes(y),
+                                           lanes(halfUp(m_picture.width())));
+        }
     }
-}
+
+private:
+    void make(int number, int upTo)
+    {
+        const Level& made = level(number);
+        // Pixels come in pairs, of which the first may lie in the margin before the row.
+        const Extent pairs{halfDown(made.x.first), halfDown(made.x.last)};
+        for (int y; takeNext(number, upTo, y);) {
+            mixLine(number + 1, y);
+            m_kernels.spreadColumns(m_line + (pairs.first - level(number + 1).x.first) * channels,
+                                    made.row(y) + (2 * pairs.first - made.x.first) * channels, lanes(pairs.count()));
+        }
+    }
+
+    // Row `y` of the level above, still as narrow as this one, on the line.
+    void mixLine(int number, int y)
+    {
+        const int near = halfDown(y);
+        const int far = y % 2 == 0 ? near - 1 : near + 1;
+        if (number < m_last)
+            make(number, std::max(near, far));
+        const Level& from = level(number);
+        m_kernels.mixRows(from.row(near), from.row(far), m_line, lanes(from.x.count()));
+    }
+};
 
 } // namespace
 
@@ -316,20 +386,10 @@ void gaussianBlur(Bitmap& picture, const GaussianPlan& plan, FilterScratch& scra
         return;
     }
 
-    // 1. Down.
-    const auto& levels = workspace.levels;
-    const auto last = static_cast<std::size_t>(plan.levels);
-    halvePicture(picture, levels[1], workspace.line, kernels);
-    for (std::size_t level = 1; level < last; level++)
-        halveLevel(levels[level], levels[level + 1], workspace.line, kernels);
-
-    // 2. The small Gaussian.
-    Convolution(LevelRows{levels[last]}, plan, workspace, kernels).run();
-
-    // 3. Up.
-    for (std::size_t level = last; level > 1; level--)
-        doubleLevel(levels[level], levels[level - 1], workspace.line, kernels);
-    doublePicture(levels[1], picture, workspace.line, kernels);
+    const Level& last = workspace.levels[static_cast<std::size_t>(plan.levels)];
+    Descent(picture, plan.levels, workspace, kernels).run();
+    Convolution(LevelRows{last}, plan, workspace, kernels).run();
+    Ascent(picture, plan.levels, workspace, kernels).run();
 }
 
 } // namespace RVCore
