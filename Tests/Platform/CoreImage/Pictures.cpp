@@ -42,8 +42,10 @@ std::vector<TestPicture> makeTestPictures(int width, int height)
 
 Bitmap copied(const Bitmap& bitmap)
 {
-    return makePicture(bitmap.width(), bitmap.height(),
-                       [&](int x, int y) { return bitmap.row(y)[static_cast<std::size_t>(x)]; });
+    Bitmap result(bitmap.width(), bitmap.height());
+    for (int y = 0; y < bitmap.height(); y++)
+        std::ranges::copy(bitmap.row(y), result.row(y).begin());
+    return result;
 }
 
 bool isSame(const Bitmap& left, const Bitmap& right)
