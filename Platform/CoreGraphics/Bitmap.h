@@ -13,7 +13,8 @@ namespace RVCore {
 
 // Pixel memory to draw and compose in: rows from the top, each of `width` words 0xAARRGGBB in the machine's byte
 // order, the colours multiplied by the alpha. A row starts at a multiple of 64 bytes; what lies between the end of
-// one and the start of the next is padding that nobody reads. A moved-from bitmap is empty.
+// one and the start of the next belongs to the bitmap, may be written, and means nothing. A moved-from bitmap is
+// empty.
 class Bitmap {
 public:
     static constexpr int largestSide = 32767;

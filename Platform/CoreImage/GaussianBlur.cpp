@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <optional>
 
 namespace RVCore {
 
@@ -224,14 +225,13 @@ public:
 
 protected:
     const Level& level(int number) const { return m_levels[static_cast<std::size_t>(number)]; }
-    // Takes the next row of a level that has to be made for row `upTo`; false when it has been made.
-    bool takeNext(int number, int upTo, int& row)
+    // The next row of a level that has to be made before row `upTo` can be read; nothing when all have been.
+    std::optional<int> takeNext(int number, int upTo)
     {
         int& next = m_next[static_cast<std::size_t>(number)];
         if (next > std::clamp(upTo, level(number).y.first, level(number).y.last))
-            return false;
-        row = next++;
-        return true;
+            return std::nullopt;
+        return next++;
     }
 
     const PictureRows m_picture;
@@ -254,14 +254,14 @@ public:
 private:
     void make(int number, int upTo)
     {
-        for (int y; takeNext(number, upTo, y);) {
+        while (const auto y = takeNext(number, upTo)) {
             if (number == 1) {
-                joinPictureRows(y);
-                joinLine({0, m_picture.width() - 1}, level(1), y);
+                joinPictureRows(*y);
+                joinLine({0, m_picture.width() - 1}, level(1), *y);
             } else {
-                make(number - 1, 2 * y + 2);
-                joinLevelRows(level(number - 1), y);
-                joinLine(level(number - 1).x, level(number), y);
+                make(number - 1, 2 * *y + 2);
+                joinLevelRows(level(number - 1), *y);
+                joinLine(level(number - 1).x, level(number), *y);
             }
         }
     }
@@ -312,10 +312,10 @@ private:
         const Level& made = level(number);
         // Pixels come in pairs, of which the first may lie in the margin before the row.
         const Extent pairs{halfDown(made.x.first), halfDown(made.x.last)};
-        for (int y; takeNext(number, upTo, y);) {
-            mixLine(number + 1, y);
+        while (const auto y = takeNext(number, upTo)) {
+            mixLine(number + 1, *y);
             m_kernels.spreadColumns(m_line + (pairs.first - level(number + 1).x.first) * channels,
-                                    made.row(y) + (2 * pairs.first - made.x.first) * channels, lanes(pairs.count()));
+                                    made.row(*y) + (2 * pairs.first - made.x.first) * channels, lanes(pairs.count()));
         }
     }
 

@@ -18,8 +18,8 @@ namespace RVCore {
 // small Gaussian in the middle can supply exactly what is missing: σ² = 4^levels · s² + 2 · (4^levels - 1) / 4.
 struct GaussianPlan {
     static constexpr int largestRadius = 11;
-    // 1.8 · 2^15 is the first deviation that would take more; larger ones are cut off there. A picture has at most
-    // 32,767 pixels a side and is nearly even long before.
+    // From 1.8 · 2^15 pixels on; larger deviations are cut off there. A picture has at most 32,767 pixels a side and
+    // is nearly even long before.
     static constexpr int mostLevels = 15;
 
     // For a standard deviation in pixels, at least 0 and not NaN.
@@ -39,6 +39,9 @@ struct GaussianPlan {
 // Blurs the picture in place; beyond its edges the outermost pixels go on for ever. Off the Gaussian (its density at
 // the pixels' centres, normalised) by less than 2/255 whatever the picture shows, for standard deviations up to what
 // a plan cuts off. A colour never comes out above its alpha, an even area is left as it is.
+//
+// The coarse grid begins at the picture's corner. A part that is cut out with the plan's reach on each side comes out
+// as in the whole, to the bit, when its corner lies at a multiple of 2^levels; elsewhere it may differ by a little.
 void gaussianBlur(Bitmap& picture, const GaussianPlan& plan, FilterScratch& scratch,
                   const RowKernels& kernels = rowKernels());
 

@@ -37,6 +37,11 @@ template <class Vector> [[gnu::always_inline]] inline void store(void* to, Vecto
     __builtin_memcpy(to, &value, sizeof value);
 }
 
+[[gnu::always_inline]] inline Words everywhere(Word value)
+{
+    return Words{} + value;
+}
+
 [[gnu::always_inline]] inline Words bytes(const Byte* from)
 {
     return __builtin_convertvector(load<Bytes16>(from), Words);
@@ -72,16 +77,16 @@ void narrow(const Word* in, Byte* out, std::size_t count)
 void convolve(const Word* const* rows, const Word* weights, int radius, Word* out, std::size_t count)
 {
     const Word* const* const middle = rows + radius;
-    const Words lost = Words{} + static_cast<Word>((radius + 1) / 2);
+    const Words lost = everywhere(static_cast<Word>((radius + 1) / 2));
     for (std::size_t i = 0; i < count; i += 4 * lanes) {
-        const Words first = Words{} + weights[0];
+        const Words first = everywhere(weights[0]);
         Words sums[4];
         for (std::size_t part = 0; part < 4; part++)
             sums[part] = lost + upperHalf(load<Words>(middle[0] + i + part * lanes), first);
         for (int tap = 1; tap <= radius; tap++) {
             const Word* const before = middle[-tap] + i;
             const Word* const behind = middle[tap] + i;
-            const Words weight = Words{} + weights[tap];
+            const Words weight = everywhere(weights[tap]);
             for (std::size_t part = 0; part < 4; part++)
                 sums[part] +=
                     upperHalf(load<Words>(before + part * lanes) + load<Words>(behind + part * lanes), weight);

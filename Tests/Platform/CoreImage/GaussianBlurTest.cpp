@@ -199,6 +199,42 @@ TEST(GaussianBlur, NothingFurtherAwayThanTheReachHasAnInfluence)
     }
 }
 
+Bitmap cutOut(const Bitmap& picture, const PixelRect& part)
+{
+    return makePicture(part.width, part.height,
+                       [&](int x, int y) { return picture.row(part.y + y)[static_cast<std::size_t>(part.x + x)]; });
+}
+
+// The largest difference within the middle of a part that is blurred apart and in the whole.
+double differenceOfPart(const GaussianPlan& plan, int offset)
+{
+    const int reach = plan.reach();
+    const PixelRect part{offset, offset, 2 * reach + 20, 2 * reach + 16};
+    const PixelRect middle{reach, reach, 20, 16};
+    FilterScratch scratch;
+    Bitmap whole = std::move(makeTestPictures(part.maxX() + 30, part.maxY() + 40).front().bitmap);
+    Bitmap apart = cutOut(whole, part);
+    gaussianBlur(whole, plan, scratch);
+    gaussianBlur(apart, plan, scratch);
+    std::vector<double> expected;
+    for (int y = 0; y < middle.height; y++)
+        for (int x = 0; x < middle.width; x++)
+            for (int index = 0; index < 4; index++)
+                expected.push_back(channel(
+                    whole.row(offset + middle.y + y)[static_cast<std::size_t>(offset + middle.x + x)], index));
+    return largestDifference(cutOut(apart, middle), expected);
+}
+
+TEST(GaussianBlur, APartWithItsReachComesOutAsInTheWhole)
+{
+    for (const double sigma : {1.0, 3.0, 4.0, 8.0, 15.0}) {
+        const GaussianPlan plan(sigma);
+        const int grid = 1 << plan.levels;
+        EXPECT_EQ(differenceOfPart(plan, 3 * grid), 0) << sigma;
+        EXPECT_LE(differenceOfPart(plan, 3 * grid + 1), 1) << sigma << ", off the grid";
+    }
+}
+
 TEST(GaussianBlur, OfAHugeRadiusIsBoundedAndTheMeanOfTheCorners)
 {
     FilterScratch scratch;
