@@ -16,7 +16,9 @@ struct CALayer::Extras {
     CGImageRef contents;
     FilterList filters;
     FilterList backgroundFilters;
-    std::vector<LayerAnimation> animations; // at most one of each property; some may be over
+    std::vector<CIFilter::Observation> observations; // of the filters
+    bool setsFilterInput = false;                    // itself, and tells of it afterwards
+    std::vector<LayerAnimation> animations;          // at most one of each property; some may be over
 };
 
 namespace {
@@ -193,7 +195,7 @@ bool CALayer::move(LayerAnimation&& animation, LayerMotion& motion)
     motion.begin();
     stop(animation.property, animation.filter.get(), animation.input);
     if (animation.from == animation.to || animation.duration <= 0 ||
-        (isMovement(animation.property) && LayerMotion::reducesMovement()))
+        (motion.reducesMovement && isMovement(animation.property)))
         return false;
     if (!animation.timingFunction)
         animation.timingFunction = CAMediaTimingFunction::functionWithName(kCAMediaTimingFunctionDefault);
@@ -203,7 +205,7 @@ bool CALayer::move(LayerAnimation&& animation, LayerMotion& motion)
     return true;
 }
 
-void CALayer::stop(LayerProperty property, const NSObject* filter, std::string_view input)
+void CALayer::stop(LayerProperty property, const CIFilter* filter, std::string_view input)
 {
     if (m_extras)
         std::erase_if(m_extras->animations, [&](const auto& other) { return other.moves(property, filter, input); });
@@ -319,12 +321,37 @@ void CALayer::storeFilters(FilterList Extras::*list, std::string_view operation,
     if ((filters.empty() && !m_extras) || extras().*list == filters)
         return;
     extras().*list = filters;
+    observeFilters();
     // A filter that left, and comes back some day, is where it was set.
     const auto isGone = [this](const LayerAnimation& animation) {
         return animation.filter && std::ranges::count(m_extras->filters, animation.filter) == 0 &&
                std::ranges::count(m_extras->backgroundFilters, animation.filter) == 0;
     };
     std::erase_if(m_extras->animations, isGone);
+    changed();
+}
+
+void CALayer::observeFilters()
+{
+    FilterList all = m_extras->filters;
+    for (const auto& filter : m_extras->backgroundFilters) {
+        if (std::ranges::count(all, filter) == 0)
+            all.push_back(filter);
+    }
+    m_extras->observations.clear();
+    for (const auto& filter : all)
+        m_extras->observations.push_back(filter->observe([this, watched = filter.get()] { filterChanged(watched); }));
+}
+
+// Somebody set an input of the filter, perhaps one that is on its way to another value.
+void CALayer::filterChanged(const CIFilter* filter)
+{
+    if (m_extras->setsFilterInput)
+        return;
+    std::erase_if(m_extras->animations, [filter](const LayerAnimation& animation) {
+        return animation.filter.get() == filter &&
+               numberOf(animation.filter->valueForKey(animation.input)) != std::get<CGFloat>(animation.to);
+    });
     changed();
 }
 
@@ -395,9 +422,16 @@ void CALayer::setValue(const Value& value, std::string_view keyPath)
 void CALayer::setFilterInput(const Value& value, std::string_view keyPath)
 {
     const FilterInputPath path = *FilterInputPath::of(keyPath);
-    const ObjectRef filter = *valueForKeyPath(*this, path.filter).object();
+    const auto filter = valueForKeyPath(*this, path.filter).as<std::shared_ptr<CIFilter>>();
     const Value before = valueForKeyPath(*this, keyPath);
-    setValueAlongKeyPath(*this, keyPath, value);
+    {
+        struct Setting { // also when the filter refuses the value
+            bool& flag;
+            explicit Setting(bool& isSetting) : flag(isSetting) { flag = true; }
+            ~Setting() { flag = false; }
+        } setting(m_extras->setsFilterInput);
+        setValueAlongKeyPath(*this, keyPath, value);
+    }
     const Value after = valueForKeyPath(*this, keyPath); // the filter may have put it into its range
     const auto from = numberOf(before);
     const auto to = numberOf(after);
@@ -435,6 +469,21 @@ std::optional<DispatchTime> CALayer::animationEnd(DispatchTime now) const
     return end;
 }
 
+bool CALayer::prepareFrame(DispatchTime now)
+{
+    if (!m_extras)
+        return false;
+    bool goesOn = false;
+    for (std::size_t index = 0; index < m_extras->sublayers.size(); ++index)
+        goesOn = m_extras->sublayers[index]->prepareFrame(now) || goesOn;
+    if (m_extras->animations.empty())
+        return goesOn;
+    std::erase_if(m_extras->animations, [now](const auto& animation) { return !animation.isRunning(now); });
+    goesOn = goesOn || !m_extras->animations.empty();
+    changed();
+    return goesOn;
+}
+
 std::vector<std::string> CALayer::animationKeys() const
 {
     std::vector<std::string> keys;
@@ -453,8 +502,8 @@ std::string CALayer::keyPathOf(const LayerAnimation& animation) const
     if (!animation.filter)
         return std::string(keyOf(animation.property));
     const bool isBehind = std::ranges::count(m_extras->backgroundFilters, animation.filter) > 0;
-    return std::string(isBehind ? "backgroundFilters." : "filters.") +
-           valueForKeyPath(*animation.filter, "name").as<std::string>() + "." + animation.input;
+    return std::string(isBehind ? "backgroundFilters." : "filters.") + animation.filter->name() + "." +
+           animation.input;
 }
 
 void CALayer::removeAllAnimations()
@@ -465,7 +514,7 @@ void CALayer::removeAllAnimations()
     }
 }
 
-const LayerAnimation* CALayer::animationOf(LayerProperty property, DispatchTime now, const NSObject* filter,
+const LayerAnimation* CALayer::animationOf(LayerProperty property, DispatchTime now, const CIFilter* filter,
                                            std::string_view input) const
 {
     if (!m_extras)

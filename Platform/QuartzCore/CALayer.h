@@ -3,6 +3,7 @@
 #include <CoreGraphics/CGAffineTransform.h>
 #include <CoreGraphics/CGColor.h>
 #include <CoreGraphics/CGImage.h>
+#include <CoreImage/Forward.h>
 #include <Dispatch/DispatchTime.h>
 #include <Foundation/NSObject.h>
 
@@ -35,8 +36,7 @@ class CALayer : public NSObject {
     RVCORE_CLASS(CALayer)
 
 public:
-    // Filters: objects that are found by their `name` in key paths and have their inputs by key (see CIFilter).
-    using FilterList = std::vector<ObjectRef>;
+    using FilterList = std::vector<std::shared_ptr<CIFilter>>;
 
     CALayer();
     ~CALayer() override;
@@ -72,8 +72,8 @@ public:
     CGImageRef contents() const; // a picture over the whole bounds; null (the default) for none
     void setContents(const CGImageRef& contents);
     // What changes the layer's own picture, and what changes what lies behind it, each in this order. Absent filters
-    // raise NSInvalidArgumentException. An input is set through the layer, `setValue(8, "backgroundFilters.blur.
-    // inputRadius")`, which tells of the change; setting it on the filter itself does not.
+    // raise NSInvalidArgumentException. An input that is set on the filter itself jumps; one that is set through the
+    // layer, `setValue(8, "backgroundFilters.blur.inputRadius")`, moves when a motion is in force.
     const FilterList& filters() const;
     void setFilters(const FilterList& filters);
     const FilterList& backgroundFilters() const;
@@ -93,11 +93,14 @@ public:
     void setValue(const Value& value, std::string_view keyPath);
     // When the last of what now moves in this layer and its sublayers is over; nothing when all stands still.
     std::optional<DispatchTime> animationEnd(DispatchTime now = DispatchTime::now()) const;
+    // Before each frame of who shows the layer: tells the change handler if anything in it or its sublayers has moved
+    // since the last one, and lets go of animations that are over. Returns whether something goes on moving.
+    bool prepareFrame(DispatchTime now);
     // The key paths of the properties that are on their way in this layer: "opacity".
     std::vector<std::string> animationKeys() const;
     void removeAllAnimations(); // the presentation jumps to the model
     // What moves this property now; null when it stands still.
-    const LayerAnimation* animationOf(LayerProperty property, DispatchTime now, const NSObject* filter = nullptr,
+    const LayerAnimation* animationOf(LayerProperty property, DispatchTime now, const CIFilter* filter = nullptr,
                                       std::string_view input = {}) const;
 
     // Whether what the layer shows has to be drawn anew; whoever draws it says so afterwards.
@@ -116,8 +119,10 @@ private:
     template <class T> void store(T& field, const T& value);
     template <class T> void storeMoving(LayerProperty property, T& field, const T& value);
     bool move(LayerAnimation&& animation, LayerMotion& motion);
-    void stop(LayerProperty property, const NSObject* filter = nullptr, std::string_view input = {});
+    void stop(LayerProperty property, const CIFilter* filter = nullptr, std::string_view input = {});
     void storeFilters(FilterList Extras::*list, std::string_view operation, const FilterList& filters);
+    void observeFilters();
+    void filterChanged(const CIFilter* filter);
     void setFilterInput(const Value& value, std::string_view keyPath);
     bool isDescendantOf(const CALayer& layer) const;
     void leaveSuperlayer();

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <CoreImage/CIFilter.h>
 #include <Dispatch/DispatchTime.h>
-#include <Foundation/NSObject.h>
 
 #include <QuartzCore/AnimatableValue.h>
 #include <QuartzCore/CAMediaTimingFunction.h>
@@ -31,15 +31,15 @@ std::string_view keyOf(LayerProperty property);
 // The way of one property of a layer: a pure function of the time, which nothing has to step.
 struct LayerAnimation {
     LayerProperty property;
-    ObjectRef filter;  // whose input it is; null for a property of the layer itself
-    std::string input; // "inputRadius"
+    std::shared_ptr<CIFilter> filter; // whose input it is; null for a property of the layer itself
+    std::string input;                // "inputRadius"
     AnimatableValue from;
     AnimatableValue to;
     DispatchTime begin;
     double duration; // in seconds, above 0
     std::shared_ptr<const CAMediaTimingFunction> timingFunction;
 
-    bool moves(LayerProperty other, const NSObject* otherFilter, std::string_view otherInput) const
+    bool moves(LayerProperty other, const CIFilter* otherFilter, std::string_view otherInput) const
     {
         return property == other && filter.get() == otherFilter && input == otherInput;
     }

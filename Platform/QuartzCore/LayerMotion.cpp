@@ -1,15 +1,12 @@
 #include <QuartzCore/LayerMotion.h>
 
 #include <algorithm>
-#include <atomic>
-#include <utility>
 
 namespace RVCore {
 
 namespace {
 
 thread_local LayerMotion* currentMotion = nullptr;
-std::atomic<bool> isMovementReduced = false;
 
 } // namespace
 
@@ -24,21 +21,9 @@ LayerMotion* LayerMotion::current()
     return currentMotion;
 }
 
-LayerMotion::Scope::Scope(LayerMotion* motion) : m_before(std::exchange(currentMotion, motion)) {}
-
-LayerMotion::Scope::~Scope()
+void LayerMotion::setCurrent(LayerMotion* motion)
 {
-    currentMotion = m_before;
-}
-
-bool LayerMotion::reducesMovement()
-{
-    return isMovementReduced;
-}
-
-void LayerMotion::setReducesMovement(bool reduces)
-{
-    isMovementReduced = reduces;
+    currentMotion = motion;
 }
 
 } // namespace RVCore

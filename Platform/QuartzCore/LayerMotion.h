@@ -20,31 +20,30 @@ namespace RVCore {
 //     }
 //     // motion.end is when the last of it is over
 struct LayerMotion {
-    double duration = 0.25;                                      // in seconds, finite and at least 0
-    std::shared_ptr<const CAMediaTimingFunction> timingFunction; // null for the one named "default"
-    std::optional<DispatchTime> end;                             // of the last change; nothing before the first
+    double duration = 0.25;                                                // in seconds, finite and at least 0
+    std::shared_ptr<const CAMediaTimingFunction> timingFunction = nullptr; // null for the one named "default"
+    std::optional<DispatchTime> end = std::nullopt; // of the last change; nothing before the first
+    // Position, bounds and transform jump, for people whom movement makes ill; fades go on, and it takes its time all
+    // the same.
+    bool reducesMovement = false;
 
     // Something that takes the duration from now on has begun.
     void begin();
 
-    // The motion in force; null for none.
+    // The motion in force; null for none. It outlives its being so.
     static LayerMotion* current();
-    // Puts a motion, or with null none, in force as long as it lives. The motion outlives it.
+    static void setCurrent(LayerMotion* motion);
+    // Puts a motion, or with null none, in force as long as it lives.
     class Scope {
     public:
-        explicit Scope(LayerMotion* motion);
-        ~Scope();
+        explicit Scope(LayerMotion* motion) : m_before(current()) { setCurrent(motion); }
+        ~Scope() { setCurrent(m_before); }
         Scope(const Scope&) = delete;
         Scope& operator=(const Scope&) = delete;
 
     private:
         LayerMotion* m_before;
     };
-
-    // Whether position, bounds and transform jump although a motion is in force, for people whom movement makes ill;
-    // fades go on. The motion takes its time all the same. Default no.
-    static bool reducesMovement();
-    static void setReducesMovement(bool reduces);
 };
 
 } // namespace RVCore

@@ -76,7 +76,7 @@ std::optional<CGColor> LayerPresentation::borderColor() const
     return color(LayerProperty::borderColor, m_layer.borderColor());
 }
 
-std::optional<double> LayerPresentation::filterInput(const NSObject& filter, std::string_view input) const
+std::optional<double> LayerPresentation::filterInput(const CIFilter& filter, std::string_view input) const
 {
     const LayerAnimation* animation = m_layer.animationOf(LayerProperty::filterInput, m_time, &filter, input);
     return animation ? std::optional(std::get<CGFloat>(animation->valueAt(m_time))) : std::nullopt;

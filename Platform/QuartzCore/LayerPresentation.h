@@ -35,7 +35,7 @@ public:
     std::optional<CGColor> borderColor() const;
     // A number of one of the layer's filters while it is on its way; nothing while it stands, that is when the filter
     // itself has the value.
-    std::optional<double> filterInput(const NSObject& filter, std::string_view input) const;
+    std::optional<double> filterInput(const CIFilter& filter, std::string_view input) const;
 
 private:
     template <class T> T valueOf(LayerProperty property, const T& model) const;

@@ -26,11 +26,7 @@ protected:
     {
         layer->setChangeHandler([this] { ++changes; });
     }
-    ~LayerMotionTest() override
-    {
-        LayerMotion::setReducesMovement(false);
-        layer->setChangeHandler(nullptr);
-    }
+    ~LayerMotionTest() override { layer->setChangeHandler(nullptr); }
 
     template <class Change> void move(const Change& change, double duration = 1)
     {
@@ -256,6 +252,26 @@ TEST_F(LayerMotionTest, TheLastEndIsThatOfLayerAndSublayers)
     EXPECT_EQ(layer->animationEnd(), std::nullopt);
 }
 
+TEST_F(LayerMotionTest, EveryFrameUntilTheEndAndTheOneAtTheEndIsTold)
+{
+    const auto sublayer = make<CALayer>();
+    layer->addSublayer(sublayer);
+    const auto changesOfFrame = [&] {
+        changes = 0;
+        return std::pair(layer->prepareFrame(DispatchTime::now()), changes);
+    };
+    EXPECT_EQ(changesOfFrame(), std::pair(false, 0));
+    move([&] { layer->setOpacity(0); }, 1);
+    move([&] { sublayer->setOpacity(0); }, 2);
+    EXPECT_EQ(changesOfFrame(), std::pair(true, 2));
+    clock.advance(1);
+    EXPECT_EQ(changesOfFrame(), std::pair(true, 2));
+    EXPECT_EQ(changesOfFrame(), std::pair(true, 1));
+    clock.advance(1);
+    EXPECT_EQ(changesOfFrame(), std::pair(false, 1));
+    EXPECT_EQ(changesOfFrame(), std::pair(false, 0));
+}
+
 TEST_F(LayerMotionTest, RemovingTheAnimationsJumpsToTheModel)
 {
     move([&] { layer->setOpacity(0); });
@@ -269,8 +285,7 @@ TEST_F(LayerMotionTest, RemovingTheAnimationsJumpsToTheModel)
 
 TEST_F(LayerMotionTest, ReducedMovementJumpsAndFadesAllTheSame)
 {
-    LayerMotion::setReducesMovement(true);
-    LayerMotion motion;
+    LayerMotion motion{.reducesMovement = true};
     {
         const LayerMotion::Scope scope(&motion);
         layer->setPosition({100, 0});
@@ -344,6 +359,23 @@ TEST_F(LayerMotionTest, AFilterThatIsTakenOutStands)
     layer->setFilters({});
     layer->setFilters({blur});
     EXPECT_EQ(shown().filterInput(*blur, "inputRadius"), std::nullopt);
+}
+
+TEST_F(LayerMotionTest, AnInputThatIsSetOnTheFilterItselfEndsItsWayAndIsToldOnce)
+{
+    const auto blur = TestFilter::named("blur");
+    layer->setFilters({blur});
+    layer->setBackgroundFilters({blur});
+    move([&] { layer->setValue(8, "filters.blur.inputRadius"); });
+    changes = 0;
+    blur->setInputRadius(3);
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(shown().filterInput(*blur, "inputRadius"), std::nullopt);
+    layer->setFilters({});
+    layer->setBackgroundFilters({});
+    changes = 0;
+    blur->setInputRadius(4);
+    EXPECT_EQ(changes, 0);
 }
 
 TEST_F(LayerMotionTest, KeyPathsMoveTheLayersOwnPropertiesToo)

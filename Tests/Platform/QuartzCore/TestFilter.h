@@ -1,39 +1,43 @@
 #pragma once
 
-#include <Foundation/NSObject.h>
+#include <CoreImage/CIFilter.h>
 
 #include <algorithm>
 #include <string>
 
 namespace RVCore {
 
-// What layers know of a filter: a name, a number as its input (at least 0) and an input that is no number.
-class TestFilter : public NSObject {
+// A filter that changes nothing, with a number as its input (at least 0) and an input that is no number.
+class TestFilter : public CIFilter {
     RVCORE_CLASS(TestFilter)
 
 public:
     static std::shared_ptr<TestFilter> named(const std::string& name)
     {
         auto filter = make<TestFilter>();
-        filter->m_name = name;
+        filter->setName(name);
         return filter;
     }
-    const std::string& name() const { return m_name; }
     double inputRadius() const { return m_radius; }
-    void setInputRadius(double radius) { m_radius = std::max(radius, 0.0); }
+    void setInputRadius(double radius) { store(m_radius, std::max(radius, 0.0)); }
     const std::string& inputMode() const { return m_mode; }
     void setInputMode(const std::string& mode) { m_mode = mode; }
 
+    void setDefaults() override { setInputRadius(0); }
+    bool isNeutral() const override { return true; }
+
+protected:
+    void applyTo(Bitmap&, CGFloat, FilterScratch&) const override {}
+    CGFloat reachAt(CGFloat) const override { return 0; }
+
 private:
-    std::string m_name;
     double m_radius = 0;
     std::string m_mode;
 };
 
 inline Class& TestFilter::staticClass()
 {
-    static Class& theClass = defineClass<TestFilter>("TestFilter", NSObject::staticClass(), [](auto& publish) {
-        publish.readOnlyProperty("name", &TestFilter::name);
+    static Class& theClass = defineClass<TestFilter>("TestFilter", CIFilter::staticClass(), [](auto& publish) {
         publish.property("inputRadius", &TestFilter::inputRadius, &TestFilter::setInputRadius);
         publish.property("inputMode", &TestFilter::inputMode, &TestFilter::setInputMode);
     });
