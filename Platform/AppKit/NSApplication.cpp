@@ -54,6 +54,7 @@ Class& NSApplication::staticClass()
             publish.readOnlyProperty("isActive", &NSApplication::isActive);
             publish.property("appearance", &NSApplication::appearance, &NSApplication::setAppearance);
             publish.readOnlyProperty("effectiveAppearance", &NSApplication::effectiveAppearance);
+            publish.property("reducesMotion", &NSApplication::reducesMotion, &NSApplication::setReducesMotion);
             publish.method("sendAction:to:from:", &NSApplication::sendAction);
             publish.classMethod("sharedApplication",
                                 [](const Class&) { return RVCore::shared(NSApplication::shared()); });
@@ -117,6 +118,11 @@ void NSApplication::postEvent(const std::shared_ptr<NSEvent>& event)
     if (!event)
         raiseInvalidArgument("NSApplication.postEvent:", "there is no event");
     Backend::shared().callLater([this, event] { callReportingExceptions([&] { sendEvent(*event); }); });
+}
+
+bool NSApplication::reducesMotion() const
+{
+    return m_reducesMotion ? *m_reducesMotion : Backend::shared().prefersReducedMotion();
 }
 
 void NSApplication::setAppearance(std::optional<Appearance> appearance)

@@ -49,6 +49,12 @@ public:
     void setAppearance(std::optional<Appearance> appearance);
     Appearance effectiveAppearance() const;
 
+    // Whether things move less, for people whom movement makes ill: what travels, grows or turns through an animator
+    // is there at once, window frames too, while fades stay and completions keep their time. Absent (the default) for
+    // what the desktop says, where it says so.
+    bool reducesMotion() const;
+    void setReducesMotion(std::optional<bool> reduces) { m_reducesMotion = reduces; }
+
     // Sends the action (a message that takes the sender or nothing) to the target; without a target to the first
     // object that answers it, from the key window's first responder upward, then to the application itself.
     // Returns whether anybody got it. Raises NSInvalidArgumentException when the target does not answer.
@@ -65,6 +71,7 @@ public:
 private:
     std::vector<std::shared_ptr<NSWindow>> m_windows;
     std::optional<Appearance> m_appearance;
+    std::optional<bool> m_reducesMotion;
     std::vector<NSWindow*> m_orderedWindows; // visible, so open; the one in front first
     std::weak_ptr<NSWindow> m_keyWindow;
     std::weak_ptr<NSWindow> m_activeWindow; // that the desktop sends keys to

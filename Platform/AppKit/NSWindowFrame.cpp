@@ -1,3 +1,4 @@
+#include <AppKit/NSApplication.h>
 #include <AppKit/NSScreen.h>
 #include <AppKit/NSView.h>
 #include <AppKit/NSWindow.h>
@@ -221,7 +222,7 @@ double NSWindow::animationResizeTime(const CGRect& newFrame) const
 void NSWindow::animateTo(const CGRect& target)
 {
     const double duration = animationResizeTime(target);
-    if (!(duration > 0)) {
+    if (!(duration > 0) || NSApplication::shared().reducesMotion()) {
         applyFrame(target);
         return;
     }

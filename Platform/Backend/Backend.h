@@ -120,6 +120,9 @@ public:
     // NSInvalidArgumentException unless the font's size is finite and above 0.
     virtual TextMetrics measureText(const TextDescription& text, CGFloat maximumWidth) = 0;
 
+    // Whether the desktop says that its user wants things to move less.
+    virtual bool prefersReducedMotion() = 0;
+
     // The style of controls.
     virtual ControlLook& controlLook() = 0;
 

@@ -24,6 +24,8 @@ public:
 
     bool hasDisplay() const override { return false; }
     TextMetrics measureText(const TextDescription& text, CGFloat maximumWidth) override;
+    bool prefersReducedMotion() override { return m_prefersReducedMotion; }
+    void setPrefersReducedMotion(bool prefers) { m_prefersReducedMotion = prefers; } // as its user would
     HeadlessControlLook& controlLook() override { return m_controlLook; }
     // Raises NSInvalidArgumentException when the file exists: pictures take a desktop backend.
     CGImageRef readImage(const std::string& path) override;
@@ -77,6 +79,7 @@ private:
     WakeUp m_wakeUp;
     int m_runDepth = 0;
     bool m_isStopped = false;
+    bool m_prefersReducedMotion = false;
 };
 
 } // namespace RVCore

@@ -1,9 +1,10 @@
 #include <Backend/CallQueue.h>
 #include <Foundation/NSException.h>
 
+#include <QApplication>
 #include <QEventLoop>
-#include <QGuiApplication>
 #include <QScreen>
+#include <QStyle>
 #include <QTimer>
 #include <QtBackend/QtApplication.h>
 #include <QtBackend/QtBackend.h>
@@ -124,6 +125,11 @@ bool QtBackend::hasDisplay() const
 TextMetrics QtBackend::measureText(const TextDescription& text, CGFloat maximumWidth)
 {
     return RVCore::measureText(text, maximumWidth);
+}
+
+bool QtBackend::prefersReducedMotion()
+{
+    return QApplication::style()->styleHint(QStyle::SH_Widget_Animation_Duration) == 0;
 }
 
 ControlLook& QtBackend::controlLook()

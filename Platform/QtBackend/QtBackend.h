@@ -21,6 +21,8 @@ public:
 
     bool hasDisplay() const override;
     TextMetrics measureText(const TextDescription& text, CGFloat maximumWidth) override;
+    // Qt has no word for it; what a desktop tells its styles is how long their animations take, and 0 turns them off.
+    bool prefersReducedMotion() override;
     ControlLook& controlLook() override;
     CGImageRef readImage(const std::string& path) override;
     std::shared_ptr<TextEditor> makeTextEditor(TextEditorClient& client, const TextDescription& content,

@@ -136,6 +136,23 @@ TEST_F(NSApplicationTest, WhatAHandlerRaisesIsPrintedAndTheProgramGoesOn)
     window->close();
 }
 
+TEST_F(NSApplicationTest, ReducesMotionAsTheDesktopSaysUnlessTheProgramDoes)
+{
+    auto owned = std::make_unique<HeadlessBackend>();
+    HeadlessBackend& desktop = *owned;
+    Backend::install(std::move(owned));
+    EXPECT_FALSE(application.reducesMotion());
+    desktop.setPrefersReducedMotion(true);
+    EXPECT_TRUE(application.reducesMotion());
+    application.setReducesMotion(false);
+    EXPECT_FALSE(application.reducesMotion());
+    send(application, "setReducesMotion:", true);
+    desktop.setPrefersReducedMotion(false);
+    EXPECT_EQ(send(application, "reducesMotion"), Value(true));
+    send(application, "setReducesMotion:", nullptr);
+    EXPECT_FALSE(application.reducesMotion());
+}
+
 TEST_F(NSApplicationTest, IsReachedByName)
 {
     const auto shared = send(NSApplication::staticClass(), "sharedApplication").as<std::shared_ptr<NSApplication>>();

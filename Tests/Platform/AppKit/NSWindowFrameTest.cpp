@@ -308,6 +308,15 @@ TEST_F(NSWindowFrameTest, AnAnimatedFrameIsOnItsWayForThatLongAndEndsExactlyTher
     EXPECT_EQ(screenOf(*window).contentSize(), (CGSize{550, 278}));
 }
 
+TEST_F(NSWindowFrameTest, WithReducedMotionAnAnimatedFrameIsThereAtOnce)
+{
+    desktop->setPrefersReducedMotion(true);
+    window->setFrame({100, 100, 550, 300}, {.animate = true});
+    EXPECT_EQ(window->frame(), CGRect(100, 100, 550, 300));
+    EXPECT_FALSE(window->isAnimatingFrame());
+    EXPECT_EQ(window->animationResizeTime({100, 100, 700, 300}), 0.2);
+}
+
 TEST_F(NSWindowFrameTest, OnTheWayEveryStepIsAFrameAndTheTopEdgeStandsStill)
 {
     window->setFrame({100, 100.5, 400, 300});

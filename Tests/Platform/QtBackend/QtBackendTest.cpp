@@ -1,6 +1,7 @@
 #include <Foundation/NSException.h>
 
-#include <QCoreApplication>
+#include <QApplication>
+#include <QProxyStyle>
 #include <QtBackend/QtBackend.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -22,6 +23,26 @@ TEST(QtBackend, IsPreferredToTheHeadlessOne)
 TEST(QtBackend, HasNoDisplayOffScreen)
 {
     EXPECT_FALSE(Backend::shared().hasDisplay());
+}
+
+// As a desktop sets it up whose user has turned animations off.
+class StillStyle : public QProxyStyle {
+public:
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* data) const override
+    {
+        return hint == SH_Widget_Animation_Duration ? 0 : QProxyStyle::styleHint(hint, option, widget, data);
+    }
+};
+
+TEST(QtBackend, PrefersReducedMotionWhereTheStyleDoesNotAnimate)
+{
+    EXPECT_FALSE(Backend::shared().prefersReducedMotion());
+    const QString usual = QApplication::style()->name();
+    QApplication::setStyle(new StillStyle);
+    EXPECT_TRUE(Backend::shared().prefersReducedMotion());
+    QApplication::setStyle(usual);
+    EXPECT_FALSE(Backend::shared().prefersReducedMotion());
 }
 
 TEST(QtBackend, CanBeReplacedAndMadeAgain)
