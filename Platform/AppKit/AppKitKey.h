@@ -26,6 +26,7 @@ class AppKitKey {
     friend class NSToolbar;
     friend class NSToolbarItem;
     friend class NSView;
+    friend class NSViewAnimator;
     friend class NSViewController;
     friend class NSWindow;
     friend class NSWindowController;

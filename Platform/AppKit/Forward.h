@@ -4,6 +4,7 @@ namespace RVCore {
 
 class LayoutContext;
 class NSAnimation;
+class NSAnimationContext;
 class NSApplication;
 class NSButton;
 class NSColor;
@@ -24,6 +25,7 @@ class NSToolbar;
 class NSToolbarItem;
 class NSTrackingArea;
 class NSView;
+class NSViewAnimator;
 class NSViewController;
 class NSWindow;
 class NSWindowController;

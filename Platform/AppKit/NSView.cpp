@@ -1,15 +1,20 @@
 #include <AppKit/LayoutContext.h>
 #include <AppKit/LayoutRows.h>
+#include <AppKit/MovingViews.h>
 #include <AppKit/NSCursor.h>
 #include <AppKit/NSTrackingArea.h>
 #include <AppKit/NSView.h>
+#include <AppKit/NSViewAnimator.h>
 #include <AppKit/NSWindow.h>
 #include <AppKit/ViewExplanation.h>
 #include <AppKit/ViewLayoutState.h>
 #include <AppKit/ViewPlacement.h>
+#include <CoreImage/CIFilter.h>
+#include <Foundation/KeyPath.h>
 #include <Foundation/NSException.h>
 
 #include <QuartzCore/CALayer.h>
+#include <QuartzCore/LayerMotion.h>
 
 #include <algorithm>
 #include <atomic>
@@ -81,6 +86,12 @@ Class& NSView::staticClass()
         publish.readOnlyProperty("layer", &NSView::layer);
         publish.property("layerContentsRedrawPolicy", &NSView::layerContentsRedrawPolicy,
                          &NSView::setLayerContentsRedrawPolicy);
+        publish.property("contentFilters", &NSView::contentFilters, &NSView::setContentFilters);
+        publish.property("backgroundFilters", &NSView::backgroundFilters, &NSView::setBackgroundFilters);
+        publish.property("layerUsesCoreImageFilters", &NSView::layerUsesCoreImageFilters,
+                         &NSView::setLayerUsesCoreImageFilters);
+        publish.readOnlyProperty("animator", &NSView::animator);
+        publish.method("setValue:forKeyPath:", &NSView::setValue);
         publish.method("setNeedsDisplay:", &NSView::setNeedsDisplay);
         publish.readOnlyProperty("intrinsicContentSize", &NSView::intrinsicContentSize);
         publish.method("invalidateIntrinsicContentSize", &NSView::invalidateIntrinsicContentSize);
@@ -141,8 +152,10 @@ NSView::~NSView()
         m_layoutState->viewWillDie();
     for (const auto& subview : m_subviews)
         subview->m_superview = nullptr; // they may live on, as roots
-    if (m_layer)
+    if (m_layer) {
         m_layer->setChangeHandler(nullptr);
+        MovingViews::remove(*this);
+    }
 }
 
 void NSView::init()
@@ -500,9 +513,18 @@ bool NSView::canBeSeen() const
     return true;
 }
 
+CGFloat NSView::alphaValue() const
+{
+    return m_layer ? m_layer->opacity() : m_alphaValue;
+}
+
 void NSView::setAlphaValue(CGFloat alpha)
 {
     requireFinite("NSView.setAlphaValue:", "alpha", alpha);
+    if (m_layer) {
+        m_layer->setOpacity(alpha); // which tells of the change
+        return;
+    }
     alpha = std::clamp(alpha, 0.0, 1.0);
     if (m_alphaValue == alpha)
         return;
@@ -514,13 +536,67 @@ void NSView::setWantsLayer(bool wantsLayer)
 {
     if (wantsLayer == this->wantsLayer())
         return;
-    if (m_layer)
+    m_alphaValue = alphaValue();
+    if (m_layer) {
         m_layer->setChangeHandler(nullptr);
+        MovingViews::remove(*this);
+    }
     m_layer = wantsLayer ? makeBackingLayer() : nullptr;
-    syncLayerGeometry();
-    if (m_layer)
-        m_layer->setChangeHandler([this] { requestFrame(); });
+    if (m_layer) {
+        const LayerMotion::Scope none(nullptr); // a new layer does not come from anywhere
+        m_layer->setOpacity(m_alphaValue);
+        syncLayerGeometry();
+        m_layer->setChangeHandler([this] { layerChanged(); });
+    }
     requestFrame();
+}
+
+void NSView::layerChanged()
+{
+    if (m_layer->animationEnd())
+        MovingViews::add(*this);
+    requestFrame();
+}
+
+std::vector<std::shared_ptr<CIFilter>> NSView::contentFilters() const
+{
+    return m_layer ? m_layer->filters() : CALayer::FilterList();
+}
+
+void NSView::setContentFilters(const std::vector<std::shared_ptr<CIFilter>>& filters)
+{
+    setWantsLayer(wantsLayer() || !filters.empty());
+    if (m_layer)
+        m_layer->setFilters(filters);
+}
+
+std::vector<std::shared_ptr<CIFilter>> NSView::backgroundFilters() const
+{
+    return m_layer ? m_layer->backgroundFilters() : CALayer::FilterList();
+}
+
+void NSView::setBackgroundFilters(const std::vector<std::shared_ptr<CIFilter>>& filters)
+{
+    setWantsLayer(wantsLayer() || !filters.empty());
+    if (m_layer)
+        m_layer->setBackgroundFilters(filters);
+}
+
+std::shared_ptr<NSViewAnimator> NSView::animator()
+{
+    return make<NSViewAnimator>(shared(*this));
+}
+
+void NSView::setValue(const Value& value, std::string_view keyPath)
+{
+    // The layer has to hear of what changes in its filters.
+    constexpr std::string_view content = "contentFilters.";
+    if (m_layer && keyPath.starts_with(content))
+        m_layer->setValue(value, "filters." + std::string(keyPath.substr(content.size())));
+    else if (m_layer && keyPath.starts_with("backgroundFilters."))
+        m_layer->setValue(value, keyPath);
+    else
+        setValueAlongKeyPath(*this, keyPath, value);
 }
 
 std::shared_ptr<CALayer> NSView::makeBackingLayer()
@@ -528,11 +604,13 @@ std::shared_ptr<CALayer> NSView::makeBackingLayer()
     return make<CALayer>();
 }
 
-// A layer that was moved by hand stays so until the frame changes.
+// A layer that was moved by hand stays so until the frame changes. One that has had no size appears where it is.
 void NSView::syncLayerGeometry()
 {
     if (!m_layer)
         return;
+    const bool isFirst = m_layer->bounds().size == CGSize();
+    const LayerMotion::Scope scope(isFirst ? nullptr : LayerMotion::current());
     const CGPoint anchor = m_layer->anchorPoint();
     m_layer->setBounds({{}, m_frame.size});
     m_layer->setPosition(

@@ -4,6 +4,7 @@
 #include <AppKit/NSLayoutConstraint.h>
 #include <AppKit/ViewInput.h>
 #include <CoreGraphics/CGAffineTransform.h>
+#include <CoreImage/Forward.h>
 
 #include <QuartzCore/Forward.h>
 
@@ -78,15 +79,27 @@ public:
     bool isHiddenOrHasHiddenAncestor() const;
     // Hidden, or fully transparent. The pointer finds a transparent view all the same; keys and assistive technology
     // do not.
-    bool isInvisible() const { return m_isHidden || m_alphaValue <= 0; }
-    bool canBeSeen() const;                             // neither it nor a view around it is invisible
-    CGFloat alphaValue() const { return m_alphaValue; } // from 0 to 1, clipped; default 1
+    bool isInvisible() const { return m_isHidden || alphaValue() <= 0; }
+    bool canBeSeen() const;     // neither it nor a view around it is invisible
+    CGFloat alphaValue() const; // from 0 to 1, clipped; default 1; of a layer-backed view its layer's opacity
     void setAlphaValue(CGFloat alpha);
     bool wantsLayer() const { return m_layer != nullptr; }
     void setWantsLayer(bool wantsLayer);
     const std::shared_ptr<CALayer>& layer() const { return m_layer; } // null unless layer-backed
     NSViewLayerContentsRedrawPolicy layerContentsRedrawPolicy() const { return m_redrawPolicy; }
     void setLayerContentsRedrawPolicy(NSViewLayerContentsRedrawPolicy policy) { m_redrawPolicy = policy; }
+    // The layer's filters, for what the view shows and for what lies behind it. Setting some makes it layer-backed.
+    std::vector<std::shared_ptr<CIFilter>> contentFilters() const;
+    void setContentFilters(const std::vector<std::shared_ptr<CIFilter>>& filters);
+    std::vector<std::shared_ptr<CIFilter>> backgroundFilters() const;
+    void setBackgroundFilters(const std::vector<std::shared_ptr<CIFilter>>& filters);
+    // For programs that announce their filters; they work either way. Default no.
+    bool layerUsesCoreImageFilters() const { return m_layerUsesCoreImageFilters; }
+    void setLayerUsesCoreImageFilters(bool uses) { m_layerUsesCoreImageFilters = uses; }
+    // Sets what it is given in a moving way, see NSViewAnimator.
+    std::shared_ptr<NSViewAnimator> animator();
+    // The property at the key path, filters' inputs included, as with setValueForKeyPath.
+    void setValue(const Value& value, std::string_view keyPath);
     // What the view draws is no longer what it drew before. False does nothing.
     void setNeedsDisplay(bool needsDisplay);
     // Draws the view's own content, in its own coordinates; what lies outside the bounds is cut off. The default
@@ -167,6 +180,7 @@ private:
     void frameChanged(const CGRect& oldFrame);
     void resizeSubviews(CGSize oldSize);
     void syncLayerGeometry();
+    void layerChanged();
     void markAncestors(bool LayoutMarks::*mark);
     void requestFrame();
     void setContentPriority(NSLayoutPriority& field, NSLayoutPriority priority,
@@ -194,8 +208,9 @@ private:
     std::vector<std::shared_ptr<NSView>> m_subviews;
     std::uint64_t m_drawingRevision;
     std::shared_ptr<CALayer> m_layer;
-    CGFloat m_alphaValue = 1;
+    CGFloat m_alphaValue = 1; // while there is no layer
     NSViewLayerContentsRedrawPolicy m_redrawPolicy = NSViewLayerContentsRedrawPolicy::duringViewResize;
+    bool m_layerUsesCoreImageFilters = false;
 };
 
 } // namespace RVCore

@@ -90,7 +90,7 @@ void NSView::encode(NSCoder& coder) const
     coder.encode("frame", m_frame);
     coder.encode("boundsOrigin", m_boundsOrigin);
     coder.encode("hidden", m_isHidden);
-    coder.encode("alphaValue", m_alphaValue);
+    coder.encode("alphaValue", alphaValue());
     coder.encode("wantsLayer", wantsLayer());
     coder.encode("autoresizingMask", static_cast<int>(m_autoresizingMask));
     coder.encode("translatesAutoresizingMask", m_translatesMask);

@@ -1,5 +1,6 @@
 #include <AppKit/KeyViewLoop.h>
 #include <AppKit/LayoutContext.h>
+#include <AppKit/MovingViews.h>
 #include <AppKit/NSAccessibility.h>
 #include <AppKit/NSApplication.h>
 #include <AppKit/NSEvent.h>
@@ -373,6 +374,7 @@ void NSWindow::prepareFrame()
 {
     const auto alive = shared(*this);
     layoutIfNeeded();
+    MovingViews::prepareFrame(*this);
     m_events.contentMoved();
     const auto popovers = m_popovers; // they may close
     for (const auto& popover : popovers) {
@@ -416,13 +418,22 @@ void NSWindow::paint(Canvas& canvas)
 {
     const auto alive = shared(*this);
     WindowPainter::paint(*this, canvas);
+    requestNextFrame();
 }
 
 WindowPixels NSWindow::paintPixels(CGFloat scale)
 {
     const auto alive = shared(*this);
     const DamageRegion& changed = m_painter->paint(*this, scale);
+    requestNextFrame();
     return {m_painter->pixels(), changed.rects()};
+}
+
+// As long as something moves.
+void NSWindow::requestNextFrame()
+{
+    if (MovingViews::areSeenIn(*this))
+        contentNeedsFrame({});
 }
 
 void NSWindow::writePicture(const std::string& path, CGFloat scale)

@@ -205,6 +205,7 @@ private:
     void replaceContent(const std::shared_ptr<NSView>& view, const std::shared_ptr<NSViewController>& controller);
     void takeContentView(const std::shared_ptr<NSView>& view);
     void takeNeededSize();
+    void requestNextFrame();
     void updateMinimumContentSize();
 
     void contentSizeChanged(CGSize size) override;

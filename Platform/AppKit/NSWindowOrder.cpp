@@ -200,6 +200,7 @@ void NSWindow::setMiniaturized(bool isMiniaturized)
         orderFamily(WindowOrder::front);
         bringDescendantsBack();
         makeKeyWindow();
+        contentNeedsFrame({}); // what moves waited meanwhile
         tellDelegate(&NSWindowDelegate::windowDidDeminiaturize);
     }
 }

@@ -142,9 +142,9 @@ bool ViewComposer::beginGroup(NSObject& owner, const CALayer* layer, CGFloat opa
     group.radius = shown.cornerRadius();
     m_into->beginGroup(shared(owner), group);
     for (const auto& filter : layer->filters())
-        m_into->addFilter(stepOf(std::dynamic_pointer_cast<CIFilter>(filter), shown));
+        m_into->addFilter(stepOf(filter, shown));
     for (const auto& filter : layer->backgroundFilters())
-        m_into->addBackgroundFilter(stepOf(std::dynamic_pointer_cast<CIFilter>(filter), shown));
+        m_into->addBackgroundFilter(stepOf(filter, shown));
     return true;
 }
 
