@@ -16,6 +16,7 @@ public:
     // What of the window's area, content and toolbar, is not as in the frame before, in pixels.
     const DamageRegion& paint(NSWindow& window, CGFloat scale);
     const Bitmap& pixels() const { return m_compositor.pixels(); }
+    const Composition& composition() const { return m_compositor.composition(); }
     // All of it on a canvas, without background filters.
     static void paint(NSWindow& window, Canvas& canvas);
 

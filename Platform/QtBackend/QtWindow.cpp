@@ -98,7 +98,6 @@ void QtWindowSurface::updateLimits(QSize present)
 void QtWindowSurface::setStyle(const WindowStyle& style)
 {
     m_isResizable = style.isResizable;
-    m_isOpaque = style.isOpaque;
     QSurfaceFormat surfaceFormat = format();
     surfaceFormat.setAlphaBufferSize(style.isOpaque ? -1 : 8);
     setFormat(surfaceFormat);

@@ -80,7 +80,6 @@ private:
     QTimer m_frameTimer{this};
     QElapsedTimer m_sinceFrame;
     bool m_needsFrame = true;
-    bool m_isOpaque = true;
     int m_callDepth = 0;
 };
 

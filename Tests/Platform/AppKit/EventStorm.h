@@ -4,6 +4,7 @@
 #include <AppKit/NSView.h>
 #include <AppKit/NSWindow.h>
 #include <HeadlessBackend/HeadlessBackend.h>
+#include <Platform/AppKit/DrawingWatch.h>
 
 #include <gtest/gtest.h>
 
@@ -115,9 +116,11 @@ private:
         screen.userInput(event);
     }
 
-    // The first responder is in its window and can be seen; a hit is a visible view under the point.
+    // What views draw is what they said; the first responder is in its window and can be seen; a hit is a visible
+    // view under the point.
     void check(NSWindow& window)
     {
+        m_drawings[&window].check(window);
         const auto* focused = dynamic_cast<const NSView*>(window.firstResponder());
         if (focused) {
             ASSERT_EQ(focused->window(), &window) << focused->description();
@@ -138,6 +141,7 @@ private:
 
     HeadlessBackend& m_desktop;
     std::mt19937 m_random;
+    std::map<const NSWindow*, DrawingWatch> m_drawings;
     double m_time = 0; // seconds
 };
 

@@ -41,13 +41,19 @@ TEST(ViewSnapshot, PaintsBackgroundThenOwnDrawingThenBorder)
     view->layer()->setBorderWidth(1);
     view->onDraw = [](Canvas& canvas, const CGRect& rect) { canvas.fill({rect, 0}, green); };
     EXPECT_EQ(painted(*view), "save\n"
+                              "  transform [1, 0, 0, 1, 0, 0]\n"
                               "  fill (0, 0) 20 × 10 radius 4 rgba(1, 0, 0, 1)\n"
-                              "  save\n"
-                              "    transform [1, 0, 0, -1, 0, 10]\n" // not flipped: its own drawing runs upward
-                              "    fill (0, 0) 20 × 10 rgba(0, 1, 0, 1)\n"
-                              "  restore\n"
                               "restore\n"
-                              "stroke (0, 0) 20 × 10 radius 4 width 1 rgba(0, 0, 0, 1)\n");
+                              "save\n"
+                              "  transform [1, 0, 0, 1, 0, 0]\n"
+                              "  clip (0, 0) 20 × 10\n"
+                              "  transform [1, 0, 0, -1, 0, 10]\n" // not flipped: its own drawing runs upward
+                              "  fill (0, 0) 20 × 10 rgba(0, 1, 0, 1)\n"
+                              "restore\n"
+                              "save\n"
+                              "  transform [1, 0, 0, 1, 0, 0]\n"
+                              "  stroke (0, 0) 20 × 10 radius 4 width 1 rgba(0, 0, 0, 1)\n"
+                              "restore\n");
     view->layer()->setBorderColor(green);
     EXPECT_THAT(painted(*view), HasSubstr("width 1 rgba(0, 1, 0, 1)"));
 }
@@ -57,9 +63,9 @@ TEST(ViewSnapshot, AFlippedViewDrawsDownwardFromItsScrolledOrigin)
     const auto view = makeHost(20, 10);
     view->setBoundsOrigin({3, 4});
     EXPECT_EQ(painted(*view), "save\n"
-                              "  save\n"
-                              "    transform [1, 0, 0, 1, -3, -4]\n"
-                              "  restore\n"
+                              "  transform [1, 0, 0, 1, 0, 0]\n"
+                              "  clip (0, 0) 20 × 10\n"
+                              "  transform [1, 0, 0, 1, -3, -4]\n"
                               "restore\n");
 }
 
@@ -67,9 +73,9 @@ TEST(ViewSnapshot, ClipsWhatIsInsideAlongTheRoundedEdgeIfAsked)
 {
     const auto view = plate({0, 0, 20, 10}, red);
     view->layer()->setCornerRadius(3);
-    EXPECT_THAT(painted(*view), testing::Not(HasSubstr("clip")));
+    EXPECT_THAT(painted(*view), testing::Not(HasSubstr("clip (0, 0) 20 × 10 radius")));
     view->layer()->setMasksToBounds(true);
-    EXPECT_THAT(painted(*view), HasSubstr("radius 3 rgba(1, 0, 0, 1)\n  clip (0, 0) 20 × 10 radius 3\n"));
+    EXPECT_THAT(painted(*view), HasSubstr("clip (0, 0) 20 × 10 radius 3\n"));
 }
 
 // The translation with which a subview at (10, 20) 30 × 40 of a superview of 100 × 100 is painted.
@@ -81,8 +87,9 @@ template <class Host> std::string placed(bool hasLayer, CGPoint scroll = {})
     view->setWantsLayer(hasLayer);
     host->addSubview(view);
     const std::string text = painted(*host);
-    const std::size_t start = text.rfind("  save\n    transform [1, 0, 0, 1, ");
-    return text.substr(start + 34, text.find(']', start) - start - 34);
+    const std::string before = "save\n  transform [1, 0, 0, 1, ";
+    const std::size_t start = text.rfind(before) + before.size();
+    return text.substr(start, text.find(']', start) - start);
 }
 
 TEST(ViewSnapshot, PlacesSubviewsFromTheTopWhicheverWayTheSuperviewRuns)
@@ -102,7 +109,7 @@ TEST(ViewSnapshot, ATransformActsAboutTheAnchorPointAndTurnsTheSuperviewsWay)
         view->layer()->setAffineTransform(CGAffineTransform::rotation(std::numbers::pi / 2));
         host.addSubview(view);
         const std::string text = painted(host);
-        const std::string before = "  restore\n  save\n  "; // the host's own drawing
+        const std::string before = "restore\nsave\n"; // the host's own drawing
         const std::size_t start = text.find(before) + before.size();
         return text.substr(start, text.find('\n', start) - start);
     };
@@ -119,25 +126,32 @@ TEST(ViewSnapshot, AlphaBlendsAViewWithAllThatIsInItAsAGroup)
     inner->setAlphaValue(0.5);
     host->addSubview(inner);
     host->setAlphaValue(0.25);
-    EXPECT_EQ(painted(*host), "layer 0.25\n"
-                              "  save\n"
-                              "    fill (0, 0) 10 × 10 rgba(1, 0, 0, 1)\n"
+    EXPECT_EQ(painted(*host), "save\n"
+                              "  layer 0.25\n"
                               "    save\n"
+                              "      transform [1, 0, 0, 1, 0, 0]\n"
+                              "      fill (0, 0) 10 × 10 rgba(1, 0, 0, 1)\n"
+                              "    restore\n"
+                              "    save\n"
+                              "      transform [1, 0, 0, 1, 0, 0]\n"
+                              "      clip (0, 0) 10 × 10\n"
                               "      transform [1, 0, 0, -1, 0, 10]\n"
                               "    restore\n"
                               "    save\n"
-                              "      transform [1, 0, 0, 1, 0, 5]\n"
                               "      layer 0.5\n"
                               "        save\n"
+                              "          transform [1, 0, 0, 1, 0, 5]\n"
                               "          fill (0, 0) 5 × 5 rgba(0, 1, 0, 1)\n"
-                              "          save\n"
-                              "            transform [1, 0, 0, -1, 0, 5]\n"
-                              "          restore\n"
+                              "        restore\n"
+                              "        save\n"
+                              "          transform [1, 0, 0, 1, 0, 5]\n"
+                              "          clip (0, 0) 5 × 5\n"
+                              "          transform [1, 0, 0, -1, 0, 5]\n"
                               "        restore\n"
                               "      end\n"
                               "    restore\n"
-                              "  restore\n"
-                              "end\n");
+                              "  end\n"
+                              "restore\n");
 }
 
 TEST(ViewSnapshot, WhatIsHiddenOrFullyTransparentIsNotPainted)

@@ -90,13 +90,6 @@ TEST_F(QtWindowTest, ShowsWhatTheClientPaints)
     EXPECT_EQ(picture.pixel(99, 49), qRgb(0, 128, 255));
 }
 
-TEST_F(QtWindowTest, TheGroundUnderTheClientIsWhite)
-{
-    m_client.color = {0, 0, 0, 0};
-    settle();
-    EXPECT_EQ(shown().pixel(50, 25), qRgb(255, 255, 255));
-}
-
 TEST_F(QtWindowTest, WithNothingToDoNothingIsScheduled)
 {
     settle();
