@@ -15,6 +15,7 @@ public:
     std::vector<std::vector<Index>> run(Effort&);
 
 private:
+    Piece cost(Index level) const;
     void setCosts(Index row);
     bool isViolated(Index level) const;
     Index firstViolated() const;
@@ -43,7 +44,7 @@ Search::Search(const Model& model, const std::vector<Index>& constraints)
 {
     std::unordered_map<Index, Index> columns, rows;
     for (const Index constraint : constraints) {
-        for (const Term& term : model.classes()[model.constraints()[constraint].formClass].terms)
+        for (const Term& term : model.classes()[model.constraints()[constraint].formClass].terms())
             columns.try_emplace(term.column, Index(columns.size()));
     }
     m_system.clear(Index(constraints.size()) + 1, 1);
@@ -55,7 +56,7 @@ Search::Search(const Model& model, const std::vector<Index>& constraints)
         const auto [place, isNew] = rows.try_emplace(index, none);
         if (isNew) {
             form.clear();
-            for (const Term& term : model.classes()[index].terms)
+            for (const Term& term : model.classes()[index].terms())
                 form.push_back({columns[term.column], term.coefficient});
             place->second = form.size() == 1 ? m_system.ownRow(form.front().column) : m_system.addRow(form);
         }
@@ -72,12 +73,18 @@ Search::Search(const Model& model, const std::vector<Index>& constraints)
     m_simplex.start(m_system);
 }
 
+Piece Search::cost(Index level) const
+{
+    const Index index = m_constraints[level];
+    return costOf(m_model.constraints()[index], m_model.scale(index), level);
+}
+
 void Search::setCosts(Index row)
 {
     m_costs.clear();
     for (const Index level : m_levelsOf[row]) {
         if (!m_isOut[level])
-            m_costs.push_back(costOf(m_model.constraints()[m_constraints[level]], level));
+            m_costs.push_back(cost(level));
     }
     if (m_system.isOwnRow(row))
         m_costs.push_back({0.0, -1.0, 1.0, 0, Index(m_constraints.size())});
@@ -96,9 +103,10 @@ void Search::setOut(Index level, bool isOut)
 bool Search::isViolated(Index level) const
 {
     const double width = 100.0 * m_simplex.tolerance();
-    const Piece cost = costOf(m_model.constraints()[m_constraints[level]], level);
-    const double distance = m_simplex.rowValue(m_rowOf[level]) - cost.at;
-    return !m_isOut[level] && ((distance > width && cost.right > 0.0) || (distance < -width && cost.left < 0.0));
+    const Piece charged = cost(level);
+    const double distance = m_simplex.rowValue(m_rowOf[level]) - charged.at;
+    return !m_isOut[level] &&
+           ((distance > width && charged.right > 0.0) || (distance < -width && charged.left < 0.0));
 }
 
 Index Search::firstViolated() const
@@ -124,7 +132,7 @@ Index Search::blocker(Index row, bool isUpward, Index level) const
 bool Search::findHolding(Index level, std::vector<Index>& result) const
 {
     result.clear();
-    const double scale = std::abs(m_model.constraints()[m_constraints[level]].scale);
+    const double scale = std::abs(m_model.scale(m_constraints[level]));
     for (Index row = 0; row < m_system.rowCount(); ++row) {
         if (!m_simplex.isBasic(row))
             continue;

@@ -157,8 +157,11 @@ std::uint64_t Solver::causeOf(const std::vector<Index>& members) const
     for (const Index member : members) {
         const Constraint& constraint = m_model.constraints()[member];
         const bool hasForm = constraint.formClass != none;
-        mix(hasForm ? Model::hashOf(m_model.classes()[constraint.formClass].terms) : 0);
-        mix(std::bit_cast<std::uint64_t>(constraint.scale));
+        if (hasForm) {
+            for (const std::uint32_t word : m_model.classes()[constraint.formClass].words)
+                mix(word);
+        }
+        mix(std::bit_cast<std::uint64_t>(m_model.scale(member)));
         mix(std::bit_cast<std::uint64_t>(constraint.constant));
         mix(std::bit_cast<std::uint8_t>(constraint.relation));
         mix(hasForm ? 0 : constraint.owner);

@@ -27,7 +27,7 @@ struct LayoutEngine::Implementation {
     {
         const auto& constraints = solver.model().constraints();
         return handle.index < constraints.size() && constraints[handle.index].isAlive &&
-               constraints[handle.index].generation == handle.generation;
+               constraints[handle.index].generation() == handle.generation;
     }
     LayoutInternal::Constraint& at(LayoutConstraintHandle handle)
     {

@@ -11,30 +11,35 @@ constexpr double smallestPivot = 1e-11;
 
 } // namespace
 
-void Factor::factor(const System& system, std::span<const Index> basis, std::vector<Repair>& repairs)
+void Factor::factor(const System& system, std::vector<Index>& basis, std::vector<Repair>& repairs)
 {
     m_system = &system;
     m_size = Index(basis.size());
-    m_rows.assign(basis.begin(), basis.end());
+    m_rows = basis;
     repairs.clear();
+    m_exchanges.clear();
+    m_exchangeTerms.clear();
     // Each round replaces dependent rows by own rows of the columns left over; a second one nearly always suffices.
     for (;;) {
-        m_exchanges.clear();
-        m_exchangeTerms.clear();
         listPositions();
-        m_positionOfStep.assign(m_size, none);
+        Matching matching{std::vector<Index>(m_size, none), std::vector<Index>(m_size, none)};
         m_columnOfStep.assign(m_size, none);
-        m_stepOfPosition.assign(m_size, none);
-        m_stepOfColumn.assign(m_size, none);
-        m_pivot.assign(m_size, 0.0);
+        m_stepOf.assign(m_size, none);
         m_bumpBegin = 0;
-        takeRowSingletons();
-        takeColumnSingletons();
-        if (factorBump(repairs))
+        takeRowSingletons(matching);
+        takeColumnSingletons(matching);
+        takeBump(matching);
+        const std::size_t known = repairs.size();
+        if (factorBump(matching, repairs)) {
+            for (Index step = 0; step < m_size; ++step)
+                basis[m_columnOfStep[step]] = m_rows[matching.positionOfStep[step]];
             break;
-        for (const Repair& repair : repairs)
-            m_rows[repair.position] = system.ownRow(repair.column);
+        }
+        for (std::size_t i = known; i < repairs.size(); ++i)
+            m_rows[m_positionOfRow[repairs[i].row]] = system.ownRow(repairs[i].column);
     }
+    m_rows = basis;
+    listPositions();
     m_queue.resize(m_size);
 }
 
@@ -45,15 +50,15 @@ void Factor::listPositions()
         m_positionOfRow[m_rows[position]] = position;
 }
 
-void Factor::assign(Index step, Index position, Index column)
+void Factor::assign(Index step, Index position, Index column, Matching& matching)
 {
-    m_positionOfStep[step] = position;
+    matching.positionOfStep[step] = position;
+    matching.stepOfPosition[position] = step;
     m_columnOfStep[step] = column;
-    m_stepOfPosition[position] = step;
-    m_stepOfColumn[column] = step;
+    m_stepOf[column] = step;
 }
 
-void Factor::takeRowSingletons()
+void Factor::takeRowSingletons(Matching& matching)
 {
     std::vector<Index> count(m_size), todo;
     for (Index position = 0; position < m_size; ++position) {
@@ -65,13 +70,12 @@ void Factor::takeRowSingletons()
         const Index position = todo[next];
         if (count[position] != 1)
             continue; // another row has taken its column: dependent, left for the bump to find
-        for (const Cell& term : m_system->terms(m_rows[position])) {
-            if (m_stepOfColumn[term.column] != none)
+        for (const Term& term : m_system->terms(m_rows[position])) {
+            if (m_stepOf[term.column] != none)
                 continue;
             if (std::abs(term.coefficient) < smallestPivot)
                 break;
-            m_pivot[m_bumpBegin] = term.coefficient;
-            assign(m_bumpBegin++, position, term.column);
+            assign(m_bumpBegin++, position, term.column, matching);
             visitColumn(term.column, [&](Index other, double) {
                 if (--count[other] == 1)
                     todo.push_back(other);
@@ -81,13 +85,13 @@ void Factor::takeRowSingletons()
     }
 }
 
-void Factor::takeColumnSingletons()
+void Factor::takeColumnSingletons(Matching& matching)
 {
     std::vector<Index> count(m_size, 0), todo;
     for (Index column = 0; column < m_size; ++column) {
-        if (m_stepOfColumn[column] != none)
+        if (m_stepOf[column] != none)
             continue;
-        visitColumn(column, [&](Index position, double) { count[column] += m_stepOfPosition[position] == none; });
+        visitColumn(column, [&](Index position, double) { count[column] += matching.stepOfPosition[position] == none; });
         if (count[column] == 1)
             todo.push_back(column);
     }
@@ -99,7 +103,7 @@ void Factor::takeColumnSingletons()
         Index left = none;
         double coefficient = 0.0;
         visitColumn(column, [&](Index position, double its) {
-            if (m_stepOfPosition[position] == none) {
+            if (matching.stepOfPosition[position] == none) {
                 left = position;
                 coefficient = its;
             }
@@ -107,41 +111,35 @@ void Factor::takeColumnSingletons()
         if (left == none || std::abs(coefficient) < smallestPivot)
             continue;
         // Taken from the end: what is found first is derived last.
-        m_pivot[--m_bumpEnd] = coefficient;
-        assign(m_bumpEnd, left, column);
-        for (const Cell& term : m_system->terms(m_rows[left])) {
-            if (m_stepOfColumn[term.column] == none && --count[term.column] == 1)
+        assign(--m_bumpEnd, left, column, matching);
+        for (const Term& term : m_system->terms(m_rows[left])) {
+            if (m_stepOf[term.column] == none && --count[term.column] == 1)
                 todo.push_back(term.column);
         }
     }
 }
 
-bool Factor::factorBump(std::vector<Repair>& repairs)
+// What no order makes triangular.
+void Factor::takeBump(Matching& matching)
+{
+    Index column = 0;
+    for (Index position = 0, step = m_bumpBegin; step < m_bumpEnd; ++position) {
+        if (matching.stepOfPosition[position] != none)
+            continue;
+        while (m_stepOf[column] != none)
+            ++column;
+        assign(step++, position, column, matching);
+    }
+}
+
+bool Factor::factorBump(const Matching& matching, std::vector<Repair>& repairs)
 {
     const Index size = m_bumpEnd - m_bumpBegin;
-    if (size == 0) {
-        m_bump.clear();
-        return true;
-    }
-    Index step = m_bumpBegin;
-    for (Index position = 0; position < m_size; ++position) {
-        if (m_stepOfPosition[position] == none) {
-            m_stepOfPosition[position] = step;
-            m_positionOfStep[step++] = position;
-        }
-    }
-    step = m_bumpBegin;
-    for (Index column = 0; column < m_size; ++column) {
-        if (m_stepOfColumn[column] == none) {
-            m_stepOfColumn[column] = step;
-            m_columnOfStep[step++] = column;
-        }
-    }
     m_bump.assign(std::size_t(size) * size, 0.0);
     for (Index i = 0; i < size; ++i) {
-        for (const Cell& term : m_system->terms(m_rows[m_positionOfStep[m_bumpBegin + i]])) {
-            if (isInBump(m_stepOfColumn[term.column]))
-                m_bump[std::size_t(i) * size + (m_stepOfColumn[term.column] - m_bumpBegin)] = term.coefficient;
+        for (const Term& term : m_system->terms(m_rows[matching.positionOfStep[m_bumpBegin + i]])) {
+            if (isInBump(m_stepOf[term.column]))
+                m_bump[std::size_t(i) * size + (m_stepOf[term.column] - m_bumpBegin)] = term.coefficient;
         }
     }
     // Gauss elimination with row exchanges; columns without a pivot are put aside with the rows left over.
@@ -178,28 +176,22 @@ bool Factor::factorBump(std::vector<Repair>& repairs)
         ++rank;
     }
     for (std::size_t i = 0; i < freeColumns.size(); ++i) {
-        repairs.push_back(
-            {m_positionOfStep[m_bumpBegin + m_bumpOrder[rank + i]], m_columnOfStep[m_bumpBegin + freeColumns[i]]});
+        repairs.push_back({m_rows[matching.positionOfStep[m_bumpBegin + m_bumpOrder[rank + i]]],
+                           m_columnOfStep[m_bumpBegin + freeColumns[i]]});
     }
     return freeColumns.empty();
 }
 
-Index Factor::columnOf(Index position) const
-{
-    const Index step = m_stepOfPosition[position];
-    return isInBump(step) ? none : m_columnOfStep[step];
-}
-
 bool Factor::replace(Index position, Index row)
 {
-    const Index step = m_stepOfPosition[position];
+    const Index step = m_stepOf[position];
     if (isInBump(step) || !m_exchanges.empty())
         return false;
     double pivot = 0.0;
-    for (const Cell& term : m_system->terms(row)) {
-        if (term.column == m_columnOfStep[step])
+    for (const Term& term : m_system->terms(row)) {
+        if (term.column == position)
             pivot = term.coefficient;
-        else if (m_stepOfColumn[term.column] > step)
+        else if (m_stepOf[term.column] > step)
             return false;
     }
     if (std::abs(pivot) < smallestPivot)
@@ -207,7 +199,6 @@ bool Factor::replace(Index position, Index row)
     m_positionOfRow[m_rows[position]] = none;
     m_positionOfRow[row] = position;
     m_rows[position] = row;
-    m_pivot[step] = pivot;
     return true;
 }
 

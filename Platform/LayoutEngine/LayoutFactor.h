@@ -9,19 +9,20 @@ namespace RVCore::LayoutInternal {
 
 // A factored square matrix of rows of a System, one row for each position.
 //
-// factor() orders rows and columns so that the matrix is lower triangular but for one block in the middle
+// factor() puts each row at the position of the column that it is derived for, and orders rows and columns so that the matrix is lower triangular but for one block in the middle
 // (the bump), which is empty for chains and trees and is kept dense. The steps of that order are the order
 // in which values are derived. An exchange of a row is added as one elementary factor until the next factor().
 // Limit: a bump of b rows costs b^2 memory and b^3 time.
 class Factor {
 public:
     struct Repair {
-        Index position;
-        Index column; // whose own row stands in for the dependent row that was at position
+        Index row; // that depends on others
+        Index column; // whose own row stands in for it
     };
 
-    // Factors the rows basis[position]. Rows that depend on others are replaced, and what was replaced is listed.
-    void factor(const System&, std::span<const Index> basis, std::vector<Repair>&);
+    // Factors the rows of a basis and puts them into the order of their positions. Rows that depend on others are
+    // replaced, and what was replaced is listed.
+    void factor(const System&, std::vector<Index>& basis, std::vector<Repair>&);
     // The vectors that are consumed come back empty; results are added to an empty vector.
     void solve(SparseVector& positions, SparseVector& columns);
     void solveTransposed(SparseVector& columns, SparseVector& positions);
@@ -30,8 +31,7 @@ public:
     // Takes another row in place of the one at a position, to be derived for the same column. False, and nothing is
     // done, where the order does not allow that, or when there are exchanges.
     bool replace(Index position, Index row);
-    // The column that the row at a position is derived for; none within the bump.
-    Index columnOf(Index position) const;
+    bool isInBump(Index step) const { return step >= m_bumpBegin && step < m_bumpEnd; }
     // Appends the exchange of the row at a position; alpha is the new row in terms of the present ones.
     void exchange(Index position, const SparseVector& alpha);
     std::size_t exchangeCount() const { return m_exchanges.size(); }
@@ -43,14 +43,19 @@ public:
     void derive(std::span<const double> targets, std::span<const Index> affected, std::vector<double>& values,
                 std::vector<Index>& changed);
 
-    // The place of a position in the order of derivation.
-    Index step(Index position) const { return m_stepOfPosition[position]; }
+    // The place of a position, or of its column, in the order of derivation.
+    Index step(Index position) const { return m_stepOf[position]; }
 
 private:
     struct Exchange {
         Index position;
         double pivot;
         std::size_t firstTerm, lastTerm;
+    };
+
+    // While rows still are where the caller had them.
+    struct Matching {
+        std::vector<Index> positionOfStep, stepOfPosition;
     };
 
     void listPositions();
@@ -62,24 +67,24 @@ private:
                 visit(m_positionOfRow[cell.row], cell.coefficient);
         }
     }
-    void takeRowSingletons();
-    void takeColumnSingletons();
-    void assign(Index step, Index position, Index column);
-    bool factorBump(std::vector<Repair>&);
+    void takeRowSingletons(Matching&);
+    void takeColumnSingletons(Matching&);
+    void assign(Index step, Index position, Index column, Matching&);
+    void takeBump(Matching&);
+    bool factorBump(const Matching&, std::vector<Repair>&);
+    double pivot(Index column) const { return m_system->coefficient(m_rows[column], column); }
     void solveBump(std::vector<double>&);
     void solveBumpTransposed(std::vector<double>&);
     void deriveBump(std::span<const double> targets, std::vector<double>& values, std::vector<Index>& changed);
     void deriveStep(Index step, std::span<const double> targets, std::vector<double>& values,
                     std::vector<Index>& changed);
     void setDerived(Index column, double value, std::vector<double>& values, std::vector<Index>& changed);
-    bool isInBump(Index step) const { return step >= m_bumpBegin && step < m_bumpEnd; }
 
     const System* m_system = nullptr;
     Index m_size = 0;
     std::vector<Index> m_rows;          // by position
     std::vector<Index> m_positionOfRow; // none for rows that are not in the matrix
-    std::vector<Index> m_positionOfStep, m_columnOfStep, m_stepOfPosition, m_stepOfColumn;
-    std::vector<double> m_pivot; // by step, outside the bump
+    std::vector<Index> m_columnOfStep, m_stepOf; // by step, and by column, which is by position
     Index m_bumpBegin = 0, m_bumpEnd = 0;
     std::vector<double> m_bump;     // L and U, row by row
     std::vector<Index> m_bumpOrder; // bump row that was taken as i-th pivot row

@@ -14,12 +14,12 @@ void Factor::solve(SparseVector& positions, SparseVector& columns)
             positions.set(exchange.position, rest / exchange.pivot);
     }
     for (const Index position : positions.indices())
-        m_queue.push(m_stepOfPosition[position]);
+        m_queue.push(m_stepOf[position]);
     const auto pushOn = [&](Index column, double value) {
         columns.add(column, value);
-        const Index step = m_stepOfColumn[column];
+        const Index step = m_stepOf[column];
         visitColumn(column, [&](Index position, double coefficient) {
-            const Index other = m_stepOfPosition[position];
+            const Index other = m_stepOf[position];
             if (other > step && !(isInBump(step) && isInBump(other))) {
                 positions.add(position, -coefficient * value);
                 m_queue.push(other);
@@ -33,15 +33,15 @@ void Factor::solve(SparseVector& positions, SparseVector& columns)
         if (isInBump(step)) {
             m_bumpWork.clear();
             for (Index i = m_bumpBegin; i < m_bumpEnd; ++i)
-                m_bumpWork.push_back(positions[m_positionOfStep[i]]);
+                m_bumpWork.push_back(positions[m_columnOfStep[i]]);
             solveBump(m_bumpWork);
             for (Index i = m_bumpBegin; i < m_bumpEnd; ++i) {
                 if (m_bumpWork[i - m_bumpBegin] != 0.0)
                     pushOn(m_columnOfStep[i], m_bumpWork[i - m_bumpBegin]);
             }
             done = m_bumpEnd;
-        } else if (const double value = positions[m_positionOfStep[step]]; value != 0.0) {
-            pushOn(m_columnOfStep[step], value / m_pivot[step]);
+        } else if (const double value = positions[m_columnOfStep[step]]; value != 0.0) {
+            pushOn(m_columnOfStep[step], value / pivot(m_columnOfStep[step]));
         }
     }
     positions.clear();
@@ -52,12 +52,12 @@ void Factor::solveTransposed(SparseVector& columns, SparseVector& positions)
     // The queue ascends, so the steps are counted from the end.
     const Index last = m_size - 1;
     for (const Index column : columns.indices())
-        m_queue.push(last - m_stepOfColumn[column]);
+        m_queue.push(last - m_stepOf[column]);
     const auto pushOn = [&](Index position, double value) {
         positions.add(position, value);
-        const Index step = m_stepOfPosition[position];
-        for (const Cell& term : m_system->terms(m_rows[position])) {
-            const Index other = m_stepOfColumn[term.column];
+        const Index step = m_stepOf[position];
+        for (const Term& term : m_system->terms(m_rows[position])) {
+            const Index other = m_stepOf[term.column];
             if (other < step && !(isInBump(step) && isInBump(other))) {
                 columns.add(term.column, -term.coefficient * value);
                 m_queue.push(last - other);
@@ -77,10 +77,10 @@ void Factor::solveTransposed(SparseVector& columns, SparseVector& positions)
             solveBumpTransposed(m_bumpWork);
             for (Index i = m_bumpBegin; i < m_bumpEnd; ++i) {
                 if (m_bumpWork[i - m_bumpBegin] != 0.0)
-                    pushOn(m_positionOfStep[i], m_bumpWork[i - m_bumpBegin]);
+                    pushOn(m_columnOfStep[i], m_bumpWork[i - m_bumpBegin]);
             }
         } else if (const double value = columns[m_columnOfStep[step]]; value != 0.0) {
-            pushOn(m_positionOfStep[step], value / m_pivot[step]);
+            pushOn(m_columnOfStep[step], value / pivot(m_columnOfStep[step]));
         }
     }
     columns.clear();
@@ -142,7 +142,7 @@ void Factor::derive(std::span<const double> targets, std::span<const Index> affe
                     std::vector<Index>& changed)
 {
     for (const Index position : affected)
-        m_queue.push(m_stepOfPosition[position]);
+        m_queue.push(m_stepOf[position]);
     Index done = 0;
     for (Index step = m_queue.pop(); step != none; step = m_queue.pop()) {
         if (step < done)
@@ -159,24 +159,26 @@ void Factor::derive(std::span<const double> targets, std::span<const Index> affe
 void Factor::deriveStep(Index step, std::span<const double> targets, std::vector<double>& values,
                         std::vector<Index>& changed)
 {
-    const Index position = m_positionOfStep[step];
     const Index column = m_columnOfStep[step];
-    double sum = targets[m_rows[position]];
-    for (const Cell& term : m_system->terms(m_rows[position])) {
+    double sum = targets[m_rows[column]];
+    double pivot = 1.0;
+    for (const Term& term : m_system->terms(m_rows[column])) {
         if (term.column != column)
             sum -= term.coefficient * values[term.column];
+        else
+            pivot = term.coefficient;
     }
-    setDerived(column, sum / m_pivot[step], values, changed);
+    setDerived(column, sum / pivot, values, changed);
 }
 
 void Factor::deriveBump(std::span<const double> targets, std::vector<double>& values, std::vector<Index>& changed)
 {
     m_bumpWork.clear();
     for (Index i = m_bumpBegin; i < m_bumpEnd; ++i) {
-        const Index position = m_positionOfStep[i];
+        const Index position = m_columnOfStep[i];
         double sum = targets[m_rows[position]];
-        for (const Cell& term : m_system->terms(m_rows[position])) {
-            if (!isInBump(m_stepOfColumn[term.column]))
+        for (const Term& term : m_system->terms(m_rows[position])) {
+            if (!isInBump(m_stepOf[term.column]))
                 sum -= term.coefficient * values[term.column];
         }
         m_bumpWork.push_back(sum);
@@ -193,9 +195,9 @@ void Factor::setDerived(Index column, double value, std::vector<double>& values,
         return;
     values[column] = value;
     changed.push_back(column);
-    const Index step = m_stepOfColumn[column];
+    const Index step = m_stepOf[column];
     visitColumn(column, [&](Index position, double) {
-        const Index other = m_stepOfPosition[position];
+        const Index other = m_stepOf[position];
         if (other > step && !(isInBump(step) && isInBump(other)))
             m_queue.push(other);
     });

@@ -71,7 +71,7 @@ void Simplex::chooseFirstBasis()
         if (unknowns[row] != 1)
             continue;
         Index column = none;
-        for (const Cell& term : m_system->terms(row)) {
+        for (const Term& term : m_system->terms(row)) {
             if (!isKnown[term.column])
                 column = term.column;
         }
@@ -94,11 +94,10 @@ void Simplex::fillVacancies()
 {
     bool needsFirstBasis = false;
     for (const Index position : m_vacant) {
-        const Index column = m_isDirty ? none : m_factor.columnOf(position);
-        if (column == none)
+        if (m_isDirty || m_factor.isInBump(m_factor.step(position)))
             needsFirstBasis = true;
         else
-            open(column, position);
+            open(position, position); // which is the column, too
     }
     for (const Index row : m_newRows)
         openWeakColumnsOf(row);
@@ -125,7 +124,7 @@ void Simplex::open(Index column, Index position)
 
 void Simplex::openWeakColumnsOf(Index row)
 {
-    for (const Cell& term : m_system->terms(row)) {
+    for (const Term& term : m_system->terms(row)) {
         const Index own = m_system->ownRow(term.column);
         Index strength = none;
         if (isBasic(own) && m_spot[own] == bestKink(own, strength) && strength >= m_system->firstFreeLevel())
@@ -138,7 +137,7 @@ void Simplex::fillOpenColumns()
     constexpr std::greater<> isWeaker; // of equally strong rows, the higher one
     const auto waitIfLast = [&](Index row) {
         const auto terms = m_system->terms(row);
-        const auto isOpen = [&](const Cell& term) { return m_work->openPosition[term.column] != none; };
+        const auto isOpen = [&](const Term& term) { return m_work->openPosition[term.column] != none; };
         if (std::count_if(terms.begin(), terms.end(), isOpen) != 1)
             return;
         // A row that holds another column already is not free to hold this one.
@@ -161,10 +160,10 @@ void Simplex::fillOpenColumns()
         m_work->waiting.pop_back();
         const auto terms = m_system->terms(row);
         const auto taken = std::find_if(terms.begin(), terms.end(),
-                                        [&](const Cell& term) { return m_work->openPosition[term.column] != none; });
+                                        [&](const Term& term) { return m_work->openPosition[term.column] != none; });
         if (taken == terms.end())
             continue;
-        const Index column = taken->column;
+        const Index column = (*taken).column;
         takePlace(row, std::exchange(m_work->openPosition[column], none));
         --left;
         for (const Cell& cell : m_system->entries(column))

@@ -1,9 +1,7 @@
 #include "LayoutModel.h"
 
 #include "LayoutCheck.h"
-#include "LayoutHash.h"
 
-#include <bit>
 #include <cmath>
 #include <utility>
 
@@ -29,16 +27,16 @@ Index Model::addVariable(std::uint64_t owner)
         m_variables.addOne();
     m_variables[index].owner = owner;
     m_variables[index].value = 0.0;
-    m_areAlive.resize(m_variables.size(), 0);
-    m_areAlive[index] = 1;
+    m_areAlive.resize(m_variables.size(), false);
+    m_areAlive[index] = true;
     return index;
 }
 
 void Model::removeVariable(Index index)
 {
-    for (const ClassUse& use : m_variables[index].classes)
-        check(!m_classes[use.formClass].hasConstraints(), "a variable was removed that an installed constraint uses");
-    m_areAlive[index] = 0;
+    for (const Index use : m_variables[index].classes)
+        check(!m_classes[use].hasConstraints(), "a variable was removed that an installed constraint uses");
+    m_areAlive[index] = false;
     // Until the solver has let go of it, the number cannot stand for another variable.
     (m_variables[index].part == none ? m_freeVariables : m_removedVariables).push_back(index);
 }
@@ -79,10 +77,11 @@ void Model::normalise(std::span<const LayoutTerm> terms)
         if (std::abs(term.coefficient) > std::abs(m_formScale))
             m_formScale = term.coefficient;
     }
-    if (m_formScale == 1.0)
-        return;
-    for (Term& term : m_form)
+    m_words.clear();
+    for (Term& term : m_form) {
         term.coefficient /= m_formScale;
+        appendPacked(term, m_words);
+    }
 }
 
 void Model::sumRepeated()
@@ -112,8 +111,7 @@ Index Model::takenOutBefore()
     for (std::size_t place = m_nextPutBack; place < end; ++place) {
         if (m_takenOut[place] == none)
             continue;
-        const auto& terms = m_classes[m_constraints[m_takenOut[place]].formClass].terms;
-        if (std::equal(terms.begin(), terms.end(), m_form.begin(), m_form.end())) {
+        if (isOfForm(m_classes[m_constraints[m_takenOut[place]].formClass])) {
             m_nextPutBack = place + 1;
             return Index(place);
         }
@@ -121,10 +119,35 @@ Index Model::takenOutBefore()
     return none;
 }
 
-bool Model::saysTheSame(const Constraint& gone, LayoutRelation relation, double constant, float priority) const
+bool Model::isOfForm(const FormClass& formClass) const
 {
+    return std::equal(formClass.words.begin(), formClass.words.end(), m_words.begin(), m_words.end());
+}
+
+double Model::scale(Index index) const
+{
+    const Constraint& constraint = m_constraints[index];
+    if (constraint.isScaled)
+        return m_scales.at(index);
+    return constraint.isNegated ? -1.0 : 1.0;
+}
+
+void Model::setScale(Index index, double scale)
+{
+    Constraint& constraint = m_constraints[index];
+    if (constraint.isScaled)
+        m_scales.erase(index);
+    constraint.isNegated = scale == -1.0;
+    constraint.isScaled = scale != 1.0 && scale != -1.0;
+    if (constraint.isScaled)
+        m_scales[index] = scale;
+}
+
+bool Model::saysTheSame(Index index, LayoutRelation relation, double constant, float priority) const
+{
+    const Constraint& gone = m_constraints[index];
     return gone.relation == relation && gone.constant == constant && gone.priority == priority &&
-           gone.scale == m_formScale && !gone.isLeftOut;
+           scale(index) == m_formScale && !gone.isLeftOut;
 }
 
 Index Model::makeConstraint()
@@ -155,44 +178,32 @@ void Model::takeNotedClasses(std::vector<Index>& taken)
     taken.swap(m_notedClasses);
 }
 
-std::uint64_t Model::hashOf(std::span<const Term> form)
-{
-    std::uint64_t hash = 0;
-    for (const Term& term : form)
-        hash = mixed(mixed(hash, term.column), std::bit_cast<std::uint64_t>(term.coefficient));
-    return hash;
-}
-
 Index Model::classOfForm()
 {
-    const std::uint64_t hash = hashOf(m_form);
-    if (const Index found = findClass(hash); found != none)
+    if (const Index found = findClass(); found != none)
         return found;
     const Index index = take(m_freeClasses, m_classes.size());
     if (index == m_classes.size())
         m_classes.addOne();
     FormClass& made = m_classes[index];
-    made.terms.assign(m_form);
+    made.words.assign(m_words);
     for (const Term& term : m_form)
-        m_variables[term.column].classes.append({index, std::uint32_t(hash)});
+        m_variables[term.column].classes.append(index);
     return index;
 }
 
 // Looks where the rarest of the form's variables occurs. Nearly every form has one that occurs a few times only, and
 // that place is about to be needed anyhow, which cannot be said of a table.
-Index Model::findClass(std::uint64_t hash) const
+Index Model::findClass() const
 {
     const Variable* rarest = &m_variables[m_form.front().column];
     for (const Term& term : m_form) {
         if (m_variables[term.column].classes.size() < rarest->classes.size())
             rarest = &m_variables[term.column];
     }
-    for (const ClassUse& use : rarest->classes) {
-        if (use.hash != std::uint32_t(hash))
-            continue;
-        const auto& terms = m_classes[use.formClass].terms;
-        if (std::equal(terms.begin(), terms.end(), m_form.begin(), m_form.end()))
-            return use.formClass;
+    for (const Index use : rarest->classes) {
+        if (isOfForm(m_classes[use]))
+            return use;
     }
     return none;
 }
@@ -202,16 +213,16 @@ void Model::removeClasses(std::span<const Index> gone)
     std::vector<Index> variables;
     for (const Index index : gone) {
         FormClass& formClass = m_classes[index];
-        for (const Term& term : formClass.terms)
+        for (const Term& term : formClass.terms())
             variables.push_back(term.column);
-        formClass.terms.clear();
+        formClass.words.clear();
         m_freeClasses.push_back(index);
     }
     std::sort(variables.begin(), variables.end());
     variables.erase(std::unique(variables.begin(), variables.end()), variables.end());
     for (const Index variable : variables)
         m_variables[variable].classes.eraseIf(
-            [&](const ClassUse& use) { return m_classes[use.formClass].terms.empty(); });
+            [&](Index use) { return m_classes[use].words.empty(); });
 }
 
 void Model::enter(Index index, FormClass& formClass)
@@ -221,7 +232,8 @@ void Model::enter(Index index, FormClass& formClass)
         entered.next = index;
     } else {
         Constraint& last = m_constraints[formClass.last];
-        entered.next = std::exchange(last.next, index);
+        entered.next = last.next;
+        last.next = index;
     }
     formClass.last = index;
 }
@@ -256,7 +268,7 @@ Index Model::addConstraint(std::span<const LayoutTerm> terms, LayoutRelation rel
     normalise(terms);
     const Index place = m_form.empty() ? none : takenOutBefore();
     const bool isPutBack =
-        place != none && saysTheSame(m_constraints[m_takenOut[place]], relation, constant, priority);
+        place != none && saysTheSame(m_takenOut[place], relation, constant, priority);
     const Index formClass = m_form.empty()  ? none
                             : place != none ? m_constraints[m_takenOut[place]].formClass
                                             : classOfForm();
@@ -270,7 +282,7 @@ Index Model::addConstraint(std::span<const LayoutTerm> terms, LayoutRelation rel
     made.isAlive = true;
     made.isLeftOut = false;
     made.isInConflict = false;
-    made.scale = m_form.empty() ? 1.0 : m_formScale;
+    setScale(index, m_form.empty() ? 1.0 : m_formScale);
     made.formClass = formClass;
     if (formClass == none) {
         m_conflictsByThemselves.push_back(index);
@@ -287,7 +299,6 @@ void Model::removeConstraint(Index index)
     gone.isAlive = false;
     if (gone.isInConflict)
         m_changedConflictMembers.push_back(index);
-    ++gone.generation;
     if (gone.formClass == none) {
         std::erase(m_conflictsByThemselves, index);
         m_freeConstraints.push_back(index);
@@ -325,10 +336,10 @@ double Model::violation(Index index) const
     const Constraint& constraint = m_constraints[index];
     double sum = 0.0;
     if (constraint.formClass != none) {
-        for (const Term& term : m_classes[constraint.formClass].terms)
+        for (const Term& term : m_classes[constraint.formClass].terms())
             sum += term.coefficient * m_variables[term.column].value;
     }
-    const double excess = sum * constraint.scale - constraint.constant;
+    const double excess = sum * scale(index) - constraint.constant;
     switch (constraint.relation) {
     case LayoutRelation::lessThanOrEqual:
         return std::max(0.0, excess);

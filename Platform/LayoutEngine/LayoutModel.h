@@ -3,57 +3,56 @@
 #include "LayoutBlocks.h"
 #include "LayoutEngine.h"
 #include "LayoutInlineList.h"
-#include "LayoutSystem.h"
+#include "LayoutPackedForm.h"
 
 #include <span>
+#include <unordered_map>
 #include <vector>
 
 namespace RVCore::LayoutInternal {
 
-// Where a variable occurs.
-struct ClassUse {
-    Index formClass = none;
-    std::uint32_t hash = 0; // a part of the class's
-};
-
-struct alignas(64) Variable {
+struct Variable {
     std::uint64_t owner = 0;
     double value = 0.0;
     Index part = none;
-    Index column = none; // within the part
-    InlineList<ClassUse, 4> classes;
+    Index column = none;         // within the part
+    InlineList<Index, 3> classes; // that it occurs in
 };
-static_assert(sizeof(Variable) == 64, "there are four for each view: one line of the cache each");
+static_assert(sizeof(Variable) == 40, "there are four for each view");
 
-struct Constraint {
+struct [[gnu::packed, gnu::aligned(4)]] Constraint {
     std::uint64_t owner = 0;
-    std::uint64_t sequence : 48 = 0; // order of installation
-    bool isAlive : 1 = false;
-    bool isLeftOut : 1 = false;
-    bool isInConflict : 1 = false; // named by a standing conflict
-    LayoutRelation relation = LayoutRelation::equal;
     double constant = 0.0;
-    double scale = 1.0;     // the constraint's form is scale times the form of its class
+    std::uint64_t sequence : 48 = 0; // order of installation
+    std::uint64_t isAlive : 1 = false;
+    std::uint64_t isLeftOut : 1 = false;
+    std::uint64_t isInConflict : 1 = false; // named by a standing conflict
+    std::uint64_t isScaled : 1 = false;     // by another factor than 1 and -1, which the model knows
+    std::uint64_t isNegated : 1 = false;
+    LayoutRelation relation = LayoutRelation::equal;
     Index formClass = none; // none for a form without variables
     Index next = none;      // of its class, in order of installation; of the last one, the first
-    std::uint32_t generation = 0;
     float priority = 0.0f;
+
+    // Tells constraints apart that had the same number one after another.
+    std::uint32_t generation() const { return std::uint32_t(sequence); }
 };
-static_assert(sizeof(Constraint) == 48, "there are a dozen for each view");
+static_assert(sizeof(Constraint) == 36, "there are a dozen for each view");
 
 // All constraints over the same linear form, up to scale. They share one row of a System. The largest
 // coefficient of the form is 1.
-struct alignas(64) FormClass {
-    InlineList<Term, 3> terms; // `column` is the variable; in ascending order
-    Index last = none;         // its newest constraint, the end of a ring; none without any
+struct alignas(32) FormClass {
+    InlineList<std::uint32_t, 3> words; // of the terms, over variables in ascending order
+    Index last = none;                  // its newest constraint, the end of a ring; none without any
     Index part = none;
     Index row = none;             // within the part
     std::uint32_t edits : 31 = 0; // since the last solve, without those that were taken back
     bool isNoted : 1 = false;
 
+    PackedTerms terms() const { return {{words.begin(), words.end()}}; }
     bool hasConstraints() const { return last != none; }
 };
-static_assert(sizeof(FormClass) == 64, "there are half a dozen for each view: one line of the cache each");
+static_assert(sizeof(FormClass) == 32, "there are half a dozen for each view");
 
 // The numbers of a class's constraints, in order of installation.
 class ConstraintRing {
@@ -92,7 +91,7 @@ class Model {
 public:
     Index addVariable(std::uint64_t owner);
     void removeVariable(Index);
-    bool isAlive(Index variable) const { return variable < m_areAlive.size() && m_areAlive[variable] != 0; }
+    bool isAlive(Index variable) const { return variable < m_areAlive.size() && m_areAlive[variable]; }
 
     Index addConstraint(std::span<const LayoutTerm>, LayoutRelation, double constant, float priority,
                         std::uint64_t owner);
@@ -122,8 +121,8 @@ public:
     // Makes the numbers of removed variables that are in no part any more free for use.
     void recycleVariables();
 
-    // The same for equal forms, up to scale.
-    static std::uint64_t hashOf(std::span<const Term> form);
+    // The constraint's form is so many times the form of its class.
+    double scale(Index constraint) const;
     // By how much a constraint is violated with the variables' present values, in its own units.
     double violation(Index constraint) const;
     static bool holdsByItself(const Constraint&);
@@ -132,18 +131,21 @@ private:
     void normalise(std::span<const LayoutTerm>);
     void sumRepeated();
     Index classOfForm();
-    Index findClass(std::uint64_t hash) const;
+    Index findClass() const;
+    bool isOfForm(const FormClass&) const;
+    void setScale(Index constraint, double scale);
     Index takenOutBefore();
     Index makeConstraint();
     void enter(Index constraint, FormClass&);
     void takeOut(Index constraint, FormClass&);
-    bool saysTheSame(const Constraint&, LayoutRelation, double constant, float priority) const;
+    bool saysTheSame(Index constraint, LayoutRelation, double constant, float priority) const;
     void noteEdit(Index formClass, int edits);
 
     Blocks<Variable> m_variables;
     Blocks<Constraint> m_constraints;
     Blocks<FormClass> m_classes;
-    std::vector<std::uint8_t> m_areAlive; // by variable; apart, since every constraint that comes asks
+    std::vector<bool> m_areAlive; // by variable; apart, since every constraint that comes asks
+    std::unordered_map<Index, double> m_scales; // by constraint, of the scaled ones
     std::vector<Index> m_freeVariables, m_freeConstraints, m_freeClasses;
     std::vector<Index> m_removedVariables; // still in a part
     std::vector<Index> m_notedClasses;
@@ -154,6 +156,7 @@ private:
     std::uint64_t m_sequence = 0;
     // The form being installed.
     std::vector<Term> m_form;
+    std::vector<std::uint32_t> m_words;
     double m_formScale = 1.0;
 };
 

@@ -35,27 +35,27 @@ void Part::build(Model& model, Index number, const std::vector<Index>& variables
         Variable& variable = model.variables()[m_variables[column]];
         variable.part = number;
         variable.column = column;
-        for (const ClassUse& use : variable.classes) {
-            FormClass& formClass = model.classes()[use.formClass];
-            if (!formClass.hasConstraints() || formClass.terms.front().column != m_variables[column])
+        for (const Index use : variable.classes) {
+            FormClass& formClass = model.classes()[use];
+            if (!formClass.hasConstraints() || formClass.terms().front().column != m_variables[column])
                 continue;
             formClass.part = number;
             ++m_classCount;
-            if (formClass.terms.size() == 1) {
+            if (formClass.terms().isSingle()) {
                 formClass.row = column;
-                m_classes[column] = use.formClass;
+                m_classes[column] = use;
             } else {
-                m_classes.push_back(use.formClass);
-                terms += formClass.terms.size();
+                m_classes.push_back(use);
+                terms += formClass.terms().size();
             }
-            for (const Index constraint : model.constraintsOf(use.formClass))
+            for (const Index constraint : model.constraintsOf(use))
                 addPriority(model.constraints()[constraint].priority);
         }
     }
     std::stable_sort(m_classes.begin() + columns, m_classes.end()); // by merging, for they mostly are in order
     // 2. The forms.
     m_system.clear(Index(m_priorities.size()) + 2, 2);
-    m_system.reserve(columns, m_classes.size(), columns + terms);
+    m_system.reserve(columns, m_classes.size(), terms);
     for (Index column = 0; column < columns; ++column)
         m_system.addColumn();
     for (Index row = columns; row < m_classes.size(); ++row)
@@ -74,7 +74,7 @@ void Part::build(Model& model, Index number, const std::vector<Index>& variables
 Index Part::addForm(const Model& model, Index formClass)
 {
     m_form.clear();
-    for (const Term& term : model.classes()[formClass].terms)
+    for (const Term& term : model.classes()[formClass].terms())
         m_form.push_back({model.variables()[term.column].column, term.coefficient});
     return m_system.addRow(m_form);
 }
@@ -124,8 +124,8 @@ void Part::addClass(Model& model, Index index)
     FormClass& formClass = model.classes()[index];
     formClass.part = m_number;
     ++m_classCount;
-    if (formClass.terms.size() == 1) {
-        formClass.row = m_system.ownRow(model.variables()[formClass.terms.front().column].column);
+    if (formClass.terms().isSingle()) {
+        formClass.row = m_system.ownRow(model.variables()[formClass.terms().front().column].column);
         return update(model, index);
     }
     ++m_wear;
@@ -180,7 +180,7 @@ void Part::collectCosts(const Model& model, Index row)
         for (const Index index : model.constraintsOf(m_classes[row])) {
             const Constraint& constraint = model.constraints()[index];
             if (!constraint.isLeftOut)
-                m_costs.push_back(costOf(constraint, levelOf(constraint.priority)));
+                m_costs.push_back(costOf(constraint, model.scale(index), levelOf(constraint.priority)));
         }
     }
     if (m_system.isOwnRow(row)) {

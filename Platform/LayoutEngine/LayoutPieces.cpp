@@ -24,12 +24,12 @@ StoredPiece stored(const Piece& piece, double slope)
 
 } // namespace
 
-double storePieces(std::span<const Piece> pieces, std::vector<StoredPiece>& result)
+double storePieces(std::span<const Piece> pieces, Pairing pairing, std::vector<StoredPiece>& result)
 {
     double slopeOfPairs = 0.0;
     for (std::size_t i = 0; i < pieces.size(); ++i) {
         const Piece& piece = pieces[i];
-        if (i + 1 < pieces.size() && isPair(piece, pieces[i + 1]) &&
+        if (pairing == Pairing::on && i + 1 < pieces.size() && isPair(piece, pieces[i + 1]) &&
             (slopeOfPairs == 0.0 || slopeOfPairs == -piece.left)) {
             slopeOfPairs = -piece.left;
             StoredPiece& pair = result.emplace_back(stored(piece, 0.0));

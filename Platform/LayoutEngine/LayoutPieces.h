@@ -34,9 +34,11 @@ struct StoredPiece {
     friend bool operator==(const StoredPiece&, const StoredPiece&) = default;
 };
 
+enum class Pairing : bool { off, on };
+
 // Appends pieces in the form in which they are kept; returns the slope of the pairs among them, 0 without any. A
 // piece with different slopes left and right becomes two.
-double storePieces(std::span<const Piece>, std::vector<StoredPiece>&);
+double storePieces(std::span<const Piece>, Pairing, std::vector<StoredPiece>&);
 
 // Stored pieces, read as what they stand for in a row whose pairs have a slope.
 class PieceRange {

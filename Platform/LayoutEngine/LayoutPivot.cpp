@@ -199,7 +199,7 @@ bool Simplex::exchange(const Candidate& candidate, const Event& entering, Effort
 
     // 1. The entering row in terms of the basis; its share of the leaving row is the pivot.
     if (entering.row != leaving) {
-        for (const Cell& term : m_system->terms(entering.row))
+        for (const Term& term : m_system->terms(entering.row))
             m_work->byColumn.add(term.column, term.coefficient);
         m_work->alpha.clear();
         m_factor.solveTransposed(m_work->byColumn, m_work->alpha);

@@ -60,7 +60,7 @@ void Simplex::applySlopeChanges()
     ++m_priceUpdates;
     for (const Index level : m_changedLevels) {
         for (const Term& change : m_slopeChanges[level]) {
-            for (const Cell& term : m_system->terms(change.column))
+            for (const Term& term : m_system->terms(change.column))
                 m_work->byColumn.add(term.column, change.coefficient * term.coefficient);
         }
         m_slopeChanges[level].clear();

@@ -1,18 +1,20 @@
 #pragma once
 
 #include "LayoutModel.h"
+#include "LayoutPieces.h"
 
 #include <vector>
 
 namespace RVCore::LayoutInternal {
 
-// What one constraint charges, in terms of its class's form. `kink` is not set yet.
-inline Piece costOf(const Constraint& constraint, Index level)
+// What one constraint, whose form is `scale` times that of its class, charges in terms of the class's form. `kink` is
+// not set yet.
+inline Piece costOf(const Constraint& constraint, double scale, Index level)
 {
-    const double magnitude = constraint.scale < 0.0 ? -constraint.scale : constraint.scale;
-    const int sense = int(constraint.relation) * (constraint.scale < 0.0 ? -1 : 1);
+    const double magnitude = scale < 0.0 ? -scale : scale;
+    const int sense = int(constraint.relation) * (scale < 0.0 ? -1 : 1);
     Piece piece;
-    piece.at = constraint.constant / constraint.scale + 0.0;
+    piece.at = constraint.constant / scale + 0.0;
     piece.left = sense >= 0 ? -magnitude : 0.0;
     piece.right = sense <= 0 ? magnitude : 0.0;
     piece.level = level;

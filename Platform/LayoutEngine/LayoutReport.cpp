@@ -55,14 +55,14 @@ LayoutExplanation Solver::explain(Index index)
         const double position = part.simplex().rowValue(row);
         for (const Index member : m_model.constraintsOf(part.classOf(row))) {
             const Constraint& constraint = m_model.constraints()[member];
-            const double at = constraint.constant / constraint.scale;
+            const double at = constraint.constant / m_model.scale(member);
             if (!constraint.isLeftOut && std::abs(at - position) <= 1e-9 * std::max(1.0, std::abs(position)))
                 result.holding.push_back({constraint.owner, handle(member), constraint.relation});
         }
     }
     std::vector<Index> touching;
-    for (const ClassUse& use : variable.classes) {
-        for (const Index member : m_model.constraintsOf(use.formClass)) {
+    for (const Index use : variable.classes) {
+        for (const Index member : m_model.constraintsOf(use)) {
             if (isViolated(m_model.constraints()[member], m_model.violation(member)))
                 touching.push_back(member);
         }
@@ -103,8 +103,8 @@ std::string Solver::description(const LayoutNaming& naming)
         text += "  " + nameOf(naming.constraint, 'c', constraint.owner) + ": ";
         bool isFirst = true;
         if (constraint.formClass != none) {
-            for (const Term& term : m_model.classes()[constraint.formClass].terms) {
-                const double coefficient = term.coefficient * constraint.scale;
+            for (const Term& term : m_model.classes()[constraint.formClass].terms()) {
+                const double coefficient = term.coefficient * m_model.scale(index);
                 text += coefficient < 0.0 ? (isFirst ? "-" : " - ") : (isFirst ? "" : " + ");
                 if (std::abs(coefficient) != 1.0)
                     text += number(std::abs(coefficient)) + " ";

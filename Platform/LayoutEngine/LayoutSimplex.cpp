@@ -159,7 +159,7 @@ void Simplex::rowWillBeRemoved(Index row)
 double Simplex::evaluateRow(Index row) const
 {
     double sum = 0.0;
-    for (const Cell& term : m_system->terms(row))
+    for (const Term& term : m_system->terms(row))
         sum += term.coefficient * m_values[term.column];
     return sum;
 }
@@ -262,17 +262,18 @@ void Simplex::relocate(Index row)
     noteSlopes(row, segment, 1.0);
 }
 
-void Simplex::repair(std::span<const Factor::Repair> repairs)
+// The rows of the basis, where the factors have put them, and own rows in place of some.
+void Simplex::takeOver(std::span<const Factor::Repair> repairs)
 {
+    for (const Factor::Repair& one : repairs)
+        m_place[one.row] = m_spot[one.row] = none;
+    for (Index position = 0; position < m_basis.size(); ++position)
+        m_place[m_basis[position]] = position;
     for (const Factor::Repair& one : repairs) {
-        const Index old = m_basis[one.position];
-        Index strength = none;
-        m_place[old] = none;
-        m_spot[old] = none;
         const Index row = m_system->ownRow(one.column);
-        m_basis[one.position] = row;
-        m_place[row] = one.position;
-        m_spot[row] = bestKink(row, strength);
+        Index strength = none;
+        if (isBasic(row))
+            m_spot[row] = bestKink(row, strength);
     }
 }
 
@@ -281,7 +282,8 @@ void Simplex::refresh(Effort& effort)
 {
     std::vector<Factor::Repair> repairs;
     m_factor.factor(*m_system, m_basis, repairs);
-    repair(repairs);
+    takeOver(repairs);
+    m_freePositions.clear(); // all positions are looked at again
     ++effort.factorisations;
     m_affected.resize(m_basis.size());
     for (Index position = 0; position < m_affected.size(); ++position)

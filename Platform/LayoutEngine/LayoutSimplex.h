@@ -138,7 +138,7 @@ private:
     Index segmentAt(Index row, double value, Index present) const;
     Index quieterSide(Index row, Index kink) const;
     void refresh(Effort&);
-    void repair(std::span<const Factor::Repair>);
+    void takeOver(std::span<const Factor::Repair>);
     double evaluateRow(Index row) const;
     std::size_t iterationLimit() const { return 200 + 20 * std::size_t(m_system->rowCount()); }
 

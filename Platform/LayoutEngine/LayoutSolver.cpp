@@ -74,7 +74,7 @@ void Solver::editParts()
         if (formClass.hasConstraints())
             continue;
         gone.push_back(index);
-        if (formClass.part != none && formClass.terms.size() > 1)
+        if (formClass.part != none && !formClass.terms().isSingle())
             m_parts[formClass.part]->noteWear();
     }
     for (const Index index : m_notedClasses) {
@@ -93,7 +93,7 @@ void Solver::editParts()
     for (const Index index : m_absorbedClasses)
         editInPlace(index);
     m_model.removeClasses(gone);
-    std::erase_if(m_notedClasses, [&](Index index) { return m_model.classes()[index].terms.empty(); });
+    std::erase_if(m_notedClasses, [&](Index index) { return m_model.classes()[index].words.empty(); });
     // 4. The rest anew.
     sortRuns(m_loose, m_indexBuffer);
     buildParts(m_loose);
@@ -106,19 +106,19 @@ void Solver::tieTogether(Index index)
 {
     const FormClass& formClass = m_model.classes()[index];
     Index largest = none;
-    for (const Term& term : formClass.terms) {
+    for (const Term& term : formClass.terms()) {
         const Index part = m_model.variables()[term.column].part;
         if (part != none && (largest == none || m_parts[part]->variableCount() > m_parts[largest]->variableCount()))
             largest = part;
     }
-    for (const Term& term : formClass.terms) {
+    for (const Term& term : formClass.terms()) {
         const Index part = m_model.variables()[term.column].part;
         if (part != none && part != largest)
             takeApart(part);
     }
     if (largest != none && !absorb(index, *m_parts[largest]))
         takeApart(largest);
-    for (const Term& term : formClass.terms) {
+    for (const Term& term : formClass.terms()) {
         Variable& variable = m_model.variables()[term.column];
         if (variable.part == none && std::exchange(variable.column, waiting) != waiting)
             m_loose.push_back(term.column);
@@ -134,16 +134,16 @@ bool Solver::absorb(Index first, Part& part)
     bool fits = true;
     for (std::size_t next = 0; next < classes.size() && fits; ++next) {
         fits = !part.isWorn() && part.coversPriorities(m_model, classes[next]);
-        for (const Term& term : m_model.classes()[classes[next]].terms) {
+        for (const Term& term : m_model.classes()[classes[next]].terms()) {
             Variable& variable = m_model.variables()[term.column];
             if (variable.part != none)
                 continue;
             variable.part = reached;
             variables.push_back(term.column);
-            for (const ClassUse& use : variable.classes) {
-                const FormClass& other = m_model.classes()[use.formClass];
+            for (const Index use : variable.classes) {
+                const FormClass& other = m_model.classes()[use];
                 if (other.part == none && other.hasConstraints())
-                    classes.push_back(use.formClass);
+                    classes.push_back(use);
             }
         }
         fits = fits && variables.size() <= most;
@@ -169,7 +169,7 @@ void Solver::editInPlace(Index index)
         if (m_parts[part]->classCount() == 0)
             takeApart(part);
     } else if (isWanted && formClass.part == none) {
-        if (const Index part = m_model.variables()[formClass.terms.front().column].part; part != none) {
+        if (const Index part = m_model.variables()[formClass.terms().front().column].part; part != none) {
             m_parts[part]->addClass(m_model, index);
             m_touchedParts.insert(part);
         }
@@ -204,8 +204,8 @@ void Solver::takeApart(Index part)
         m_loose.push_back(variable);
         m_model.variables()[variable].column = waiting;
         m_model.variables()[variable].part = none;
-        for (const ClassUse& use : m_model.variables()[variable].classes)
-            m_model.classes()[use.formClass].part = none;
+        for (const Index use : m_model.variables()[variable].classes)
+            m_model.classes()[use].part = none;
     }
     freePart(part);
 }
@@ -241,12 +241,12 @@ void Solver::buildParts(const std::vector<Index>& loose)
         members.assign(1, first);
         variable.part = reached;
         for (std::size_t next = 0; next < members.size(); ++next) {
-            for (const ClassUse& use : m_model.variables()[members[next]].classes) {
-                FormClass& formClass = m_model.classes()[use.formClass];
+            for (const Index use : m_model.variables()[members[next]].classes) {
+                FormClass& formClass = m_model.classes()[use];
                 if (formClass.part == reached)
                     continue;
                 formClass.part = reached;
-                for (const Term& term : formClass.terms) {
+                for (const Term& term : formClass.terms()) {
                     if (std::exchange(m_model.variables()[term.column].part, reached) != reached)
                         members.push_back(term.column);
                 }

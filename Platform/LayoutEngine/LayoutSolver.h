@@ -36,7 +36,7 @@ public:
     std::string description(const LayoutNaming&);
     LayoutConstraintHandle handle(Index constraint) const
     {
-        return {constraint, m_model.constraints()[constraint].generation};
+        return {constraint, m_model.constraints()[constraint].generation()};
     }
     const LayoutStatistics& statistics() const { return m_statistics; }
 

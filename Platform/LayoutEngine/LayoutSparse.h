@@ -40,19 +40,19 @@ public:
     void resize(std::size_t size)
     {
         m_values.assign(size, 0.0);
-        m_marks.assign(size, 0);
+        m_marks.assign(size, false);
         m_indices.clear();
     }
     // Keeps what there is.
     void grow(std::size_t size)
     {
         m_values.resize(size, 0.0);
-        m_marks.resize(size, 0);
+        m_marks.resize(size, false);
     }
     void add(Index index, double value)
     {
         if (!m_marks[index]) {
-            m_marks[index] = 1;
+            m_marks[index] = true;
             m_indices.push_back(index);
         }
         m_values[index] = sum(m_values[index], value, 1e-14);
@@ -72,7 +72,7 @@ public:
     {
         for (const Index index : m_indices) {
             m_values[index] = 0.0;
-            m_marks[index] = 0;
+            m_marks[index] = false;
         }
         m_indices.clear();
     }
@@ -89,7 +89,7 @@ public:
 
 private:
     std::vector<double> m_values;
-    std::vector<std::uint8_t> m_marks;
+    std::vector<bool> m_marks;
     std::vector<Index> m_indices;
 };
 
@@ -98,30 +98,30 @@ class IndexSet {
 public:
     void resize(std::size_t size)
     {
-        m_marks.assign(size, 0);
+        m_marks.assign(size, false);
         m_indices.clear();
     }
-    void grow(std::size_t size) { m_marks.resize(size, 0); } // keeps what there is
+    void grow(std::size_t size) { m_marks.resize(size, false); } // keeps what there is
     void insert(Index index)
     {
         if (m_marks[index])
             return;
-        m_marks[index] = 1;
+        m_marks[index] = true;
         m_indices.push_back(index);
     }
     void clear()
     {
         for (const Index index : m_indices)
-            m_marks[index] = 0;
+            m_marks[index] = false;
         m_indices.clear();
     }
     void releaseIndices() { releaseIfEmpty(m_indices); }
-    bool contains(Index index) const { return m_marks[index] != 0; }
+    bool contains(Index index) const { return m_marks[index]; }
     bool isEmpty() const { return m_indices.empty(); }
     const std::vector<Index>& indices() const { return m_indices; }
 
 private:
-    std::vector<std::uint8_t> m_marks;
+    std::vector<bool> m_marks;
     std::vector<Index> m_indices;
 };
 

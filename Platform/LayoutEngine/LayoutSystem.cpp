@@ -11,74 +11,83 @@ void System::clear(Index levels, Index freeLevels)
     m_columns.clear();
     m_rows.clear();
     m_freeRows.clear();
-    m_cells.clear();
+    m_words.clear();
     m_entries.clear();
     m_profiles.clear();
     m_isFinished = false;
 }
 
-void System::reserve(std::size_t columns, std::size_t rows, std::size_t cells)
+void System::reserve(std::size_t columns, std::size_t rows, std::size_t terms)
 {
     m_columns.reserve(columns);
     m_rows.reserve(rows);
-    m_cells.reserve(cells);
+    m_words.reserve(terms);
+    m_entries.reserve(terms);
 }
 
 Index System::addColumn()
 {
     const auto column = Index(m_columns.size());
-    m_columns.emplace_back();
-    m_columns[column].ownRow = addRow({{{column, 1.0}}});
+    const Index index = makeRow();
+    m_columns.emplace_back().ownRow = index;
+    m_rows[index].place = Packing::word(column, Packing::codeOf(1.0));
+    m_rows[index].isOwn = true;
     return column;
 }
 
-Index System::makeRow(std::span<const Term> terms)
+Index System::makeRow()
 {
+    Index index = Index(m_rows.size());
     if (m_freeRows.empty()) {
         m_rows.emplace_back();
-        m_freeRows.push_back(Index(m_rows.size() - 1));
+    } else {
+        index = m_freeRows.back();
+        m_freeRows.pop_back();
     }
-    const Index index = m_freeRows.back();
-    m_freeRows.pop_back();
-    Row& row = m_rows[index];
-    if (terms.size() > row.cellCapacity) {
-        row.firstCell = Index(m_cells.size());
-        row.cellCapacity = Index(terms.size());
-        makeRoom(m_cells, terms.size());
-        m_cells.resize(m_cells.size() + terms.size());
-    }
-    row.cellCount = Index(terms.size());
-    std::transform(terms.begin(), terms.end(), m_cells.begin() + row.firstCell, [index](const Term& term) {
-        return Cell{index, term.column, term.coefficient};
-    });
     return index;
 }
 
 Index System::addRow(std::span<const Term> terms)
 {
-    const Index row = makeRow(terms);
-    for (Index cell = 0; m_isFinished && cell < m_rows[row].cellCount; ++cell)
-        addEntry(terms[cell].column, m_rows[row].firstCell + cell);
-    return row;
+    const Index index = makeRow();
+    const std::size_t first = m_words.size();
+    makeRoom(m_words, terms.size());
+    for (const Term& term : terms)
+        appendPacked(term, m_words);
+    Row& row = m_rows[index];
+    row.place = std::uint32_t(first);
+    row.wordCount = std::uint32_t(m_words.size() - first) & 0x7fffffff;
+    for (const Term& term : terms) {
+        if (m_isFinished)
+            addEntry(term.column, Packing::word(index, Packing::codeOf(term.coefficient)));
+    }
+    return index;
 }
 
 void System::removeRow(Index row)
 {
-    for (const Cell& cell : terms(row)) {
-        Column& column = m_columns[cell.column];
+    for (const Term& term : terms(row)) {
+        Column& column = m_columns[term.column];
         const auto first = m_entries.begin() + column.firstEntry;
         const auto last = first + column.entryCount;
-        const auto found = std::find(first, last, Index(&cell - m_cells.data()));
+        const auto found =
+            std::find_if(first, last, [&](std::uint32_t entry) { return Packing::numberIn(entry) == row; });
         std::copy(found + 1, last, found);
         --column.entryCount;
     }
     setPieces(row, {});
-    m_rows[row].cellCount = 0;
+    m_rows[row].wordCount = 0;
     m_freeRows.push_back(row);
 }
 
+double System::coefficient(Index row, Index column) const
+{
+    const PackedTerms its = terms(row);
+    return (*std::find_if(its.begin(), its.end(), [&](const Term& term) { return term.column == column; })).coefficient;
+}
+
 // A column that is full moves to the end, with room for as many again as a quarter of it.
-void System::addEntry(Index index, Index cell)
+void System::addEntry(Index index, std::uint32_t entry)
 {
     Column& column = m_columns[index];
     if (column.entryCount == column.entryCapacity) {
@@ -89,39 +98,48 @@ void System::addEntry(Index index, Index cell)
         std::copy_n(m_entries.begin() + column.firstEntry, column.entryCount, m_entries.begin() + first);
         column.firstEntry = first;
     }
-    m_entries[column.firstEntry + column.entryCount++] = cell;
+    m_entries[column.firstEntry + column.entryCount++] = entry;
 }
 
 void System::finish()
 {
-    for (const Cell& cell : m_cells)
-        ++m_columns[cell.column].entryCapacity;
+    const auto visitTerms = [&](const auto& visit) {
+        for (Index row = 0; row < m_rows.size(); ++row) {
+            if (isOwnRow(row))
+                continue;
+            for (const Term& term : terms(row))
+                visit(row, term);
+        }
+    };
+    visitTerms([&](Index, const Term& term) { ++m_columns[term.column].entryCapacity; });
     Index next = 0;
     for (Column& column : m_columns) {
         column.firstEntry = next;
         next += column.entryCapacity;
     }
     m_entries.resize(next);
-    for (Index cell = 0; cell < m_cells.size(); ++cell) {
-        Column& column = m_columns[m_cells[cell].column];
-        m_entries[column.firstEntry + column.entryCount++] = cell;
-    }
+    visitTerms([&](Index row, const Term& term) {
+        Column& column = m_columns[term.column];
+        m_entries[column.firstEntry + column.entryCount++] = Packing::word(row, Packing::codeOf(term.coefficient));
+    });
     m_isFinished = true;
 }
 
 bool System::hasPieces(Index row, std::span<const Piece> pieces)
 {
     m_stored.clear();
-    const double slopeOfPairs = storePieces(pieces, m_stored);
+    const double slopeOfPairs = storePieces(pieces, pairingIn(row), m_stored);
     const auto present = storedPieces(row);
-    return slopeOfPairs == m_rows[row].slopeOfPairs &&
+    return (!isOwnRow(row) || slopeOfPairs == m_columns[columnOf(row)].slopeOfPairs) &&
            std::equal(present.begin(), present.end(), m_stored.begin(), m_stored.end());
 }
 
 void System::setPieces(Index row, std::span<const Piece> pieces)
 {
     m_stored.clear();
-    m_rows[row].slopeOfPairs = storePieces(pieces, m_stored);
+    const double slopeOfPairs = storePieces(pieces, pairingIn(row), m_stored);
+    if (isOwnRow(row))
+        m_columns[columnOf(row)].slopeOfPairs = slopeOfPairs;
     m_rows[row].profile = m_profiles.exchange(m_rows[row].profile, m_stored);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "LayoutPackedForm.h"
 #include "LayoutPieces.h"
 #include "LayoutProfileTable.h"
 
@@ -8,47 +9,45 @@
 
 namespace RVCore::LayoutInternal {
 
-// Packed, since there are dozens for each view.
-struct [[gnu::packed, gnu::aligned(4)]] Term {
-    Index column = 0;
-    double coefficient = 0.0;
-
-    friend bool operator==(const Term&, const Term&) = default;
-};
-
 // A coefficient of a System.
 struct Cell {
     Index row = 0;
-    Index column = 0;
     double coefficient = 0.0;
 };
 
-// Some of a list of cells, by their numbers.
-class CellRange {
+class System;
+
+// The cells of a column, the one of its own row first.
+class ColumnCells {
 public:
     class Iterator {
     public:
-        Iterator(const Cell* cells, const Index* number) : m_cells(cells), m_number(number) {}
-        const Cell& operator*() const { return m_cells[*m_number]; }
+        Iterator(const ColumnCells& cells, const std::uint32_t* entry) : m_cells(&cells), m_entry(entry) {}
+        inline Cell operator*() const;
         Iterator& operator++()
         {
-            ++m_number;
+            m_entry = m_entry ? m_entry + 1 : m_cells->m_entries.data();
             return *this;
         }
-        bool operator==(const Iterator& other) const { return m_number == other.m_number; }
+        bool operator==(const Iterator& other) const { return m_entry == other.m_entry; }
 
     private:
-        const Cell* m_cells;
-        const Index* m_number;
+        const ColumnCells* m_cells;
+        const std::uint32_t* m_entry; // null at the own row
     };
 
-    CellRange(const Cell* cells, std::span<const Index> numbers) : m_cells(cells), m_numbers(numbers) {}
-    Iterator begin() const { return {m_cells, m_numbers.data()}; }
-    Iterator end() const { return {m_cells, m_numbers.data() + m_numbers.size()}; }
+    ColumnCells(const System& system, Index column, Index ownRow, std::span<const std::uint32_t> entries)
+        : m_system(system), m_entries(entries), m_column(column), m_ownRow(ownRow)
+    {
+    }
+    Iterator begin() const { return {*this, nullptr}; }
+    Iterator end() const { return {*this, m_entries.data() + m_entries.size()}; }
 
 private:
-    const Cell* m_cells;
-    std::span<const Index> m_numbers;
+    const System& m_system;
+    std::span<const std::uint32_t> m_entries;
+    Index m_column;
+    Index m_ownRow;
 };
 
 // One independent part of the constraints in the form the solver works on.
@@ -60,7 +59,7 @@ private:
 class System {
 public:
     void clear(Index levels, Index freeLevels); // the free ones are the last of them
-    void reserve(std::size_t columns, std::size_t rows, std::size_t cells);
+    void reserve(std::size_t columns, std::size_t rows, std::size_t terms);
     Index addColumn(); // with its own row
     Index addRow(std::span<const Term>);
     // Its number is used again. Not for own rows.
@@ -73,19 +72,27 @@ public:
     Index firstFreeLevel() const { return m_firstFreeLevel; }
     Index rowCount() const { return Index(m_rows.size()); } // removed ones included
     Index ownRow(Index column) const { return m_columns[column].ownRow; }
-    bool isOwnRow(Index row) const { return m_rows[row].cellCount == 1; }
+    bool isOwnRow(Index row) const { return m_rows[row].isOwn; }
+    // Of an own row.
+    Index columnOf(Index row) const { return Packing::numberIn(m_rows[row].place); }
 
-    std::span<const Cell> terms(Index row) const
+    PackedTerms terms(Index row) const
     {
-        return {m_cells.data() + m_rows[row].firstCell, m_rows[row].cellCount};
+        const Row& its = m_rows[row];
+        return its.isOwn ? PackedTerms({&its.place, 1}) : PackedTerms({m_words.data() + its.place, its.wordCount});
     }
-    // The cells that a column is in.
-    CellRange entries(Index column) const
+    ColumnCells entries(Index column) const
     {
-        return {m_cells.data(), {m_entries.data() + m_columns[column].firstEntry, m_columns[column].entryCount}};
+        const Column& its = m_columns[column];
+        return {*this, column, its.ownRow, {m_entries.data() + its.firstEntry, its.entryCount}};
     }
 
-    PieceRange pieces(Index row) const { return {storedPieces(row), m_rows[row].slopeOfPairs}; }
+    double coefficient(Index row, Index column) const; // of a term that the row has
+
+    PieceRange pieces(Index row) const
+    {
+        return {storedPieces(row), isOwnRow(row) ? m_columns[columnOf(row)].slopeOfPairs : 0.0};
+    }
     PieceRange piecesOfKink(Index row, Index kink) const { return pieces(row).ofKink(kink); }
     Index kinkCount(Index row) const { return pieces(row).kinkCount(); }
     double kinkPosition(Index row, Index kink) const { return pieces(row).positionOf(kink); }
@@ -106,30 +113,43 @@ private:
     struct Column {
         Index ownRow = none;
         Index firstEntry = 0, entryCount = 0, entryCapacity = 0;
+        double slopeOfPairs = 0.0; // of its own row; other rows have no pairs
     };
     struct Row {
-        Index firstCell = 0, cellCount = 0, cellCapacity = 0;
+        std::uint32_t place = 0; // of an own row, the word of its only term; else of its first word
+        std::uint32_t wordCount : 31 = 0;
+        std::uint32_t isOwn : 1 = false;
         Index profile = none;
-        double slopeOfPairs = 0.0;
     };
 
     std::span<const StoredPiece> storedPieces(Index row) const
     {
         return m_rows[row].profile == none ? std::span<const StoredPiece>() : m_profiles.pieces(m_rows[row].profile);
     }
-    Index makeRow(std::span<const Term>);
-    void addEntry(Index column, Index cell);
+    Pairing pairingIn(Index row) const { return isOwnRow(row) ? Pairing::on : Pairing::off; }
+    Index makeRow();
+    void addEntry(Index column, std::uint32_t entry);
 
     Index m_levels = 0;
     Index m_firstFreeLevel = 0;
     std::vector<Column> m_columns;
     std::vector<Row> m_rows;
     std::vector<Index> m_freeRows;
-    std::vector<Cell> m_cells;
-    std::vector<Index> m_entries; // numbers of cells, column by column
+    std::vector<std::uint32_t> m_words;   // of rows; what removed ones leave is lost until clear()
+    std::vector<std::uint32_t> m_entries; // column by column, words of a row and the code of a coefficient
     ProfileTable m_profiles;
     std::vector<StoredPiece> m_stored; // kept for its memory
     bool m_isFinished = false;
 };
+
+inline Cell ColumnCells::Iterator::operator*() const
+{
+    if (!m_entry)
+        return {m_cells->m_ownRow, 1.0};
+    const Index row = Packing::numberIn(*m_entry);
+    if (const std::uint32_t code = Packing::codeIn(*m_entry); code != Packing::unusual)
+        return {row, Packing::usualCoefficients[code]};
+    return {row, m_cells->m_system.coefficient(row, m_cells->m_column)};
+}
 
 } // namespace RVCore::LayoutInternal

@@ -11,7 +11,7 @@ namespace {
 double product(const System& system, const std::vector<Index>& basis, const std::vector<double>& x, Index row)
 {
     double sum = 0;
-    for (const Cell& cell : system.terms(basis[row]))
+    for (const Term& cell : system.terms(basis[row]))
         sum += cell.coefficient * x[cell.column];
     return sum;
 }
@@ -71,8 +71,6 @@ TEST(LayoutFactor, solvesBothWaysAndAfterExchanges)
         Factor factor;
         std::vector<Factor::Repair> repairs;
         factor.factor(system, basis, repairs);
-        for (const Factor::Repair& repair : repairs)
-            basis[repair.position] = repair.column;
         std::vector<double> targets;
         for (Index i = 0; i < size; ++i)
             targets.push_back(double(random() % 100));
@@ -87,15 +85,15 @@ TEST(LayoutFactor, solvesBothWaysAndAfterExchanges)
             SparseVector columns, alpha;
             columns.resize(size);
             alpha.resize(size);
-            for (const Cell& cell : system.terms(entering))
+            for (const Term& cell : system.terms(entering))
                 columns.add(cell.column, cell.coefficient);
             factor.solveTransposed(columns, alpha);
             std::vector<double> sums(size, 0.0);
             for (const Index position : alpha.indices()) {
-                for (const Cell& cell : system.terms(basis[position]))
+                for (const Term& cell : system.terms(basis[position]))
                     sums[cell.column] += alpha[position] * cell.coefficient;
             }
-            for (const Cell& cell : system.terms(entering))
+            for (const Term& cell : system.terms(entering))
                 sums[cell.column] -= cell.coefficient;
             for (const double difference : sums)
                 ASSERT_NEAR(difference, 0.0, 1e-6);
@@ -115,11 +113,13 @@ TEST(LayoutFactor, replacesDependentRowsByOwnRows)
     const System system = makeSystem(3, {{{0, 1}, {1, -1}}, {{0, 0.5}, {1, -0.5}}, {{1, 1}, {2, 1}}});
     Factor factor;
     std::vector<Factor::Repair> repairs;
-    factor.factor(system, std::vector<Index>{3, 4, 5}, repairs);
+    std::vector<Index> basis{3, 4, 5};
+    factor.factor(system, basis, repairs);
     ASSERT_EQ(repairs.size(), 1u);
-    EXPECT_LE(repairs[0].position, 1u);
-    std::vector<double> targets{2, 2, 10};
-    targets[repairs[0].position] = 7; // of the own row
+    EXPECT_LE(repairs[0].row, 4u);
+    std::vector<double> targets;
+    for (const Index row : basis)
+        targets.push_back(row < 3 ? 7 : row < 5 ? 2 : 10); // 7 of the own row
     const std::vector<double> x = solved(factor, targets);
     EXPECT_EQ(x[repairs[0].column], 7.0);
     EXPECT_EQ(x[1] + x[2], 10.0);
@@ -142,8 +142,6 @@ TEST(LayoutFactor, derivingAPartGivesTheBitsOfDerivingAll)
         Factor factor;
         std::vector<Factor::Repair> repairs;
         factor.factor(system, basis, repairs);
-        for (const Factor::Repair& repair : repairs)
-            basis[repair.position] = repair.column;
         std::vector<double> values(size, 0.0);
         std::vector<Index> changed;
         factor.derive(targets, all, values, changed);
@@ -169,11 +167,14 @@ TEST(LayoutFactor, aChainIsDerivedInItsOrder)
     const System system = makeSystem(4, {{{3, 1}, {2, -1}}, {{2, 1}, {1, -1}}, {{1, 1}, {0, -1}}});
     Factor factor;
     std::vector<Factor::Repair> repairs;
-    factor.factor(system, std::vector<Index>{4, 5, 6, 0}, repairs);
+    std::vector<Index> basis{4, 5, 6, 0};
+    factor.factor(system, basis, repairs);
     EXPECT_TRUE(repairs.empty());
-    EXPECT_LT(factor.step(3), factor.step(2));
-    EXPECT_LT(factor.step(2), factor.step(1));
-    EXPECT_LT(factor.step(1), factor.step(0));
+    // Column 0 is held by its own row, column 1 by the chain's last one, and so on.
+    EXPECT_EQ(basis, (std::vector<Index>{0, 6, 5, 4}));
+    EXPECT_LT(factor.step(0), factor.step(1));
+    EXPECT_LT(factor.step(1), factor.step(2));
+    EXPECT_LT(factor.step(2), factor.step(3));
 }
 
 } // namespace

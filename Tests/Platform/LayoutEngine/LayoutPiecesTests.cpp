@@ -8,7 +8,7 @@ namespace {
 std::vector<StoredPiece> stored(const std::vector<Piece>& pieces)
 {
     std::vector<StoredPiece> result;
-    storePieces(pieces, result);
+    storePieces(pieces, Pairing::on, result);
     return result;
 }
 
@@ -38,9 +38,12 @@ TEST(LayoutPieces, whatAColumnsFreeLevelsChargeIsKeptAsOne)
     EXPECT_EQ(stored({{0, -1.5, 0, 0, 7}, {0, -1.5, 1.5, 0, 8}}).size(), 1u);
     // The slope is the row's, not the pair's.
     std::vector<StoredPiece> ofOneRow, ofAnother;
-    EXPECT_EQ(storePieces(std::vector<Piece>{{0, -1.5, 0, 0, 7}, {0, -1.5, 1.5, 0, 8}}, ofOneRow), 1.5);
-    EXPECT_EQ(storePieces(std::vector<Piece>{{0, -1.25, 0, 0, 7}, {0, -1.25, 1.25, 0, 8}}, ofAnother), 1.25);
+    EXPECT_EQ(storePieces(std::vector<Piece>{{0, -1.5, 0, 0, 7}, {0, -1.5, 1.5, 0, 8}}, Pairing::on, ofOneRow), 1.5);
+    EXPECT_EQ(storePieces(std::vector<Piece>{{0, -1.25, 0, 0, 7}, {0, -1.25, 1.25, 0, 8}}, Pairing::on, ofAnother), 1.25);
     EXPECT_EQ(ofOneRow, ofAnother);
+    std::vector<StoredPiece> oneByOne; // as in rows that have no slope of their own
+    EXPECT_EQ(storePieces(std::vector<Piece>{{0, -1.5, 0, 0, 7}, {0, -1.5, 1.5, 0, 8}}, Pairing::off, oneByOne), 0.0);
+    EXPECT_EQ(oneByOne.size(), 2u);
     // There is one for the row: a pair of another slope is two.
     EXPECT_EQ(stored({{0, -1.5, 0, 0, 7}, {0, -1.5, 1.5, 0, 8}, {1, -1, 0, 1, 7}, {1, -1, 1, 1, 8}}).size(), 3u);
     // Another slope, another kink, a gap between the levels, or another side: two.

@@ -10,9 +10,8 @@ TEST(LayoutProfile, aScaledConstraintCostsInItsOwnUnits)
 {
     Constraint constraint;
     constraint.constant = 12;
-    constraint.scale = -4; // -4 form >= 12 is form <= -3
     constraint.relation = LayoutRelation::greaterThanOrEqual;
-    const Piece piece = costOf(constraint, 2);
+    const Piece piece = costOf(constraint, -4, 2); // -4 form >= 12 is form <= -3
     EXPECT_EQ(piece.at, -3.0);
     EXPECT_EQ(piece.left, 0.0);
     EXPECT_EQ(piece.right, 4.0);
@@ -53,6 +52,27 @@ TEST(LayoutInlineList, growsOutOfItselfAndMoves)
     small.append(4);
     moved = std::move(small);
     EXPECT_EQ(std::vector<int>(moved.begin(), moved.end()), std::vector<int>{4});
+}
+
+TEST(LayoutPackedForm, aTermIsOneWordUnlessItsCoefficientIsUnusual)
+{
+    const std::vector<Term> form{{7, 1.0}, {8, -0.5}, {12345678, -1.0 / 3}, {9, 0.25}};
+    std::vector<std::uint32_t> words;
+    for (const Term& term : form)
+        appendPacked(term, words);
+    EXPECT_EQ(words.size(), 6u);
+    const PackedTerms packed(words);
+    EXPECT_EQ(std::vector<Term>(packed.begin(), packed.end()), form);
+    EXPECT_EQ(packed.size(), 4u);
+    EXPECT_FALSE(packed.isSingle());
+    EXPECT_TRUE(PackedTerms(std::span(words).first(1)).isSingle());
+    EXPECT_TRUE(PackedTerms(std::span(words).subspan(2, 3)).isSingle());
+}
+
+TEST(LayoutPackedFormDeath, aNumberThatDoesNotFitStopsTheProgram)
+{
+    std::vector<std::uint32_t> words;
+    EXPECT_DEATH(appendPacked({1u << 29, 1.0}, words), "LayoutEngine: there are too many variables or constraints");
 }
 
 } // namespace
