@@ -93,6 +93,13 @@ bool LayoutEngine::contains(LayoutConstraintHandle handle) const
     return m_implementation->contains(handle);
 }
 
+LayoutConstraintHandle LayoutEngine::handle(std::uint32_t index) const
+{
+    const auto& constraints = m_implementation->model().constraints();
+    check(index < constraints.size() && constraints[index].isAlive, "a constraint is not installed in this engine");
+    return m_implementation->solver.handle(index);
+}
+
 std::uint64_t LayoutEngine::owner(LayoutConstraintHandle handle) const
 {
     return m_implementation->at(handle).owner;
@@ -154,6 +161,11 @@ double LayoutEngine::violation(LayoutConstraintHandle handle)
 std::span<const LayoutVariable> LayoutEngine::changedVariables() const
 {
     return m_implementation->solver.changedVariables();
+}
+
+void LayoutEngine::forgetChangedVariables()
+{
+    m_implementation->solver.forgetChangedVariables();
 }
 
 std::vector<LayoutConflict> LayoutEngine::takeConflicts()

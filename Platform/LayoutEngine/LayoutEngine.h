@@ -113,6 +113,9 @@ public:
                                          std::uint64_t owner);
     void removeConstraint(LayoutConstraintHandle);
     bool contains(LayoutConstraintHandle) const;
+    // Of the constraint that is installed now under the index of a handle: who keeps many may keep their indices
+    // only.
+    LayoutConstraintHandle handle(std::uint32_t index) const;
     std::uint64_t owner(LayoutConstraintHandle) const;
     double constant(LayoutConstraintHandle) const;
     void setConstant(LayoutConstraintHandle, double);
@@ -128,6 +131,8 @@ public:
     // The variables whose value the last solve that had work changed, each once, in ascending order. A variable
     // that is new and 0 has not changed.
     std::span<const LayoutVariable> changedVariables() const;
+    // For who has seen them: after a first solve the list is as long as that of all variables.
+    void forgetChangedVariables();
 
     // Contradictions found since the last call, each cause once: it is told again only after it was gone.
     std::vector<LayoutConflict> takeConflicts();

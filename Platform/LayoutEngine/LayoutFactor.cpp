@@ -1,6 +1,7 @@
 #include "LayoutFactor.h"
 
 #include <cmath>
+#include <utility>
 
 namespace RVCore::LayoutInternal {
 
@@ -11,17 +12,17 @@ constexpr double smallestPivot = 1e-11;
 
 } // namespace
 
-void Factor::factor(const System& system, std::vector<Index>& basis, std::vector<Repair>& repairs)
+void Factor::factor(const System& system, Basis& basis, std::vector<Repair>& repairs)
 {
     m_system = &system;
-    m_size = Index(basis.size());
-    m_rows = basis;
-    repairs.clear();
+    m_basis = &basis;
+    m_size = Index(basis.rows.size());
+    m_before = {};
     m_exchanges.clear();
     m_exchangeTerms.clear();
+    repairs.clear();
     // Each round replaces dependent rows by own rows of the columns left over; a second one nearly always suffices.
     for (;;) {
-        listPositions();
         Matching matching{std::vector<Index>(m_size, none), std::vector<Index>(m_size, none)};
         m_columnOfStep.assign(m_size, none);
         m_stepOf.assign(m_size, none);
@@ -31,23 +32,27 @@ void Factor::factor(const System& system, std::vector<Index>& basis, std::vector
         takeBump(matching);
         const std::size_t known = repairs.size();
         if (factorBump(matching, repairs)) {
-            for (Index step = 0; step < m_size; ++step)
-                basis[m_columnOfStep[step]] = m_rows[matching.positionOfStep[step]];
+            order(matching, basis);
             break;
         }
-        for (std::size_t i = known; i < repairs.size(); ++i)
-            m_rows[m_positionOfRow[repairs[i].row]] = system.ownRow(repairs[i].column);
+        for (std::size_t i = known; i < repairs.size(); ++i) {
+            const Index row = system.ownRow(repairs[i].column);
+            const Index position = std::exchange(basis.places[repairs[i].row], none);
+            basis.rows[position] = row;
+            basis.places[row] = position;
+        }
     }
-    m_rows = basis;
-    listPositions();
     m_queue.resize(m_size);
 }
 
-void Factor::listPositions()
+void Factor::order(const Matching& matching, Basis& basis)
 {
-    m_positionOfRow.assign(m_system->rowCount(), none);
+    std::vector<Index> rows(m_size);
+    for (Index step = 0; step < m_size; ++step)
+        rows[m_columnOfStep[step]] = basis.rows[matching.positionOfStep[step]];
+    basis.rows.swap(rows);
     for (Index position = 0; position < m_size; ++position)
-        m_positionOfRow[m_rows[position]] = position;
+        basis.places[basis.rows[position]] = position;
 }
 
 void Factor::assign(Index step, Index position, Index column, Matching& matching)
@@ -62,7 +67,7 @@ void Factor::takeRowSingletons(Matching& matching)
 {
     std::vector<Index> count(m_size), todo;
     for (Index position = 0; position < m_size; ++position) {
-        count[position] = Index(m_system->terms(m_rows[position]).size());
+        count[position] = Index(m_system->terms(m_basis->rows[position]).size());
         if (count[position] == 1)
             todo.push_back(position);
     }
@@ -70,7 +75,7 @@ void Factor::takeRowSingletons(Matching& matching)
         const Index position = todo[next];
         if (count[position] != 1)
             continue; // another row has taken its column: dependent, left for the bump to find
-        for (const Term& term : m_system->terms(m_rows[position])) {
+        for (const Term& term : m_system->terms(m_basis->rows[position])) {
             if (m_stepOf[term.column] != none)
                 continue;
             if (std::abs(term.coefficient) < smallestPivot)
@@ -91,7 +96,8 @@ void Factor::takeColumnSingletons(Matching& matching)
     for (Index column = 0; column < m_size; ++column) {
         if (m_stepOf[column] != none)
             continue;
-        visitColumn(column, [&](Index position, double) { count[column] += matching.stepOfPosition[position] == none; });
+        visitColumn(column,
+                    [&](Index position, double) { count[column] += matching.stepOfPosition[position] == none; });
         if (count[column] == 1)
             todo.push_back(column);
     }
@@ -112,7 +118,7 @@ void Factor::takeColumnSingletons(Matching& matching)
             continue;
         // Taken from the end: what is found first is derived last.
         assign(--m_bumpEnd, left, column, matching);
-        for (const Term& term : m_system->terms(m_rows[left])) {
+        for (const Term& term : m_system->terms(m_basis->rows[left])) {
             if (m_stepOf[term.column] == none && --count[term.column] == 1)
                 todo.push_back(term.column);
         }
@@ -137,7 +143,7 @@ bool Factor::factorBump(const Matching& matching, std::vector<Repair>& repairs)
     const Index size = m_bumpEnd - m_bumpBegin;
     m_bump.assign(std::size_t(size) * size, 0.0);
     for (Index i = 0; i < size; ++i) {
-        for (const Term& term : m_system->terms(m_rows[matching.positionOfStep[m_bumpBegin + i]])) {
+        for (const Term& term : m_system->terms(m_basis->rows[matching.positionOfStep[m_bumpBegin + i]])) {
             if (isInBump(m_stepOf[term.column]))
                 m_bump[std::size_t(i) * size + (m_stepOf[term.column] - m_bumpBegin)] = term.coefficient;
         }
@@ -176,13 +182,13 @@ bool Factor::factorBump(const Matching& matching, std::vector<Repair>& repairs)
         ++rank;
     }
     for (std::size_t i = 0; i < freeColumns.size(); ++i) {
-        repairs.push_back({m_rows[matching.positionOfStep[m_bumpBegin + m_bumpOrder[rank + i]]],
+        repairs.push_back({m_basis->rows[matching.positionOfStep[m_bumpBegin + m_bumpOrder[rank + i]]],
                            m_columnOfStep[m_bumpBegin + freeColumns[i]]});
     }
     return freeColumns.empty();
 }
 
-bool Factor::replace(Index position, Index row)
+bool Factor::canReplace(Index position, Index row) const
 {
     const Index step = m_stepOf[position];
     if (isInBump(step) || !m_exchanges.empty())
@@ -194,16 +200,13 @@ bool Factor::replace(Index position, Index row)
         else if (m_stepOf[term.column] > step)
             return false;
     }
-    if (std::abs(pivot) < smallestPivot)
-        return false;
-    m_positionOfRow[m_rows[position]] = none;
-    m_positionOfRow[row] = position;
-    m_rows[position] = row;
-    return true;
+    return std::abs(pivot) >= smallestPivot;
 }
 
 void Factor::exchange(Index position, const SparseVector& alpha)
 {
+    if (m_exchanges.empty())
+        m_before = *m_basis;
     const std::size_t first = m_exchangeTerms.size();
     for (const Index index : alpha.indices()) {
         if (index != position && alpha[index] != 0.0)

@@ -56,7 +56,7 @@ void Factor::solveTransposed(SparseVector& columns, SparseVector& positions)
     const auto pushOn = [&](Index position, double value) {
         positions.add(position, value);
         const Index step = m_stepOf[position];
-        for (const Term& term : m_system->terms(m_rows[position])) {
+        for (const Term& term : m_system->terms(factored().rows[position])) {
             const Index other = m_stepOf[term.column];
             if (other < step && !(isInBump(step) && isInBump(other))) {
                 columns.add(term.column, -term.coefficient * value);
@@ -160,9 +160,9 @@ void Factor::deriveStep(Index step, std::span<const double> targets, std::vector
                         std::vector<Index>& changed)
 {
     const Index column = m_columnOfStep[step];
-    double sum = targets[m_rows[column]];
+    double sum = targets[column];
     double pivot = 1.0;
-    for (const Term& term : m_system->terms(m_rows[column])) {
+    for (const Term& term : m_system->terms(factored().rows[column])) {
         if (term.column != column)
             sum -= term.coefficient * values[term.column];
         else
@@ -176,8 +176,8 @@ void Factor::deriveBump(std::span<const double> targets, std::vector<double>& va
     m_bumpWork.clear();
     for (Index i = m_bumpBegin; i < m_bumpEnd; ++i) {
         const Index position = m_columnOfStep[i];
-        double sum = targets[m_rows[position]];
-        for (const Term& term : m_system->terms(m_rows[position])) {
+        double sum = targets[position];
+        for (const Term& term : m_system->terms(factored().rows[position])) {
             if (!isInBump(m_stepOf[term.column]))
                 sum -= term.coefficient * values[term.column];
         }

@@ -61,10 +61,10 @@ void Simplex::chooseFirstBasis()
             waiting[strengths[row]].push_back(row);
     }
     std::vector<std::uint8_t> isKnown(columns, 0);
-    m_basis.clear();
-    m_place.assign(rows, none);
+    m_basis.rows.clear();
+    m_basis.places.assign(rows, none);
     m_spot.assign(rows, none);
-    while (m_basis.size() < columns) {
+    while (m_basis.rows.size() < columns) {
         while (next[level] == waiting[level].size())
             ++level;
         const Index row = waiting[level][next[level]++];
@@ -75,9 +75,9 @@ void Simplex::chooseFirstBasis()
             if (!isKnown[term.column])
                 column = term.column;
         }
-        m_place[row] = Index(m_basis.size());
+        m_basis.places[row] = Index(m_basis.rows.size());
         m_spot[row] = kinks[row];
-        m_basis.push_back(row);
+        m_basis.rows.push_back(row);
         isKnown[column] = 1;
         for (const Cell& cell : m_system->entries(column)) {
             if (--unknowns[cell.row] == 1 && strengths[cell.row] != none) {
@@ -128,7 +128,7 @@ void Simplex::openWeakColumnsOf(Index row)
         const Index own = m_system->ownRow(term.column);
         Index strength = none;
         if (isBasic(own) && m_spot[own] == bestKink(own, strength) && strength >= m_system->firstFreeLevel())
-            open(term.column, m_place[own]);
+            open(term.column, m_basis.places[own]);
     }
 }
 
@@ -141,7 +141,8 @@ void Simplex::fillOpenColumns()
         if (std::count_if(terms.begin(), terms.end(), isOpen) != 1)
             return;
         // A row that holds another column already is not free to hold this one.
-        if (isBasic(row) && !(m_system->isOwnRow(row) && m_work->openPosition[terms.front().column] == m_place[row]))
+        if (isBasic(row) &&
+            !(m_system->isOwnRow(row) && m_work->openPosition[terms.front().column] == m_basis.places[row]))
             return;
         Index strength = none;
         bestKink(row, strength);
@@ -175,7 +176,7 @@ void Simplex::fillOpenColumns()
 // The price that was asked of the old row becomes a change of slopes, which the next pass spreads over the new basis.
 void Simplex::takePlace(Index row, Index position)
 {
-    const Index old = m_basis[position];
+    const Index old = m_basis.rows[position];
     if (row == old)
         return;
     if (!m_isDirty) {
@@ -187,16 +188,16 @@ void Simplex::takePlace(Index row, Index position)
             noteSlopes(row, m_spot[row], -1.0);
     }
     Index strength = none;
-    m_place[old] = none;
+    m_basis.places[old] = none;
     m_spot[old] = none;
     m_touchedRows.insert(old);
-    m_basis[position] = row;
-    m_place[row] = position;
+    m_basis.rows[position] = row;
+    m_basis.places[row] = position;
     m_spot[row] = bestKink(row, strength);
     m_suspects.insert(row);
     m_touchedPositions.insert(position);
     m_affected.push_back(position);
-    m_isDirty = m_isDirty || !m_factor.replace(position, row);
+    m_isDirty = m_isDirty || !m_factor.canReplace(position, row);
 }
 
 } // namespace RVCore::LayoutInternal

@@ -98,7 +98,7 @@ void Simplex::collectEvents(Index leaving)
 // Passes kinks in the order in which they are met, until the step gains nothing any more: there a row enters.
 bool Simplex::findEntering(const Candidate& candidate, Event& entering)
 {
-    const Index leaving = m_basis[candidate.position];
+    const Index leaving = m_basis.rows[candidate.position];
     const int direction = candidate.direction;
     m_system->visitSlopes(leaving, m_spot[leaving] + (direction > 0 ? 1 : 0),
                           [&](Index level, double slope) { m_work->upSums.addCost(level, direction * slope); });
@@ -135,15 +135,11 @@ void Simplex::advance(double distance)
         m_moved.insert(column);
         widenScale(column);
     }
-    for (const Index row : m_work->rates.indices()) {
-        if (!isBasic(row))
-            m_rowValues[row] += distance * m_work->rates[row];
-    }
 }
 
 bool Simplex::step(const Candidate& candidate, Effort& effort)
 {
-    const Index leaving = m_basis[candidate.position];
+    const Index leaving = m_basis.rows[candidate.position];
     findRates(candidate.position, candidate.direction);
     m_work->rates.set(leaving, candidate.direction);
     collectEvents(leaving);
@@ -171,21 +167,11 @@ bool Simplex::step(const Candidate& candidate, Effort& effort)
     return isDone;
 }
 
-// The same as advance() where the basis still is the factored one, without its rounding.
-void Simplex::advanceByDeriving()
-{
-    moveBasis();
-    for (const Index row : m_work->rates.indices()) {
-        if (!isBasic(row))
-            m_rowValues[row] = evaluateRow(row);
-    }
-}
-
 void Simplex::holdAt(Index position, Index kink)
 {
-    const Index row = m_basis[position];
+    const Index row = m_basis.rows[position];
     m_spot[row] = kink;
-    m_rowValues[row] = m_system->kinkPosition(row, kink);
+    m_targets[position] = m_system->kinkPosition(row, kink);
     m_touchedPositions.insert(position);
     m_suspects.insert(row);
 }
@@ -193,7 +179,7 @@ void Simplex::holdAt(Index position, Index kink)
 bool Simplex::exchange(const Candidate& candidate, const Event& entering, Effort& effort)
 {
     const Index position = candidate.position;
-    const Index leaving = m_basis[position];
+    const Index leaving = m_basis.rows[position];
     const bool isRising = candidate.direction > 0;
     const auto segmentBeyond = [](const Event& event) { return event.rate > 0.0 ? event.kink + 1 : event.kink; };
 
@@ -230,7 +216,7 @@ bool Simplex::exchange(const Candidate& candidate, const Event& entering, Effort
             advance(entering.distance);
         } else {
             m_affected.push_back(position);
-            advanceByDeriving();
+            moveBasis(); // without the rounding of advance()
         }
         return true;
     }
@@ -260,11 +246,10 @@ bool Simplex::exchange(const Candidate& candidate, const Event& entering, Effort
 
     // 4. The basis itself.
     m_factor.exchange(position, m_work->alpha);
-    m_rowValues[leaving] += entering.distance * candidate.direction;
-    m_place[leaving] = none;
+    m_basis.places[leaving] = none;
     m_spot[leaving] = ownSegment;
-    m_basis[position] = entering.row;
-    m_place[entering.row] = position;
+    m_basis.rows[position] = entering.row;
+    m_basis.places[entering.row] = position;
     holdAt(position, entering.kink);
     m_suspects.insert(leaving);
     ++effort.pivots;

@@ -8,7 +8,7 @@ std::vector<double>& Simplex::pricesOf(Index level)
 {
     std::vector<double>& prices = m_prices[level];
     if (prices.empty()) {
-        prices.assign(m_basis.size(), 0.0);
+        prices.assign(m_basis.rows.size(), 0.0);
         m_pricedLevels.push_back(level);
     }
     return prices;
@@ -133,7 +133,7 @@ void Simplex::findFreePrices()
             });
         }
         m_factor.solveTransposed(m_work->byColumn, m_work->byPosition);
-        std::vector<double>& prices = m_freePrices.emplace_back(m_basis.size(), 0.0);
+        std::vector<double>& prices = m_freePrices.emplace_back(m_basis.rows.size(), 0.0);
         for (const Index position : m_work->byPosition.indices())
             prices[position] = m_work->byPosition[position];
         m_work->byPosition.clear();
@@ -143,7 +143,7 @@ void Simplex::findFreePrices()
 // Whether the basic row gains by moving up or down. It cannot gain both ways, the cost being convex.
 Simplex::Candidate Simplex::evaluate(Index position)
 {
-    const Index row = m_basis[position];
+    const Index row = m_basis.rows[position];
     const Index kink = m_spot[row];
     for (const Piece piece : m_system->pieces(row)) {
         m_work->upSums.addCost(piece.level, piece.kink <= kink ? piece.right : piece.left);
@@ -214,8 +214,8 @@ const Simplex::Candidate* Simplex::choose() const
         if (candidate.direction == 0 || m_work->banned.contains(candidate.position))
             continue;
         const auto isBetter = [&] {
-            const Index row = m_basis[candidate.position];
-            const Index bestRow = m_basis[best->position];
+            const Index row = m_basis.rows[candidate.position];
+            const Index bestRow = m_basis.rows[best->position];
             if (m_takesLeastIndex)
                 return row < bestRow;
             if (candidate.level != best->level)
@@ -249,7 +249,7 @@ std::vector<Index> Simplex::pricedRows(Index level) const
             down += piece.kink < m_spot[row] ? piece.right : piece.left;
         }
         const double width = priceTolerance(level);
-        const bool isPriced = isBasic(row) && std::abs(price(m_place[row], level)) > width;
+        const bool isPriced = isBasic(row) && std::abs(price(m_basis.places[row], level)) > width;
         if (isPriced || down > width || up < -width)
             result.push_back(row);
     }

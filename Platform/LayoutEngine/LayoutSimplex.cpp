@@ -4,8 +4,11 @@
 
 namespace RVCore::LayoutInternal {
 
-void SimplexWork::fit(Index columns, Index rows, Index levels)
+void SimplexWork::fit(const System& system)
 {
+    const Index columns = system.columnCount();
+    const Index rows = system.rowCount();
+    const Index levels = system.levelCount();
     if (levels > m_levels) {
         m_levels = levels;
         for (SparseVector* vector : {&upSums, &downSums})
@@ -25,17 +28,8 @@ void SimplexWork::fit(Index columns, Index rows, Index levels)
     }
 }
 
-void SimplexWork::releaseBuffers()
-{
-    for (SparseVector* vector : {&byPosition, &byColumn, &direction, &alpha, &rates})
-        vector->releaseIndices();
-    releaseIfEmpty(candidates);
-    releaseIfEmpty(events, passed);
-}
-
 void Simplex::releaseBuffers()
 {
-    m_work->releaseBuffers();
     for (IndexSet* set : {&m_freePositions, &m_touchedPositions, &m_moved, &m_touchedRows, &m_suspects})
         set->releaseIndices();
     releaseIfEmpty(m_affected);
@@ -59,7 +53,7 @@ void Simplex::start(System& system)
     m_pricedLevels.clear();
     m_slopeChanges.assign(levels, {});
     m_changedLevels.clear();
-    m_work->fit(columns, rows, levels);
+    m_work->fit(system);
     for (IndexSet* set : {&m_freePositions, &m_touchedPositions, &m_moved})
         set->resize(columns);
     for (Index column = 0; column < columns; ++column)
@@ -69,7 +63,7 @@ void Simplex::start(System& system)
     m_touchedRows.resize(rows);
     m_suspects.resize(rows);
     m_values.assign(columns, 0.0);
-    m_rowValues.assign(rows, 0.0);
+    m_targets.assign(columns, 0.0);
     m_affected.clear();
     m_scale = 1.0;
     m_scaleColumn = none;
@@ -99,7 +93,7 @@ void Simplex::setPieces(Index row, std::span<const Piece> pieces)
         m_touchedRows.insert(row);
         return;
     }
-    const Index position = m_place[row];
+    const Index position = positionOf(row);
     m_touchedPositions.insert(position);
     m_affected.push_back(position);
     if (wasAtBest || m_spot[row] >= m_system->kinkCount(row))
@@ -109,13 +103,11 @@ void Simplex::setPieces(Index row, std::span<const Piece> pieces)
 void Simplex::growRows()
 {
     const Index rows = m_system->rowCount();
-    m_place.resize(rows, none);
+    m_basis.places.resize(rows, none);
     m_spot.resize(rows, none);
-    m_rowValues.resize(rows, 0.0);
     m_touchedRows.grow(rows);
     m_suspects.grow(rows);
-    m_factor.growRows(rows);
-    m_work->fit(m_system->columnCount(), rows, m_system->levelCount());
+    m_work->fit(*m_system);
 }
 
 // Until something better turns up, a new column is held by its own row.
@@ -124,12 +116,13 @@ void Simplex::columnAdded(Index column)
     growRows();
     const Index row = m_system->ownRow(column);
     Index strength = none;
-    m_place[row] = column;
+    m_basis.places[row] = column;
     m_spot[row] = bestKink(row, strength);
-    m_basis.push_back(row);
+    m_basis.rows.push_back(row);
     m_values.push_back(0.0);
+    m_targets.push_back(0.0);
     for (IndexSet* set : {&m_freePositions, &m_touchedPositions, &m_moved})
-        set->grow(m_basis.size());
+        set->grow(m_values.size());
     m_moved.insert(column);
     m_isDirty = true;
 }
@@ -137,7 +130,6 @@ void Simplex::columnAdded(Index column)
 void Simplex::rowAdded(Index row)
 {
     growRows();
-    m_place[row] = none;
     m_spot[row] = none;
     m_touchedRows.insert(row);
     m_newRows.push_back(row);
@@ -148,7 +140,7 @@ void Simplex::rowAdded(Index row)
 void Simplex::rowWillBeRemoved(Index row)
 {
     if (isBasic(row))
-        m_vacant.push_back(m_place[row]);
+        m_vacant.push_back(positionOf(row));
     else if (!m_isDirty && m_spot[row] != none)
         noteSlopes(row, m_spot[row], -1.0);
     m_system->setPieces(row, {});
@@ -203,12 +195,12 @@ Index Simplex::segmentAt(Index row, double value, Index present) const
 void Simplex::moveBasis()
 {
     for (const Index position : m_affected) {
-        const Index row = m_basis[position];
+        const Index row = m_basis.rows[position];
         if (m_system->kinkCount(row) > 0) // one that has come to cost nothing stays until another takes its place
-            m_rowValues[row] = m_system->kinkPosition(row, m_spot[row]);
+            m_targets[position] = m_system->kinkPosition(row, m_spot[row]);
     }
     m_changed.clear();
-    m_factor.derive(m_rowValues, m_affected, m_values, m_changed);
+    m_factor.derive(m_targets, m_affected, m_values, m_changed);
     m_affected.clear();
     for (const Index column : m_changed) {
         m_moved.insert(column);
@@ -251,9 +243,8 @@ void Simplex::touchRowsOf(std::span<const Index> columns)
 
 void Simplex::relocate(Index row)
 {
-    m_rowValues[row] = evaluateRow(row);
     const Index before = m_spot[row];
-    const Index segment = segmentAt(row, m_rowValues[row], before);
+    const Index segment = segmentAt(row, evaluateRow(row), before);
     if (segment == before)
         return;
     if (before != none)
@@ -262,13 +253,11 @@ void Simplex::relocate(Index row)
     noteSlopes(row, segment, 1.0);
 }
 
-// The rows of the basis, where the factors have put them, and own rows in place of some.
+// Own rows have taken the place of some.
 void Simplex::takeOver(std::span<const Factor::Repair> repairs)
 {
     for (const Factor::Repair& one : repairs)
-        m_place[one.row] = m_spot[one.row] = none;
-    for (Index position = 0; position < m_basis.size(); ++position)
-        m_place[m_basis[position]] = position;
+        m_spot[one.row] = none;
     for (const Factor::Repair& one : repairs) {
         const Index row = m_system->ownRow(one.column);
         Index strength = none;
@@ -281,11 +270,18 @@ void Simplex::takeOver(std::span<const Factor::Repair> repairs)
 void Simplex::refresh(Effort& effort)
 {
     std::vector<Factor::Repair> repairs;
+    std::vector<double> targets(m_targets.size(), 0.0);
+    const std::vector<Index> before = m_basis.rows;
     m_factor.factor(*m_system, m_basis, repairs);
+    for (Index position = 0; position < before.size(); ++position) {
+        if (isBasic(before[position]))
+            targets[positionOf(before[position])] = m_targets[position];
+    }
+    m_targets.swap(targets);
     takeOver(repairs);
     m_freePositions.clear(); // all positions are looked at again
     ++effort.factorisations;
-    m_affected.resize(m_basis.size());
+    m_affected.resize(m_basis.rows.size());
     for (Index position = 0; position < m_affected.size(); ++position)
         m_affected[position] = position;
     moveBasis();
@@ -295,15 +291,14 @@ void Simplex::refresh(Effort& effort)
     for (Index row = 0; row < m_system->rowCount(); ++row) {
         if (isBasic(row))
             continue;
-        m_rowValues[row] = evaluateRow(row);
-        m_spot[row] = segmentAt(row, m_rowValues[row], m_spot[row]);
+        m_spot[row] = segmentAt(row, evaluateRow(row), m_spot[row]);
         noteSlopes(row, m_spot[row], 1.0);
     }
-    for (Index position = 0; position < m_basis.size(); ++position) {
+    for (Index position = 0; position < m_basis.rows.size(); ++position) {
         m_touchedPositions.insert(position);
-        for (const Piece piece : m_system->pieces(m_basis[position])) {
-            if (piece.level == 0 && piece.kink != m_spot[m_basis[position]])
-                m_suspects.insert(m_basis[position]);
+        for (const Piece piece : m_system->pieces(m_basis.rows[position])) {
+            if (piece.level == 0 && piece.kink != m_spot[m_basis.rows[position]])
+                m_suspects.insert(m_basis.rows[position]);
         }
     }
     m_work->banned.clear();
@@ -312,6 +307,7 @@ void Simplex::refresh(Effort& effort)
 
 bool Simplex::run(Effort& effort)
 {
+    m_work->fit(*m_system);
     constexpr std::size_t longestUpdate = 1000; // beyond this many small updates, rounding in the prices adds up
     m_work->banned.clear();
     fillVacancies();
@@ -361,6 +357,7 @@ std::vector<Index> Simplex::violatedRows(Index level) const
 
 std::vector<Index> Simplex::holdingRows(Index column)
 {
+    m_work->fit(*m_system);
     std::vector<Index> positions;
     m_work->byColumn.add(column, 1.0);
     m_factor.solveTransposed(m_work->byColumn, m_work->byPosition);
@@ -372,16 +369,17 @@ std::vector<Index> Simplex::holdingRows(Index column)
     std::sort(positions.begin(), positions.end(),
               [&](Index a, Index b) { return m_factor.step(a) < m_factor.step(b); });
     for (Index& position : positions)
-        position = m_basis[position];
+        position = m_basis.rows[position];
     return positions;
 }
 
 std::vector<Index> Simplex::movableColumns()
 {
+    m_work->fit(*m_system);
     IndexSet found;
     found.resize(m_system->columnCount());
-    for (Index position = 0; position < m_basis.size(); ++position) {
-        const Index row = m_basis[position];
+    for (Index position = 0; position < m_basis.rows.size(); ++position) {
+        const Index row = m_basis.rows[position];
         bool isFree = false;
         for (const Index segment : {m_spot[row] + 1, m_spot[row]}) {
             m_system->visitSlopes(row, segment,

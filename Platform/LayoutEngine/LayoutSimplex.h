@@ -30,9 +30,10 @@ struct SimplexWork {
         Index kink;
     };
 
-    // Before a run on a system of this size.
-    void fit(Index columns, Index rows, Index levels);
-    void releaseBuffers();
+    // Before anything is done on a system of this size.
+    void fit(const System&);
+    // A build leaves it as large as few later edits need it; the next one makes it anew.
+    void release() { *this = {}; }
 
     SparseVector upSums, downSums; // by level
     SparseVector byPosition, byColumn, direction, alpha;
@@ -102,11 +103,12 @@ public:
     std::vector<Index> pricedRows(Index level) const;
     double price(Index position, Index level) const;
 
-    bool isBasic(Index row) const { return m_place[row] != none; }
-    Index positionOf(Index row) const { return m_place[row]; }
+    bool isBasic(Index row) const { return m_basis.places[row] != none; }
+    Index positionOf(Index row) const { return m_basis.places[row]; }
     // The kink that a basic row is held at, the segment of another row.
     Index spot(Index row) const { return m_spot[row]; }
-    double rowValue(Index row) const { return m_rowValues[row]; }
+    // Of a basic row, the position of its kink.
+    double rowValue(Index row) const { return isBasic(row) ? m_targets[m_basis.places[row]] : evaluateRow(row); }
     double tolerance() const { return 1e-13 * m_scale + 1e-10; }
     // Basic rows that a column's value depends on, in order of derivation.
     std::vector<Index> holdingRows(Index column);
@@ -169,20 +171,18 @@ private:
     void pushNextEvent(Index row, Index spot, bool isBasicRow);
     bool findEntering(const Candidate&, Event& entering);
     void advance(double distance);
-    void advanceByDeriving();
     void holdAt(Index position, Index kink);
     bool exchange(const Candidate&, const Event&, Effort&);
 
     SimplexWork* m_work;
     System* m_system = nullptr;
     Factor m_factor;
-    std::vector<Index> m_basis;      // row by position
-    std::vector<Index> m_place;      // position by row, none outside the basis
-    std::vector<Index> m_spot;       // by row: kink of a basic row, segment of another
-    std::vector<double> m_values;    // by column
-    std::vector<double> m_rowValues; // by row; of a basic one, the position of its kink
-    double m_scale = 1.0;            // largest magnitude of a value since the last refresh()
-    Index m_scaleColumn = none;      // that had it
+    Basis m_basis;
+    std::vector<Index> m_spot;     // by row: kink of a basic row, segment of another
+    std::vector<double> m_values;  // by column
+    std::vector<double> m_targets; // by position: where the kink of the row is that is held there
+    double m_scale = 1.0;          // largest magnitude of a value since the last refresh()
+    Index m_scaleColumn = none;    // that had it
 
     std::vector<std::vector<double>> m_prices; // by level, by position; empty while all are zero
     std::vector<double> m_slopeScale;          // largest slope by level

@@ -59,6 +59,7 @@ void Solver::releaseBuffers()
     for (std::vector<Index>* buffer : {&m_loose, &m_absorbedClasses, &m_indexBuffer, &m_notedClasses})
         std::vector<Index>().swap(*buffer);
     std::vector<LayoutVariable>().swap(m_variableBuffer);
+    m_work.release();
 }
 
 // Pass 2. Parts are edited in place where that is the cheaper way; others are taken apart, and what hangs together
@@ -305,6 +306,14 @@ void Solver::collectChanges(Part& part)
         m_changedVariables.push_back({part.variables()[column]});
     }
     part.simplex().forgetMoves();
+}
+
+void Solver::forgetChangedVariables()
+{
+    constexpr std::size_t usual = 256; // of what a resize moves; more is not kept for the next one
+    m_changedVariables.clear();
+    if (m_changedVariables.capacity() > usual)
+        m_changedVariables.shrink_to_fit();
 }
 
 void Solver::countEffort(const Effort& effort)

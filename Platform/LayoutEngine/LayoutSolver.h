@@ -27,6 +27,7 @@ public:
     bool needsSolve() const { return m_model.hasNotes(); }
     void solve();
     const std::vector<LayoutVariable>& changedVariables() const { return m_changedVariables; }
+    void forgetChangedVariables();
     std::vector<LayoutConflict> takeConflicts() { return std::exchange(m_newConflicts, {}); }
 
     const std::vector<Index>& ambiguousVariables();

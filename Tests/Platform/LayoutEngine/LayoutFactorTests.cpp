@@ -7,11 +7,19 @@
 namespace RVCore::LayoutInternal {
 namespace {
 
+Basis makeBasis(const System& system, const std::vector<Index>& rows)
+{
+    Basis result{rows, std::vector<Index>(system.rowCount(), none)};
+    for (Index position = 0; position < rows.size(); ++position)
+        result.places[rows[position]] = position;
+    return result;
+}
+
 // Row i of the result of matrix * x, or of its transpose.
-double product(const System& system, const std::vector<Index>& basis, const std::vector<double>& x, Index row)
+double product(const System& system, const Basis& basis, const std::vector<double>& x, Index row)
 {
     double sum = 0;
-    for (const Term& cell : system.terms(basis[row]))
+    for (const Term& cell : system.terms(basis.rows[row]))
         sum += cell.coefficient * x[cell.column];
     return sum;
 }
@@ -65,9 +73,10 @@ TEST(LayoutFactor, solvesBothWaysAndAfterExchanges)
     for (int round = 0; round < 100; ++round) {
         const Index size = 1 + Index(random() % 30);
         const System system = makeRandom(random, size);
-        std::vector<Index> basis;
+        std::vector<Index> rows;
         for (Index i = 0; i < size; ++i)
-            basis.push_back(size + i);
+            rows.push_back(size + i);
+        Basis basis = makeBasis(system, rows);
         Factor factor;
         std::vector<Factor::Repair> repairs;
         factor.factor(system, basis, repairs);
@@ -90,7 +99,7 @@ TEST(LayoutFactor, solvesBothWaysAndAfterExchanges)
             factor.solveTransposed(columns, alpha);
             std::vector<double> sums(size, 0.0);
             for (const Index position : alpha.indices()) {
-                for (const Term& cell : system.terms(basis[position]))
+                for (const Term& cell : system.terms(basis.rows[position]))
                     sums[cell.column] += alpha[position] * cell.coefficient;
             }
             for (const Term& cell : system.terms(entering))
@@ -103,7 +112,9 @@ TEST(LayoutFactor, solvesBothWaysAndAfterExchanges)
                     position = other;
             }
             factor.exchange(position, alpha);
-            basis[position] = entering;
+            basis.places[basis.rows[position]] = none;
+            basis.places[entering] = position;
+            basis.rows[position] = entering;
         }
     }
 }
@@ -113,12 +124,12 @@ TEST(LayoutFactor, replacesDependentRowsByOwnRows)
     const System system = makeSystem(3, {{{0, 1}, {1, -1}}, {{0, 0.5}, {1, -0.5}}, {{1, 1}, {2, 1}}});
     Factor factor;
     std::vector<Factor::Repair> repairs;
-    std::vector<Index> basis{3, 4, 5};
+    Basis basis = makeBasis(system, {3, 4, 5});
     factor.factor(system, basis, repairs);
     ASSERT_EQ(repairs.size(), 1u);
     EXPECT_LE(repairs[0].row, 4u);
     std::vector<double> targets;
-    for (const Index row : basis)
+    for (const Index row : basis.rows)
         targets.push_back(row < 3 ? 7 : row < 5 ? 2 : 10); // 7 of the own row
     const std::vector<double> x = solved(factor, targets);
     EXPECT_EQ(x[repairs[0].column], 7.0);
@@ -131,14 +142,14 @@ TEST(LayoutFactor, derivingAPartGivesTheBitsOfDerivingAll)
     for (int round = 0; round < 100; ++round) {
         const Index size = 2 + Index(random() % 40);
         const System system = makeRandom(random, size);
-        std::vector<Index> basis, all;
-        std::vector<double> targets; // by row
+        std::vector<Index> rows, all;
+        std::vector<double> targets; // by position
         for (Index i = 0; i < size; ++i) {
-            basis.push_back(size + i);
+            rows.push_back(size + i);
             all.push_back(i);
-        }
-        for (Index row = 0; row < system.rowCount(); ++row)
             targets.push_back(double(random() % 1000) / 7);
+        }
+        Basis basis = makeBasis(system, rows);
         Factor factor;
         std::vector<Factor::Repair> repairs;
         factor.factor(system, basis, repairs);
@@ -146,7 +157,7 @@ TEST(LayoutFactor, derivingAPartGivesTheBitsOfDerivingAll)
         std::vector<Index> changed;
         factor.derive(targets, all, values, changed);
         const Index moved = Index(random() % size);
-        targets[basis[moved]] += 1.0 / 3;
+        targets[moved] += 1.0 / 3;
         const std::vector<double> before = values;
         changed.clear();
         factor.derive(targets, std::vector<Index>{moved}, values, changed);
@@ -167,11 +178,11 @@ TEST(LayoutFactor, aChainIsDerivedInItsOrder)
     const System system = makeSystem(4, {{{3, 1}, {2, -1}}, {{2, 1}, {1, -1}}, {{1, 1}, {0, -1}}});
     Factor factor;
     std::vector<Factor::Repair> repairs;
-    std::vector<Index> basis{4, 5, 6, 0};
+    Basis basis = makeBasis(system, {4, 5, 6, 0});
     factor.factor(system, basis, repairs);
     EXPECT_TRUE(repairs.empty());
     // Column 0 is held by its own row, column 1 by the chain's last one, and so on.
-    EXPECT_EQ(basis, (std::vector<Index>{0, 6, 5, 4}));
+    EXPECT_EQ(basis.rows, (std::vector<Index>{0, 6, 5, 4}));
     EXPECT_LT(factor.step(0), factor.step(1));
     EXPECT_LT(factor.step(1), factor.step(2));
     EXPECT_LT(factor.step(2), factor.step(3));
