@@ -42,6 +42,8 @@ constexpr ViewLayoutState::OwnRow frameRows[] = {ViewLayoutState::horizontalPosi
                                                  ViewLayoutState::horizontalExtent, ViewLayoutState::verticalPosition,
                                                  ViewLayoutState::verticalExtent};
 
+constexpr std::uint32_t noRow = NSLayoutConstraint::Bookkeeping::noRow;
+
 constexpr auto liveVariables = [](const NSView& view) -> const ViewVariables& {
     return ViewLayoutState::of(view)->variables;
 };
@@ -74,7 +76,7 @@ void LayoutContext::retire()
         state->variables = {};
         state->forgetOwnRows();
         state->hasIntrinsicRows = false;
-        state->forEachHeld([](NSLayoutConstraint& constraint) { constraint.bookkeeping({}).handle = {}; });
+        state->forEachHeld([](NSLayoutConstraint& constraint) { constraint.bookkeeping({}).row = noRow; });
     });
     m_engine = {};
 }
@@ -121,12 +123,12 @@ void LayoutContext::subtreeWillBeRemoved(NSView& subtree)
 void LayoutContext::removeRows(ViewLayoutState& state)
 {
     state.forEachHeld([&](NSLayoutConstraint& constraint) {
-        LayoutConstraintHandle& handle = constraint.bookkeeping({}).handle;
-        if (handle.isValid())
-            m_engine.removeConstraint(handle);
-        handle = {};
+        std::uint32_t& row = constraint.bookkeeping({}).row;
+        if (row != noRow)
+            m_engine.removeConstraint(m_engine.handle(row));
+        row = noRow;
     });
-    state.forEachOwnRow([&](LayoutConstraintHandle handle) { m_engine.removeConstraint(handle); });
+    state.forEachOwnRow([&](std::uint32_t row) { m_engine.removeConstraint(m_engine.handle(row)); });
     state.forgetOwnRows();
 }
 
@@ -199,7 +201,7 @@ void LayoutContext::sortByActivation(std::vector<NSLayoutConstraint*>& constrain
     std::vector<std::pair<std::uint64_t, NSLayoutConstraint*>> order; // beside each other, not behind pointers
     order.reserve(constraints.size());
     for (NSLayoutConstraint* constraint : constraints)
-        order.emplace_back(constraint->bookkeeping({}).activation, constraint);
+        order.emplace_back(constraint->activation({}), constraint);
     std::stable_sort(order.begin(), order.end()); // by merging, for what each view holds is in order already
     std::transform(order.begin(), order.end(), constraints.begin(), [](const auto& entry) { return entry.second; });
 }
@@ -213,11 +215,16 @@ void LayoutContext::markForLayout(const Views& views)
     }
 }
 
+// The row that was made last. Who keeps it keeps its index, which is enough to get at it while it is there.
+std::uint32_t LayoutContext::addRow(std::uint64_t tag)
+{
+    return m_engine.addConstraint(m_row.terms, m_row.relation, m_row.constant, m_row.priority, tag).index;
+}
+
 void LayoutContext::install(NSLayoutConstraint& constraint)
 {
     makeConstraintRow(constraint, *constraint.holder(), liveVariables, m_row);
-    constraint.bookkeeping({}).handle = m_engine.addConstraint(m_row.terms, m_row.relation, m_row.constant,
-                                                               m_row.priority, LayoutTag::of(constraint));
+    constraint.bookkeeping({}).row = addRow(LayoutTag::of(constraint));
 }
 
 void LayoutContext::constraintActivated(NSLayoutConstraint& constraint)
@@ -225,23 +232,23 @@ void LayoutContext::constraintActivated(NSLayoutConstraint& constraint)
     takeInPending();
     ++m_revision;
     // It may have come in with a pending subtree, or have been taken out by an override meanwhile.
-    if (constraint.isActive() && !constraint.bookkeeping({}).handle.isValid())
+    if (constraint.isActive() && constraint.bookkeeping({}).row == noRow)
         install(constraint);
 }
 
 void LayoutContext::constraintWillBeDeactivated(NSLayoutConstraint& constraint)
 {
     ++m_revision;
-    LayoutConstraintHandle& handle = constraint.bookkeeping({}).handle;
-    if (handle.isValid())
-        m_engine.removeConstraint(handle);
-    handle = {};
+    std::uint32_t& row = constraint.bookkeeping({}).row;
+    if (row != noRow)
+        m_engine.removeConstraint(m_engine.handle(row));
+    row = noRow;
 }
 
 void LayoutContext::constraintChanged(NSLayoutConstraint& constraint)
 {
     ++m_revision;
-    const LayoutConstraintHandle handle = constraint.bookkeeping({}).handle;
+    const LayoutConstraintHandle handle = m_engine.handle(constraint.bookkeeping({}).row);
     m_engine.setConstant(handle, constraint.constant());
     m_engine.setPriority(handle, constraint.priority());
 }
@@ -249,29 +256,24 @@ void LayoutContext::constraintChanged(NSLayoutConstraint& constraint)
 void LayoutContext::installOwnRow(NSView& view, ViewLayoutState::OwnRow kind, CGSize intrinsicSize)
 {
     if (makeOwnRow(view, kind, intrinsicSize, &view == &m_root, liveVariables, m_row))
-        ViewLayoutState::of(view)->setOwnRow(kind, m_engine.addConstraint(m_row.terms, m_row.relation, m_row.constant,
-                                                                          m_row.priority, LayoutTag::of(view, kind)));
+        ViewLayoutState::of(view)->setOwnRow(kind, addRow(LayoutTag::of(view, kind)));
 }
 
 void LayoutContext::updateOwnRow(NSView& view, ViewLayoutState::OwnRow kind, CGSize intrinsicSize)
 {
     ViewLayoutState& state = *ViewLayoutState::of(view);
-    LayoutConstraintHandle handle = state.ownRow(kind);
+    const std::uint32_t before = state.ownRow(kind);
     const bool isThere = makeOwnRow(view, kind, intrinsicSize, &view == &m_root, liveVariables, m_row);
     const bool onlyNumbersChange =
         std::find(std::begin(frameRows), std::end(frameRows), kind) == std::end(frameRows) || &view == &m_root;
-    if (handle.isValid() && isThere && onlyNumbersChange) {
-        m_engine.setConstant(handle, m_row.constant);
-        m_engine.setPriority(handle, m_row.priority);
+    if (before != noRow && isThere && onlyNumbersChange) {
+        m_engine.setConstant(m_engine.handle(before), m_row.constant);
+        m_engine.setPriority(m_engine.handle(before), m_row.priority);
         return;
     }
-    if (handle.isValid())
-        m_engine.removeConstraint(handle);
-    handle = {};
-    if (isThere)
-        handle = m_engine.addConstraint(m_row.terms, m_row.relation, m_row.constant, m_row.priority,
-                                        LayoutTag::of(view, kind));
-    state.setOwnRow(kind, handle);
+    if (before != noRow)
+        m_engine.removeConstraint(m_engine.handle(before));
+    state.setOwnRow(kind, isThere ? addRow(LayoutTag::of(view, kind)) : noRow);
 }
 
 void LayoutContext::intrinsicSizeInvalidated(NSView& view)
@@ -286,8 +288,8 @@ void LayoutContext::contentPriorityChanged(NSView& view, NSLayoutConstraintOrien
     const bool isVertical = orientation == NSLayoutConstraintOrientation::vertical;
     const ViewLayoutState& state = *ViewLayoutState::of(view);
     const auto update = [&](ViewLayoutState::OwnRow kind, NSLayoutPriority priority) {
-        if (const LayoutConstraintHandle handle = state.ownRow(kind); handle.isValid())
-            m_engine.setPriority(handle, priority);
+        if (const std::uint32_t row = state.ownRow(kind); row != noRow)
+            m_engine.setPriority(m_engine.handle(row), priority);
     };
     update(isVertical ? ViewLayoutState::heightHugging : ViewLayoutState::widthHugging,
            view.contentHuggingPriority(orientation));
@@ -357,6 +359,7 @@ LayoutContext::Views LayoutContext::noteMovedViews()
         m_movedViews.add(view);
         addPlacing(view, result);
     }
+    m_engine.forgetChangedVariables();
     return result;
 }
 

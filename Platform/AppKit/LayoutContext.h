@@ -88,6 +88,7 @@ private:
     static void markForLayout(const Views& views);
     void takeInPending();
     void takeIn(NSView& subtree);
+    std::uint32_t addRow(std::uint64_t tag);
     void install(NSLayoutConstraint& constraint);
     void installOwnRow(NSView& view, ViewLayoutState::OwnRow kind, CGSize intrinsicSize);
     void updateOwnRow(NSView& view, ViewLayoutState::OwnRow kind, CGSize intrinsicSize);

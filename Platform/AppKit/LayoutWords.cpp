@@ -118,7 +118,7 @@ std::string pointsText(double points)
 
 LayoutConstraintHandle LayoutWords::ownRow(std::uint64_t tag) const
 {
-    return ViewLayoutState::of(LayoutTag::view(tag))->ownRow(LayoutTag::kind(tag));
+    return m_engine.handle(ViewLayoutState::of(LayoutTag::view(tag))->ownRow(LayoutTag::kind(tag)));
 }
 
 // A root's frame that gives way to its content, as a window's does.

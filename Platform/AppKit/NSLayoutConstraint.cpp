@@ -3,7 +3,7 @@
 #include <AppKit/NSView.h>
 #include <AppKit/ViewDump.h>
 #include <AppKit/ViewLayoutState.h>
-#include <Foundation/InternedString.h>
+#include <Foundation/AssociatedObjects.h>
 #include <Foundation/NSException.h>
 
 #include <array>
@@ -64,6 +64,8 @@ NSView* commonAncestor(NSView& first, NSView& second)
     return deep;
 }
 
+constexpr AssociationKey multiplierKey{"multiplier"};
+
 std::uint64_t nextActivation()
 {
     static std::uint64_t count = 0; // main thread only
@@ -107,7 +109,8 @@ Class& NSLayoutConstraint::staticClass()
             publish.readOnlyProperty("multiplier", &Self::multiplier);
             publish.property("constant", &Self::constant, &Self::setConstant);
             publish.property("priority", &Self::priority, &Self::setPriority);
-            publish.property("identifier", &Self::identifier, &Self::setIdentifier);
+            publish.property("identifier", &Self::identifier,
+                             [](Self& self, const std::string& identifier) { self.setIdentifier(identifier); });
             publish.readOnlyProperty("isActive", &Self::isActive);
             publish.method("setActive:", &Self::setActive);
         });
@@ -128,7 +131,7 @@ void NSLayoutConstraint::init(NSView& firstItem, NSLayoutAttribute firstAttribut
                               double constant)
 {
     constexpr std::string_view operation = "NSLayoutConstraint.init";
-    if (m_attributes[0] != NSLayoutAttribute::notAnAttribute)
+    if (m_firstAttribute != 0)
         raiseInvalidArgument(operation, description() + " has been initialised before");
     const AttributeKind firstKind = kindOf(firstAttribute), secondKind = kindOf(secondAttribute);
     if (firstKind == AttributeKind::unknown || secondKind == AttributeKind::unknown)
@@ -154,10 +157,12 @@ void NSLayoutConstraint::init(NSView& firstItem, NSLayoutAttribute firstAttribut
 
     m_items[0] = &firstItem;
     m_items[1] = secondItem;
-    m_attributes[0] = firstAttribute;
-    m_attributes[1] = secondAttribute;
-    m_relation = relation;
-    m_multiplier = multiplier;
+    m_firstAttribute = static_cast<std::uint64_t>(firstAttribute) & 15;
+    m_secondAttribute = static_cast<std::uint64_t>(secondAttribute) & 15;
+    m_relation = relation == NSLayoutRelation::equal ? 0 : relation == NSLayoutRelation::lessThanOrEqual ? -1 : 1;
+    m_hasMultiplier = multiplier != 1;
+    if (m_hasMultiplier)
+        setAssociatedObject(*this, multiplierKey, Value(multiplier));
     m_constant = constant;
     for (int item = 0; item < 2; ++item) {
         if (m_items[item])
@@ -187,19 +192,39 @@ void NSLayoutConstraint::rowChanged()
 {
     if (!isActive())
         return;
-    if (LayoutContext* context = LayoutContext::of(*holder()))
+    NSView& present = *holder();
+    if (LayoutContext* context = LayoutContext::of(present))
         context->constraintChanged(*this);
-    holder()->setNeedsDisplay(true);
+    present.setNeedsDisplay(true);
+}
+
+double NSLayoutConstraint::multiplier() const
+{
+    return m_hasMultiplier ? associatedObject(*this, multiplierKey).as<double>() : 1;
+}
+
+NSView* NSLayoutConstraint::holder() const
+{
+    switch (m_holder) {
+    case Holder::none:
+        return nullptr;
+    case Holder::firstItem:
+        return m_items[0];
+    case Holder::secondItem:
+        return m_items[1];
+    default:
+        return commonAncestor(*m_items[0], *m_items[1]);
+    }
 }
 
 std::string NSLayoutConstraint::identifier() const
 {
-    return m_identifier ? *m_identifier : std::string();
+    return ShortName::numbered(m_identifier).text();
 }
 
 void NSLayoutConstraint::setIdentifier(const std::string& identifier)
 {
-    m_identifier = identifier.empty() ? nullptr : &interned(identifier);
+    setIdentifier(ShortName(identifier));
 }
 
 void NSLayoutConstraint::setActive(bool active)
@@ -210,11 +235,12 @@ void NSLayoutConstraint::setActive(bool active)
         NSView& oldHolder = *holder();
         if (LayoutContext* context = LayoutContext::of(oldHolder))
             context->constraintWillBeDeactivated(*this);
+        m_holder = Holder::none;
         const auto alive = ViewLayoutState::of(oldHolder)->release(*this);
         oldHolder.setNeedsDisplay(true);
         return;
     }
-    const bool hasSecondItem = m_attributes[1] != NSLayoutAttribute::notAnAttribute;
+    const bool hasSecondItem = secondAttribute() != NSLayoutAttribute::notAnAttribute;
     if (!m_items[0] || (hasSecondItem && !m_items[1]))
         raiseInvalidArgument("NSLayoutConstraint.setActive:", "a view of the constraint no longer exists");
     NSView* newHolder = hasSecondItem ? commonAncestor(*m_items[0], *m_items[1]) : m_items[0];
@@ -222,7 +248,10 @@ void NSLayoutConstraint::setActive(bool active)
         raiseInvalidArgument("NSLayoutConstraint.setActive:", m_items[0]->description() + " and " +
                                                                   m_items[1]->description() +
                                                                   " have no common ancestor");
-    m_bookkeeping.activation = nextActivation();
+    m_activation = nextActivation() & 0xffff'ffff'ffff; // as many bits as it has, never used up
+    m_holder = newHolder == m_items[0]   ? Holder::firstItem
+               : newHolder == m_items[1] ? Holder::secondItem
+                                         : Holder::ancestor;
     ViewLayoutState::make(*newHolder).hold(*this);
     if (LayoutContext* context = LayoutContext::of(*newHolder))
         context->constraintActivated(*this);

@@ -1,10 +1,11 @@
 #pragma once
 
 #include <AppKit/AppKitKey.h>
+#include <Foundation/InternedString.h>
 #include <Foundation/NSObject.h>
-#include <LayoutEngine/LayoutEngine.h>
 
 #include <cmath>
+#include <limits>
 
 namespace RVCore {
 
@@ -69,10 +70,10 @@ public:
     // Null once the view has died.
     NSView* firstItem() const { return m_items[0]; }
     NSView* secondItem() const { return m_items[1]; }
-    NSLayoutAttribute firstAttribute() const { return m_attributes[0]; }
-    NSLayoutAttribute secondAttribute() const { return m_attributes[1]; }
-    NSLayoutRelation relation() const { return m_relation; }
-    double multiplier() const { return m_multiplier; }
+    NSLayoutAttribute firstAttribute() const { return static_cast<NSLayoutAttribute>(m_firstAttribute); }
+    NSLayoutAttribute secondAttribute() const { return static_cast<NSLayoutAttribute>(m_secondAttribute); }
+    NSLayoutRelation relation() const { return static_cast<NSLayoutRelation>(m_relation); }
+    double multiplier() const;
 
     double constant() const { return m_constant; }
     void setConstant(double constant);
@@ -82,42 +83,50 @@ public:
     // empty.
     std::string identifier() const;
     void setIdentifier(const std::string& identifier);
-    // The same without a search, for a text that `interned` has returned (see Foundation/InternedString.h).
-    void setInternedIdentifier(const std::string& identifier) { m_identifier = &identifier; }
+    void setIdentifier(ShortName identifier) { m_identifier = identifier.number() & 0xffffff; }
 
     // Activating raises NSInvalidArgumentException when the items have no common ancestor or one has died;
     // activating twice or deactivating twice does nothing.
-    bool isActive() const { return m_bookkeeping.holder != nullptr; }
+    bool isActive() const { return m_holder != Holder::none; }
     void setActive(bool active);
     // The view that owns the constraint while it is active, else null.
-    NSView* holder() const { return m_bookkeeping.holder; }
+    NSView* holder() const;
 
     // "<NSLayoutConstraint: 0x… NSView.left == NSView.right + 8 @749 'chain'>"
     std::string description() const override;
 
     // For AppKit's own classes: where the constraint is entered, so that taking it out needs no search.
     struct Bookkeeping {
-        NSView* holder = nullptr;
-        std::uint64_t activation = 0; // which activation of the program this was: the order of installation
-        LayoutConstraintHandle handle;
+        static constexpr std::uint32_t noRow = std::numeric_limits<std::uint32_t>::max();
+
+        std::uint32_t row = noRow; // the index of its row in the engine
         std::uint32_t placeInHolder = 0;
         std::uint32_t placeInItem[2] = {};
     };
     Bookkeeping& bookkeeping(AppKitKey) { return m_bookkeeping; }
+    std::uint64_t activation(AppKitKey) const { return m_activation; }
+    void forgetHolder(AppKitKey) { m_holder = Holder::none; }
     void forgetItem(int item, AppKitKey) { m_items[item] = nullptr; } // it dies
 
 private:
+    struct Holder { // which view that is
+        enum Kind : std::uint64_t { none, firstItem, secondItem, ancestor };
+    };
+
     void rowChanged(); // its constant or priority
 
-    // The small ones come first: they fit into what the base class leaves free at its end.
-    NSLayoutAttribute m_attributes[2] = {};
-    NSLayoutRelation m_relation = NSLayoutRelation::equal;
+    // There are ten for each member of a group. The first ones fit into what the base class leaves free at its end.
+    std::uint32_t m_identifier : 24 = 0; // number of a ShortName
     NSLayoutPriority m_priority = NSLayoutPriorityRequired;
     NSView* m_items[2] = {};
-    Bookkeeping m_bookkeeping;
-    double m_multiplier = 1;
     double m_constant = 0;
-    const std::string* m_identifier = nullptr; // interned; null for none
+    std::uint64_t m_activation : 48 = 0; // which activation of the program this was: the order of installation
+    std::uint64_t m_firstAttribute : 4 = 0;
+    std::uint64_t m_secondAttribute : 4 = 0;
+    std::int64_t m_relation : 2 = 0;
+    std::uint64_t m_holder : 2 = 0; // a Holder; nothing between the items and it moves while the constraint is active
+    std::uint64_t m_hasMultiplier : 1 = false; // another one than 1, kept beside the object
+    Bookkeeping m_bookkeeping;
 };
 
 } // namespace RVCore

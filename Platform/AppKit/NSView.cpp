@@ -149,7 +149,7 @@ NSView::NSView() : m_drawingRevision(nextDrawingRevision()) {}
 NSView::~NSView()
 {
     if (m_layoutState)
-        m_layoutState->viewWillDie();
+        m_layoutState->viewWillDie(*this);
     for (const auto& subview : m_subviews)
         subview->m_superview = nullptr; // they may live on, as roots
     if (m_layer) {

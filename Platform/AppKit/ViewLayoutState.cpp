@@ -4,11 +4,14 @@
 
 namespace RVCore {
 
-ViewLayoutState::ViewLayoutState(NSView& view) : m_view(view) {}
+ViewLayoutState::ViewLayoutState()
+{
+    m_usualRows.fill(noRow);
+}
 
 ViewLayoutState::~ViewLayoutState() = default;
 
-void ViewLayoutState::viewWillDie()
+void ViewLayoutState::viewWillDie(const NSView& view)
 {
     dropContext();
     for (std::uint32_t place = m_references.placeCount(); place-- > 0 && !m_references.isEmpty();) {
@@ -18,11 +21,11 @@ void ViewLayoutState::viewWillDie()
         const auto alive = shared(*constraint); // deactivating may release the last reference
         constraint->setActive(false);
         const int item =
-            constraint->bookkeeping({}).placeInItem[0] == place && constraint->firstItem() == &m_view ? 0 : 1;
+            constraint->bookkeeping({}).placeInItem[0] == place && constraint->firstItem() == &view ? 0 : 1;
         removeReference(*constraint, item);
         constraint->forgetItem(item, {});
     }
-    forEachHeld([](NSLayoutConstraint& constraint) { constraint.bookkeeping({}).holder = nullptr; });
+    forEachHeld([](NSLayoutConstraint& constraint) { constraint.forgetHolder({}); });
 }
 
 void ViewLayoutState::dropContext()
@@ -45,26 +48,26 @@ ViewLayoutState::Rare& ViewLayoutState::rare()
     return *m_rare;
 }
 
-LayoutConstraintHandle ViewLayoutState::ownRow(OwnRow kind) const
+std::uint32_t ViewLayoutState::ownRow(OwnRow kind) const
 {
     if (!isFrameRow(kind))
         return m_usualRows[placeOfUsualRow(kind)];
-    return m_rare ? m_rare->frameRows[kind - horizontalPosition] : LayoutConstraintHandle();
+    return m_rare ? m_rare->frameRows[kind - horizontalPosition] : noRow;
 }
 
-void ViewLayoutState::setOwnRow(OwnRow kind, LayoutConstraintHandle handle)
+void ViewLayoutState::setOwnRow(OwnRow kind, std::uint32_t row)
 {
     if (!isFrameRow(kind))
-        m_usualRows[placeOfUsualRow(kind)] = handle;
-    else if (handle.isValid() || m_rare)
-        rare().frameRows[kind - horizontalPosition] = handle;
+        m_usualRows[placeOfUsualRow(kind)] = row;
+    else if (row != noRow || m_rare)
+        rare().frameRows[kind - horizontalPosition] = row;
 }
 
 void ViewLayoutState::forgetOwnRows()
 {
-    m_usualRows.fill({});
+    m_usualRows.fill(noRow);
     if (m_rare)
-        m_rare->frameRows.fill({});
+        m_rare->frameRows.fill(noRow);
 }
 
 ViewLayoutState* ViewLayoutState::of(const NSView& view)
@@ -76,7 +79,7 @@ ViewLayoutState& ViewLayoutState::make(NSView& view)
 {
     auto& state = view.layoutState({});
     if (!state)
-        state = std::make_unique<ViewLayoutState>(view);
+        state = std::make_unique<ViewLayoutState>();
     return *state;
 }
 
@@ -84,14 +87,12 @@ void ViewLayoutState::hold(NSLayoutConstraint& constraint)
 {
     if (m_heldGaps * 2 > m_held.size())
         closeGaps();
-    constraint.bookkeeping({}).holder = &m_view;
     constraint.bookkeeping({}).placeInHolder = static_cast<std::uint32_t>(m_held.size());
     m_held.push_back(shared(constraint));
 }
 
 std::shared_ptr<NSLayoutConstraint> ViewLayoutState::release(NSLayoutConstraint& constraint)
 {
-    constraint.bookkeeping({}).holder = nullptr;
     ++m_heldGaps;
     return std::move(m_held[constraint.bookkeeping({}).placeInHolder]);
 }

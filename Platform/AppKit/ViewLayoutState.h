@@ -3,6 +3,7 @@
 #include <AppKit/ConstraintReferences.h>
 #include <AppKit/NSLayoutConstraint.h>
 #include <CoreGraphics/CGGeometry.h>
+#include <LayoutEngine/LayoutEngine.h>
 
 #include <array>
 #include <limits>
@@ -41,7 +42,7 @@ public:
         ownRowCount
     };
 
-    explicit ViewLayoutState(NSView& view);
+    ViewLayoutState();
     ~ViewLayoutState();
     // Side by side, since a rebuild of a group's constraints walks through those of all its members.
     static void* operator new(std::size_t) { return RecyclingAllocator<ViewLayoutState>().allocate(1); }
@@ -50,7 +51,7 @@ public:
         RecyclingAllocator<ViewLayoutState>().deallocate(static_cast<ViewLayoutState*>(memory), 1);
     }
     // Takes the view out of every constraint, before it dies.
-    void viewWillDie();
+    void viewWillDie(const NSView& view);
     // Ends the engine that the view had as a root.
     void dropContext();
 
@@ -84,6 +85,7 @@ private:
     ConstraintReferences m_references;
 
 public:
+    static constexpr std::uint32_t noRow = NSLayoutConstraint::Bookkeeping::noRow;
     static constexpr std::uint32_t noPlace = std::numeric_limits<std::uint32_t>::max();
     std::uint32_t placeAmongPending = noPlace; // in the queues of its context
     std::uint32_t placeAmongStale = noPlace;
@@ -92,14 +94,14 @@ public:
     bool unsettledWasReported = false;
     CGSize installedIntrinsicSize;
 
-    // Of a row that is not in the engine, invalid.
-    LayoutConstraintHandle ownRow(OwnRow kind) const;
-    void setOwnRow(OwnRow kind, LayoutConstraintHandle handle);
+    // The index of a row in the engine.
+    std::uint32_t ownRow(OwnRow kind) const;
+    void setOwnRow(OwnRow kind, std::uint32_t row);
     template <class Visit> void forEachOwnRow(const Visit& visit) const
     {
         for (std::size_t kind = 0; kind < ownRowCount; ++kind) {
-            if (const auto handle = ownRow(static_cast<OwnRow>(kind)); handle.isValid())
-                visit(handle);
+            if (const std::uint32_t row = ownRow(static_cast<OwnRow>(kind)); row != noRow)
+                visit(row);
         }
     }
     void forgetOwnRows();
@@ -112,8 +114,9 @@ private:
     static constexpr std::size_t frameRowCount = verticalExtent - horizontalPosition + 1;
     // What only roots have, and views whose mask is translated.
     struct Rare {
+        Rare() { frameRows.fill(noRow); }
         std::shared_ptr<LayoutContext> ownedContext;
-        std::array<LayoutConstraintHandle, frameRowCount> frameRows{};
+        std::array<std::uint32_t, frameRowCount> frameRows;
     };
     static bool isFrameRow(OwnRow kind) { return kind >= horizontalPosition && kind <= verticalExtent; }
     static std::size_t placeOfUsualRow(OwnRow kind)
@@ -123,12 +126,11 @@ private:
     Rare& rare();
     void closeGaps();
 
-    std::array<LayoutConstraintHandle, ownRowCount - frameRowCount> m_usualRows{};
+    std::array<std::uint32_t, ownRowCount - frameRowCount> m_usualRows;
+    std::uint32_t m_heldGaps = 0;
     std::unique_ptr<Rare> m_rare;
-    NSView& m_view;
     // Removed ones leave gaps, which are closed when the next one comes and most are gaps.
     std::vector<std::shared_ptr<NSLayoutConstraint>> m_held;
-    std::size_t m_heldGaps = 0;
 };
 
 } // namespace RVCore

@@ -35,7 +35,10 @@ void ViewQueue::remove(NSView& view)
     m_views[state->*m_place] = nullptr;
     state->*m_place = ViewLayoutState::noPlace;
     if (--m_count == 0) {
+        constexpr std::size_t usual = 256; // more than this is what making a tree took
         m_views.clear();
+        if (m_views.capacity() > usual)
+            m_views.shrink_to_fit();
         m_first = 0;
     }
 }

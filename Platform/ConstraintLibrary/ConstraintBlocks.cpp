@@ -26,7 +26,7 @@ void autoSetPriorityForConstraints(NSLayoutPriority priority, const std::functio
 
 void autoSetIdentifierForConstraints(const std::string& identifier, const std::function<void()>& closure)
 {
-    runConstraintBlock("autoSetIdentifierForConstraints", {.identifier = &interned(identifier)}, closure);
+    runConstraintBlock("autoSetIdentifierForConstraints", {.identifier = ShortName(identifier)}, closure);
 }
 
 } // namespace RVCore

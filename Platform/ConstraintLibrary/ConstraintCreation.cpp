@@ -14,7 +14,7 @@ struct OpenBlocks {
     std::size_t count = 0;
     std::size_t countWithoutInstalling = 0;
     std::optional<NSLayoutPriority> priority;
-    const std::string* identifier = nullptr; // interned
+    std::optional<ShortName> identifier;
 };
 
 OpenBlocks& openBlocks()
@@ -44,7 +44,7 @@ public:
         m_blocks.identifier = m_outerIdentifier;
         m_blocks.countWithoutInstalling -= m_withoutInstalling ? 1 : 0;
         if (--m_blocks.count == 0)
-            m_blocks.created.clear();
+            LayoutConstraints().swap(m_blocks.created); // which may have been a large one
     }
 
     BlockScope(const BlockScope&) = delete;
@@ -70,7 +70,7 @@ private:
     OpenBlocks& m_blocks;
     std::size_t m_start;
     std::optional<NSLayoutPriority> m_outerPriority;
-    const std::string* m_outerIdentifier;
+    std::optional<ShortName> m_outerIdentifier;
     bool m_withoutInstalling;
 };
 
@@ -97,14 +97,13 @@ std::optional<NSLayoutPriority> constraintBlockPriority()
     return openBlocks().priority;
 }
 
-std::shared_ptr<NSLayoutConstraint> createConstraint(NSView& view, const std::string& role,
-                                                     const ConstraintParts& parts)
+std::shared_ptr<NSLayoutConstraint> createConstraint(NSView& view, ShortName role, const ConstraintParts& parts)
 {
     OpenBlocks& blocks = openBlocks();
     auto constraint = make<NSLayoutConstraint>(view, parts.attribute, parts.relation, parts.otherView,
                                                parts.otherAttribute, 1.0, parts.constant);
     constraint->setPriority(blocks.priority.value_or(NSLayoutPriorityRequired));
-    constraint->setInternedIdentifier(blocks.identifier ? *blocks.identifier : role);
+    constraint->setIdentifier(blocks.identifier.value_or(role));
     if (blocks.countWithoutInstalling == 0)
         constraint->setActive(true);
     view.setTranslatesAutoresizingMaskIntoConstraints(false);

@@ -13,7 +13,7 @@ namespace RVCore {
 struct ConstraintBlockOptions {
     bool withoutInstalling = false;
     std::optional<NSLayoutPriority> priority = std::nullopt;
-    const std::string* identifier = nullptr; // interned; null for that of the block around this one
+    std::optional<ShortName> identifier = std::nullopt; // that of the block around this one when absent
 };
 
 // Runs the closure as a block. `operation` is for the message when there is none; `created` gets what was created in
@@ -32,9 +32,8 @@ struct ConstraintParts {
     double constant = 0;
 };
 
-// Makes a constraint on the view as the open blocks say, and marks the view as laid out by constraints. `role`, which
-// is interned, is its identifier where no block has one. When this raises, nothing has changed.
-std::shared_ptr<NSLayoutConstraint> createConstraint(NSView& view, const std::string& role,
-                                                     const ConstraintParts& parts);
+// Makes a constraint on the view as the open blocks say, and marks the view as laid out by constraints. `role`
+// is its identifier where no block has one. When this raises, nothing has changed.
+std::shared_ptr<NSLayoutConstraint> createConstraint(NSView& view, ShortName role, const ConstraintParts& parts);
 
 } // namespace RVCore

@@ -9,12 +9,12 @@ namespace {
 
 // What each kind of constraint is for, unless a block says otherwise.
 struct Roles {
-    const std::string& pinEdge = interned("pin edge");
-    const std::string& pinToSuperview = interned("pin to superview");
-    const std::string& alignAxis = interned("align axis");
-    const std::string& center = interned("center");
-    const std::string& dimension = interned("dimension");
-    const std::string& size = interned("size");
+    const ShortName pinEdge{"pin edge"};
+    const ShortName pinToSuperview{"pin to superview"};
+    const ShortName alignAxis{"align axis"};
+    const ShortName center{"center"};
+    const ShortName dimension{"dimension"};
+    const ShortName size{"size"};
 };
 
 const Roles& roles()
@@ -85,7 +85,7 @@ bool isHorizontal(LayoutEdge edge)
 }
 
 std::shared_ptr<NSLayoutConstraint> alignAxis(NSView& view, LayoutAxis axis, NSView& otherView, CGFloat offset,
-                                              const std::string& role)
+                                              ShortName role)
 {
     const char* operation = "autoAlignAxis";
     const NSLayoutAttribute attribute = attributeOf(operation, axis);
@@ -99,7 +99,7 @@ std::shared_ptr<NSLayoutConstraint> alignAxis(NSView& view, LayoutAxis axis, NSV
 }
 
 std::shared_ptr<NSLayoutConstraint> setDimension(NSView& view, LayoutDimension dimension, CGFloat size,
-                                                 NSLayoutRelation relation, const std::string& role)
+                                                 NSLayoutRelation relation, ShortName role)
 {
     const char* operation = "autoSetDimension";
     const NSLayoutAttribute attribute = attributeOf(operation, dimension);

@@ -15,5 +15,18 @@ TEST(InternedString, EqualTextsAreOneAndOthersAreNot)
     EXPECT_NE(&interned("another"), &first);
 }
 
+TEST(ShortName, EqualTextsHaveOneNumberAndGiveTheTextBack)
+{
+    const ShortName first("chain");
+    EXPECT_EQ(first, ShortName(std::string("chain")));
+    EXPECT_NE(first, ShortName("ends"));
+    EXPECT_EQ(&first.text(), &interned("chain"));
+    EXPECT_EQ(ShortName::numbered(first.number()), first);
+    EXPECT_TRUE(ShortName().isEmpty());
+    EXPECT_TRUE(ShortName("").isEmpty());
+    EXPECT_EQ(ShortName().text(), "");
+    EXPECT_FALSE(first.isEmpty());
+}
+
 } // namespace
 } // namespace RVCore
