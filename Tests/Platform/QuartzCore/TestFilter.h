@@ -24,13 +24,18 @@ public:
     void setInputMode(const std::string& mode) { m_mode = mode; }
 
     void setDefaults() override { setInputRadius(0); }
-    bool isNeutral() const override { return true; }
+    std::span<const std::string_view> inputKeys() const override { return keys; }
+    FilterInputs inputs() const override { return {m_radius}; }
+    using CIFilter::isNeutral;
+    bool isNeutral(const FilterInputs&) const override { return true; }
 
 protected:
-    void applyTo(Bitmap&, CGFloat, FilterScratch&) const override {}
-    CGFloat reachAt(CGFloat) const override { return 0; }
+    void applyInputs(const FilterInputs&, Bitmap&, CGFloat, FilterScratch&) const override {}
+    CGFloat reachOf(const FilterInputs&, CGFloat) const override { return 0; }
 
 private:
+    static constexpr std::string_view keys[] = {"inputRadius"};
+
     double m_radius = 0;
     std::string m_mode;
 };
