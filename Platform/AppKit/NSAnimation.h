@@ -83,7 +83,7 @@ private:
     static void endThreads();
 
     double m_duration = 0.25;
-    NSAnimationCurve m_curve = NSAnimationCurve::easeInOut;
+    std::atomic<NSAnimationCurve> m_curve = NSAnimationCurve::easeInOut; // the threaded mode asks for the value
     NSAnimationBlockingMode m_blockingMode = NSAnimationBlockingMode::blocking;
     float m_frameRate = 60;
     std::atomic<float> m_progress = 0;
