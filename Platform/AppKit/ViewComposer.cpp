@@ -95,25 +95,29 @@ void ViewComposer::addSubviews(NSView& view, const CGAffineTransform& placement)
 
 void ViewComposer::addSublayers(const CALayer& layer, const CGAffineTransform& placement, bool isFlipped)
 {
-    if (layer.sublayers().empty())
+    const auto addAll = [&](const std::vector<std::shared_ptr<CALayer>>& order) {
+        for (const auto& sublayer : order)
+            addLayer(*sublayer, placement, layer.bounds(), isFlipped);
+    };
+    if (std::ranges::is_sorted(layer.sublayers(), {}, &CALayer::zPosition)) {
+        addAll(layer.sublayers());
         return;
+    }
     auto order = layer.sublayers();
     std::ranges::stable_sort(order, {}, &CALayer::zPosition);
-    for (const auto& sublayer : order) {
-        const LayerPresentation shown(*sublayer, m_time);
-        const CGAffineTransform inLayer =
-            placementIn(layer.bounds(), !isFlipped,
-                        {shown.position(), sublayer->anchorPoint(), shown.affineTransform(), shown.bounds().size});
-        addLayer(*sublayer, inLayer.concatenating(placement), isFlipped);
-    }
+    addAll(order);
 }
 
-void ViewComposer::addLayer(CALayer& layer, const CGAffineTransform& placement, bool isFlipped)
+// `around` is the placement of the layer that it is in, `outer` that one's bounds.
+void ViewComposer::addLayer(CALayer& layer, const CGAffineTransform& around, const CGRect& outer, bool isFlipped)
 {
     const LayerPresentation shown(layer, m_time);
-    const CGSize size = shown.bounds().size;
     if (layer.isHidden() || shown.opacity() <= 0)
         return;
+    const CGSize size = shown.bounds().size;
+    const CGAffineTransform placement =
+        placementIn(outer, !isFlipped, {shown.position(), layer.anchorPoint(), shown.affineTransform(), size})
+            .concatenating(around);
     const bool isGroup = beginGroup(layer, &layer, shown.opacity(), placement, size);
     addGround(layer, placement, size);
     if (layer.masksToBounds())

@@ -26,7 +26,7 @@ private:
     void addInside(NSView& view, const CGAffineTransform& placement);
     void addSubviews(NSView& view, const CGAffineTransform& placement);
     void addSublayers(const CALayer& layer, const CGAffineTransform& placement, bool isFlipped);
-    void addLayer(CALayer& layer, const CGAffineTransform& placement, bool isFlipped);
+    void addLayer(CALayer& layer, const CGAffineTransform& around, const CGRect& outer, bool isFlipped);
     bool beginGroup(NSObject& owner, const CALayer* layer, CGFloat opacity, const CGAffineTransform& placement,
                     CGSize size);
     void addGround(CALayer& layer, const CGAffineTransform& placement, CGSize size);
