@@ -132,8 +132,8 @@ TEST(QtWindowPainter, PaintingWhatChangedEndsWherePaintingEverythingDoes)
                 kept.paint(scene.window(), scale);
                 WindowPainter fresh;
                 fresh.paint(scene.window(), scale);
-                // A part of a picture may be blurred a little differently from the whole.
-                ASSERT_LE(largestDifference(toQImage(kept.pixels()), toQImage(fresh.pixels())), 2)
+                // Turned edges are blended, and blurs rounded, a little differently in a part and in the whole.
+                ASSERT_LE(largestDifference(toQImage(kept.pixels()), toQImage(fresh.pixels())), 8)
                     << "seed " << seed << ", step " << step << ", scale " << scale << "\n"
                     << fresh.composition().describe();
             }
