@@ -3,15 +3,23 @@
 #include <AppKit/NSApplication.h>
 #include <AppKit/NSProgressIndicator.h>
 #include <AppKit/NSWindow.h>
+#include <AppKit/ProgressWheel.h>
 #include <Backend/Backend.h>
 #include <CoreGraphics/Canvas.h>
+#include <Dispatch/DispatchQueue.h>
 #include <Foundation/NSCoder.h>
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
+#include <limits>
 
 namespace RVCore {
+
+namespace {
+
+constexpr double shortestTimeBetweenValues = 1.0 / 60; // in seconds: what a display has time to show
+
+} // namespace
 
 Class& NSProgressIndicator::staticClass()
 {
@@ -22,13 +30,22 @@ Class& NSProgressIndicator::staticClass()
             publish.property("controlSize", &Self::controlSize, &Self::setControlSize);
             publish.readOnlyProperty("isIndeterminate", &Self::isIndeterminate);
             publish.method("setIndeterminate:", &Self::setIndeterminate);
+            publish.readOnlyProperty("isBezeled", &Self::isBezeled);
+            publish.method("setBezeled:", &Self::setBezeled);
+            publish.readOnlyProperty("isDisplayedWhenStopped", &Self::isDisplayedWhenStopped);
+            publish.method("setDisplayedWhenStopped:", &Self::setDisplayedWhenStopped);
             publish.property("doubleValue", &Self::doubleValue, &Self::setDoubleValue);
             publish.method("incrementBy:", &Self::incrementBy);
             publish.property("minValue", &Self::minValue, &Self::setMinValue);
             publish.property("maxValue", &Self::maxValue, &Self::setMaxValue);
+            publish.property("usesThreadedAnimation", &Self::usesThreadedAnimation, &Self::setUsesThreadedAnimation);
+            publish.method("startAnimation:", &Self::startAnimation);
+            publish.method("stopAnimation:", &Self::stopAnimation);
         });
     return theClass;
 }
+
+NSProgressIndicator::NSProgressIndicator() : m_valueShownAt(-std::numeric_limits<double>::infinity()) {}
 
 void NSProgressIndicator::init(NSCoder& coder)
 {
@@ -36,6 +53,9 @@ void NSProgressIndicator::init(NSCoder& coder)
     setStyle(coder.decode<NSProgressIndicatorStyle>("style"));
     setControlSize(coder.decode<NSControlSize>("controlSize"));
     setIndeterminate(coder.decode<bool>("indeterminate"));
+    setBezeled(coder.decode<bool>("bezeled"));
+    setDisplayedWhenStopped(coder.decode<bool>("displayedWhenStopped"));
+    setUsesThreadedAnimation(coder.decode<bool>("usesThreadedAnimation"));
     setMinValue(coder.decode<double>("minValue"));
     setMaxValue(coder.decode<double>("maxValue"));
     setDoubleValue(coder.decode<double>("doubleValue"));
@@ -47,10 +67,15 @@ void NSProgressIndicator::encode(NSCoder& coder) const
     coder.encode("style", static_cast<int>(m_style));
     coder.encode("controlSize", static_cast<int>(m_controlSize));
     coder.encode("indeterminate", m_isIndeterminate);
-    coder.encode("minValue", m_minimum);
-    coder.encode("maxValue", m_maximum);
-    coder.encode("doubleValue", m_value);
+    coder.encode("bezeled", m_isBezeled);
+    coder.encode("displayedWhenStopped", m_isDisplayedWhenStopped);
+    coder.encode("usesThreadedAnimation", m_usesThreadedAnimation);
+    coder.encode("minValue", minValue());
+    coder.encode("maxValue", maxValue());
+    coder.encode("doubleValue", doubleValue());
 }
+
+// --- What it looks like
 
 void NSProgressIndicator::setStyle(NSProgressIndicatorStyle style)
 {
@@ -59,18 +84,23 @@ void NSProgressIndicator::setStyle(NSProgressIndicatorStyle style)
     if (m_style == style)
         return;
     m_style = style;
+    if (style == NSProgressIndicatorStyle::spinning)
+        makeWheel();
+    else
+        removeWheel();
+    moveFromHere();
     invalidateIntrinsicContentSize();
-    setNeedsDisplay(true);
+    lookChanged();
 }
 
 void NSProgressIndicator::setControlSize(NSControlSize size)
 {
-    requireKnown("NSProgressIndicator.setControlSize:", size, NSControlSize::regular, NSControlSize::small);
+    requireKnown("NSProgressIndicator.setControlSize:", size, NSControlSize::regular, NSControlSize::mini);
     if (m_controlSize == size)
         return;
     m_controlSize = size;
     invalidateIntrinsicContentSize();
-    setNeedsDisplay(true);
+    lookChanged();
 }
 
 void NSProgressIndicator::setIndeterminate(bool indeterminate)
@@ -78,45 +108,25 @@ void NSProgressIndicator::setIndeterminate(bool indeterminate)
     if (m_isIndeterminate == indeterminate)
         return;
     m_isIndeterminate = indeterminate;
-    setNeedsDisplay(true);
+    moveFromHere();
+    lookChanged();
+    announceValue();
 }
 
-void NSProgressIndicator::setDoubleValue(double value)
+void NSProgressIndicator::setBezeled(bool bezeled)
 {
-    // Not std::clamp: limits may be crossed for a while, and what is not a number passes no comparison.
-    value = std::max(m_minimum, std::min(m_maximum, std::isnan(value) ? m_minimum : value));
-    if (m_value == value)
+    if (m_isBezeled == bezeled)
         return;
-    m_value = value;
-    setNeedsDisplay(true);
-    postAccessibilityChange(*this, AccessibleChange::value);
+    m_isBezeled = bezeled;
+    lookChanged();
 }
 
-void NSProgressIndicator::setMinValue(double value)
+void NSProgressIndicator::setDisplayedWhenStopped(bool displayed)
 {
-    requireFinite("NSProgressIndicator.setMinValue:", "value", value);
-    setLimits(value, m_maximum);
-}
-
-void NSProgressIndicator::setMaxValue(double value)
-{
-    requireFinite("NSProgressIndicator.setMaxValue:", "value", value);
-    setLimits(m_minimum, value);
-}
-
-void NSProgressIndicator::setLimits(double minimum, double maximum)
-{
-    if (m_minimum == minimum && m_maximum == maximum)
+    if (m_isDisplayedWhenStopped == displayed)
         return;
-    m_minimum = minimum;
-    m_maximum = maximum;
-    setNeedsDisplay(true);
-    setDoubleValue(m_value);
-}
-
-double NSProgressIndicator::fraction() const
-{
-    return m_maximum > m_minimum ? std::clamp((m_value - m_minimum) / (m_maximum - m_minimum), 0.0, 1.0) : 0;
+    m_isDisplayedWhenStopped = displayed;
+    lookChanged();
 }
 
 void NSProgressIndicator::setAnimationPhase(double phase)
@@ -125,17 +135,27 @@ void NSProgressIndicator::setAnimationPhase(double phase)
     if (m_phase == phase)
         return;
     m_phase = phase;
-    setNeedsDisplay(true);
+    if (m_isIndeterminate)
+        lookChanged();
 }
 
-CGFloat NSProgressIndicator::wheelSide() const
+bool NSProgressIndicator::isDisplayed() const
 {
-    return m_controlSize == NSControlSize::regular ? 32 : 16;
+    return m_isAnimating || m_isDisplayedWhenStopped || !m_isIndeterminate;
 }
 
-std::string NSProgressIndicator::accessibilityValue() const
+void NSProgressIndicator::lookChanged()
 {
-    return m_isIndeterminate ? std::string() : std::to_string(std::lround(fraction() * 100)) + " %";
+    if (m_wheel)
+        updateWheel();
+    else
+        setNeedsDisplay(true);
+}
+
+void NSProgressIndicator::frameSizeDidChange()
+{
+    NSView::frameSizeDidChange();
+    lookChanged();
 }
 
 CGSize NSProgressIndicator::intrinsicContentSize() const
@@ -147,12 +167,120 @@ CGSize NSProgressIndicator::intrinsicContentSize() const
     return {NSViewNoIntrinsicMetric, Backend::shared().controlLook().sizeForContent(bar, {}).height};
 }
 
+// --- The value
+
+double NSProgressIndicator::doubleValue() const
+{
+    const std::lock_guard lock(m_valueMutex);
+    return m_value;
+}
+
+double NSProgressIndicator::minValue() const
+{
+    const std::lock_guard lock(m_valueMutex);
+    return m_minimum;
+}
+
+double NSProgressIndicator::maxValue() const
+{
+    const std::lock_guard lock(m_valueMutex);
+    return m_maximum;
+}
+
+double NSProgressIndicator::fraction() const
+{
+    const std::lock_guard lock(m_valueMutex);
+    return m_maximum > m_minimum ? std::clamp((m_value - m_minimum) / (m_maximum - m_minimum), 0.0, 1.0) : 0;
+}
+
+// Not std::clamp: limits may be crossed for a while, and what is not a number passes no comparison.
+double NSProgressIndicator::clamped(double value) const
+{
+    return std::max(m_minimum, std::min(m_maximum, std::isnan(value) ? m_minimum : value));
+}
+
+void NSProgressIndicator::setDoubleValue(double value)
+{
+    {
+        const std::lock_guard lock(m_valueMutex);
+        value = clamped(value);
+        if (m_value == value)
+            return;
+        m_value = value;
+    }
+    valueChanged();
+}
+
+void NSProgressIndicator::setMinValue(double value)
+{
+    requireFinite("NSProgressIndicator.setMinValue:", "value", value);
+    setLimit(&NSProgressIndicator::m_minimum, value);
+}
+
+void NSProgressIndicator::setMaxValue(double value)
+{
+    requireFinite("NSProgressIndicator.setMaxValue:", "value", value);
+    setLimit(&NSProgressIndicator::m_maximum, value);
+}
+
+void NSProgressIndicator::setLimit(double NSProgressIndicator::*limit, double value)
+{
+    {
+        const std::lock_guard lock(m_valueMutex);
+        if (this->*limit == value)
+            return;
+        this->*limit = value;
+        m_value = clamped(m_value);
+    }
+    valueChanged();
+}
+
+// On any thread. However often this is called, the main queue holds one call, and it is not woken more often than a
+// display has frames.
+void NSProgressIndicator::valueChanged()
+{
+    if (m_valueIsNew.exchange(true))
+        return;
+    const DispatchTime now = DispatchTime::now();
+    // A clock that was replaced may have shown any time before.
+    const double wait =
+        std::clamp(m_valueShownAt + shortestTimeBetweenValues - now.seconds(), 0.0, shortestTimeBetweenValues);
+    DispatchQueue::main().asyncAfter(now + wait, [indicator = weak_from_this()] {
+        if (const auto alive = std::static_pointer_cast<NSProgressIndicator>(indicator.lock()))
+            alive->showValue();
+    });
+}
+
+void NSProgressIndicator::showValue()
+{
+    m_valueShownAt = DispatchTime::now().seconds();
+    m_valueIsNew = false; // first: what is set from now on is not seen to below
+    if (!m_isIndeterminate)
+        lookChanged();
+    announceValue();
+}
+
+// Only what can be told apart: assistive technology speaks of whole percents.
+void NSProgressIndicator::announceValue()
+{
+    std::string value = accessibilityValue();
+    if (value == m_announcedValue)
+        return;
+    m_announcedValue = std::move(value);
+    postAccessibilityChange(*this, AccessibleChange::value);
+}
+
+std::string NSProgressIndicator::accessibilityValue() const
+{
+    return m_isIndeterminate ? std::string() : std::to_string(std::lround(fraction() * 100)) + " %";
+}
+
+// --- The bar
+
 void NSProgressIndicator::draw(Canvas& canvas, const CGRect&)
 {
-    if (m_style == NSProgressIndicatorStyle::bar)
+    if (m_style == NSProgressIndicatorStyle::bar && isDisplayed())
         drawBar(canvas);
-    else
-        drawWheel(canvas);
 }
 
 void NSProgressIndicator::drawBar(Canvas& canvas)
@@ -165,27 +293,6 @@ void NSProgressIndicator::drawBar(Canvas& canvas)
     bar.isIndeterminate = m_isIndeterminate;
     bar.progress = m_isIndeterminate ? m_phase : fraction();
     canvas.drawControl(bar, bounds());
-}
-
-// The desktop's style has no wheel. Spokes fade behind the leading one, or light up one by one as things are done.
-void NSProgressIndicator::drawWheel(Canvas& canvas)
-{
-    constexpr int spokeCount = 12;
-    constexpr double faintest = 0.2;
-    const CGRect room = bounds();
-    const CGFloat radius = std::min({room.size.width, room.size.height, wheelSide()}) / 2;
-    CGColor color = Backend::shared().controlLook().textColor(NSApplication::shared().effectiveAppearance());
-    const double leading = std::floor((m_phase - std::floor(m_phase)) * spokeCount);
-    for (int spoke = 0; spoke < spokeCount; ++spoke) {
-        const double behind = std::fmod(leading - spoke + spokeCount, spokeCount) / spokeCount; // 0 leads
-        const bool isDone = spoke < std::round(fraction() * spokeCount);
-        color.alpha = m_isIndeterminate ? 1 - (1 - faintest) * behind : isDone ? 1 : faintest;
-        const CanvasState state(canvas);
-        canvas.concatenate(CGAffineTransform::translation(room.midX(), room.midY()));
-        canvas.concatenate(CGAffineTransform::rotation(2 * std::numbers::pi * spoke / spokeCount));
-        const CGFloat width = radius / 6;
-        canvas.fill({{-width / 2, -radius, width, radius / 2}, width / 2}, color);
-    }
 }
 
 } // namespace RVCore

@@ -1,3 +1,4 @@
+#include <AppKit/NSProgressIndicator.h>
 #include <AppKit/NSView.h>
 #include <AppKit/ViewComposer.h>
 #include <AppKit/ViewPlacement.h>
@@ -36,6 +37,7 @@ FilterStep stepOf(const std::shared_ptr<CIFilter>& filter, const LayerPresentati
 
 void ViewComposer::add(NSView& root, const CGAffineTransform& placement, DispatchTime time, Composition& into)
 {
+    NSProgressIndicator::prepareFrame(root, {});
     m_into = &into;
     m_time = time;
     m_order.clear();
