@@ -42,6 +42,7 @@
 #include <Extensions/Collections.h>
 #include <Extensions/NSButton+RVCore.h>
 #include <Extensions/NSPopover+RVCore.h>
+#include <Extensions/NSProgressIndicator+RVCore.h>
 #include <Extensions/NSTextField+RVCore.h>
 #include <Extensions/NSView+RVCore.h>
 #include <Extensions/NSWindow+RVCore.h>
