@@ -219,7 +219,7 @@ void drawProgressBar(QPainter& painter, const ControlDescription& control, const
     style().drawControl(QStyle::CE_ProgressBarGroove, &part, &painter);
     part.rect = style().subElementRect(QStyle::SE_ProgressBarContents, &option);
     if (control.isIndeterminate) // the style would run a clock of its own
-        painter.setClipRect(movingPart(part.rect, control.progress));
+        part.rect = movingPart(part.rect, control.progress);
     style().drawControl(QStyle::CE_ProgressBarContents, &part, &painter);
 }
 

@@ -143,6 +143,22 @@ TEST(QtControlLook, AMovingSignIsAtItsPlaceWhateverTheTime)
     EXPECT_GT(largestDifference(first, drawn(bar)), 2);
 }
 
+TEST(QtControlLook, AMovingSignHasEndsOfItsOwn)
+{
+    ControlDescription bar = control(ControlKind::progressBar);
+    bar.isIndeterminate = true;
+    bar.progress = 0.25;
+    const QImage image = drawn(bar);
+    const int row = image.height() / 2;
+    const QRgb groove = image.pixel(20, row);
+    const QRgb sign = image.pixel(50, row);
+    ASSERT_NE(sign, groove);
+    int end = 20;
+    while (image.pixel(end, row) == groove)
+        ++end;
+    EXPECT_NE(image.pixel(end, row), sign) << "at " << end;
+}
+
 TEST(QtControlLook, ProgressIsCutToWhatABarCanShow)
 {
     ControlDescription bar = control(ControlKind::progressBar);
