@@ -15,6 +15,9 @@ std::uint32_t ConstraintReferences::add(NSLayoutConstraint& constraint)
     if (m_placeCount >= inlineCount) {
         if (!m_others)
             m_others = std::make_unique<std::vector<Slot>>();
+        // What a group is referred to by is a long list, and stays.
+        if (m_others->size() == m_others->capacity())
+            m_others->reserve(m_others->size() + m_others->size() / 4 + 8);
         m_others->push_back(entry);
     } else {
         m_first[m_placeCount] = entry;

@@ -44,7 +44,7 @@ Search::Search(const Model& model, const std::vector<Index>& constraints)
 {
     std::unordered_map<Index, Index> columns, rows;
     for (const Index constraint : constraints) {
-        for (const Term& term : model.classes()[model.constraints()[constraint].formClass].terms())
+        for (const Term& term : model.terms(model.constraints()[constraint].formClass))
             columns.try_emplace(term.column, Index(columns.size()));
     }
     m_system.clear(Index(constraints.size()) + 1, 1);
@@ -56,7 +56,7 @@ Search::Search(const Model& model, const std::vector<Index>& constraints)
         const auto [place, isNew] = rows.try_emplace(index, none);
         if (isNew) {
             form.clear();
-            for (const Term& term : model.classes()[index].terms())
+            for (const Term& term : model.terms(index))
                 form.push_back({columns[term.column], term.coefficient});
             place->second = form.size() == 1 ? m_system.ownRow(form.front().column) : m_system.addRow(form);
         }

@@ -95,7 +95,7 @@ void Solver::letAllBackIn(Part& part)
 {
     for (Conflict& conflict : m_conflicts) {
         const Constraint& leftOut = m_model.constraints()[conflict.members.back()];
-        if (leftOut.formClass != none && m_parts[m_model.classes()[leftOut.formClass].part].get() == &part)
+        if (leftOut.formClass != none && m_parts[m_model.partOf(leftOut.formClass)].get() == &part)
             letBackIn(conflict, part);
     }
     std::erase_if(m_conflicts, [](const Conflict& conflict) { return conflict.members.empty(); });
@@ -158,8 +158,10 @@ std::uint64_t Solver::causeOf(const std::vector<Index>& members) const
         const Constraint& constraint = m_model.constraints()[member];
         const bool hasForm = constraint.formClass != none;
         if (hasForm) {
-            for (const std::uint32_t word : m_model.classes()[constraint.formClass].words)
-                mix(word);
+            for (const Term& term : m_model.terms(constraint.formClass)) {
+                mix(term.column);
+                mix(std::bit_cast<std::uint64_t>(double(term.coefficient)));
+            }
         }
         mix(std::bit_cast<std::uint64_t>(m_model.scale(member)));
         mix(std::bit_cast<std::uint64_t>(constraint.constant));

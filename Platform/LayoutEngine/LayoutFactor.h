@@ -42,10 +42,18 @@ public:
     std::size_t exchangeCount() const { return m_exchanges.size(); }
     bool hasLongExchanges() const { return m_exchangeTerms.size() > 8 * std::size_t(m_size) + 1000; }
 
-    // Derives the values again from the targets, by position, of the positions in `affected` onward, and lists each
+    // Where the rows of a basis are held.
+    class Targets {
+    public:
+        virtual double at(Index position) const = 0;
+
+    protected:
+        ~Targets() = default;
+    };
+    // Derives the values again from the targets of the positions in `affected` onward, and lists each
     // column whose value is another one than before. Needs a matrix without exchanges. The result has no memory: it
     // is to the bit what deriving everything gives.
-    void derive(std::span<const double> targets, std::span<const Index> affected, std::vector<double>& values,
+    void derive(const Targets& targets, std::span<const Index> affected, std::vector<double>& values,
                 std::vector<Index>& changed);
 
     // The place of a position, or of its column, in the order of derivation.
@@ -82,9 +90,8 @@ private:
     double pivot(Index column) const { return m_system->coefficient(factored().rows[column], column); }
     void solveBump(std::vector<double>&);
     void solveBumpTransposed(std::vector<double>&);
-    void deriveBump(std::span<const double> targets, std::vector<double>& values, std::vector<Index>& changed);
-    void deriveStep(Index step, std::span<const double> targets, std::vector<double>& values,
-                    std::vector<Index>& changed);
+    void deriveBump(const Targets& targets, std::vector<double>& values, std::vector<Index>& changed);
+    void deriveStep(Index step, const Targets& targets, std::vector<double>& values, std::vector<Index>& changed);
     void setDerived(Index column, double value, std::vector<double>& values, std::vector<Index>& changed);
 
     const System* m_system = nullptr;

@@ -138,7 +138,7 @@ void Factor::solveBumpTransposed(std::vector<double>& work)
     work = result;
 }
 
-void Factor::derive(std::span<const double> targets, std::span<const Index> affected, std::vector<double>& values,
+void Factor::derive(const Targets& targets, std::span<const Index> affected, std::vector<double>& values,
                     std::vector<Index>& changed)
 {
     for (const Index position : affected)
@@ -156,11 +156,10 @@ void Factor::derive(std::span<const double> targets, std::span<const Index> affe
     }
 }
 
-void Factor::deriveStep(Index step, std::span<const double> targets, std::vector<double>& values,
-                        std::vector<Index>& changed)
+void Factor::deriveStep(Index step, const Targets& targets, std::vector<double>& values, std::vector<Index>& changed)
 {
     const Index column = m_columnOfStep[step];
-    double sum = targets[column];
+    double sum = targets.at(column);
     double pivot = 1.0;
     for (const Term& term : m_system->terms(factored().rows[column])) {
         if (term.column != column)
@@ -171,12 +170,12 @@ void Factor::deriveStep(Index step, std::span<const double> targets, std::vector
     setDerived(column, sum / pivot, values, changed);
 }
 
-void Factor::deriveBump(std::span<const double> targets, std::vector<double>& values, std::vector<Index>& changed)
+void Factor::deriveBump(const Targets& targets, std::vector<double>& values, std::vector<Index>& changed)
 {
     m_bumpWork.clear();
     for (Index i = m_bumpBegin; i < m_bumpEnd; ++i) {
         const Index position = m_columnOfStep[i];
-        double sum = targets[position];
+        double sum = targets.at(position);
         for (const Term& term : m_system->terms(factored().rows[position])) {
             if (!isInBump(m_stepOf[term.column]))
                 sum -= term.coefficient * values[term.column];

@@ -49,11 +49,6 @@ public:
         for (const T& value : range)
             append(value);
     }
-    void erase(T* element)
-    {
-        std::copy(element + 1, end(), element);
-        m_size = (m_size - 1) & largestSize;
-    }
     template <typename Predicate> void eraseIf(Predicate predicate)
     {
         m_size = std::uint32_t(std::remove_if(begin(), end(), predicate) - begin()) & largestSize;

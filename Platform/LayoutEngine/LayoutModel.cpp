@@ -34,8 +34,7 @@ Index Model::addVariable(std::uint64_t owner)
 
 void Model::removeVariable(Index index)
 {
-    for (const Index use : m_variables[index].classes)
-        check(!m_classes[use].hasConstraints(), "a variable was removed that an installed constraint uses");
+    visitClasses(index, [](Index) { check(false, "a variable was removed that an installed constraint uses"); });
     m_areAlive[index] = false;
     // Until the solver has let go of it, the number cannot stand for another variable.
     (m_variables[index].part == none ? m_freeVariables : m_removedVariables).push_back(index);
@@ -79,7 +78,8 @@ void Model::normalise(std::span<const LayoutTerm> terms)
     }
     m_words.clear();
     for (Term& term : m_form) {
-        term.coefficient /= m_formScale;
+        if (m_formScale != 1.0)
+            term.coefficient /= m_formScale;
         appendPacked(term, m_words);
     }
 }
@@ -111,7 +111,7 @@ Index Model::takenOutBefore()
     for (std::size_t place = m_nextPutBack; place < end; ++place) {
         if (m_takenOut[place] == none)
             continue;
-        if (isOfForm(m_classes[m_constraints[m_takenOut[place]].formClass])) {
+        if (isOfForm(m_constraints[m_takenOut[place]].formClass)) {
             m_nextPutBack = place + 1;
             return Index(place);
         }
@@ -119,9 +119,26 @@ Index Model::takenOutBefore()
     return none;
 }
 
-bool Model::isOfForm(const FormClass& formClass) const
+bool Model::isOfForm(Index formClass) const
 {
-    return std::equal(formClass.words.begin(), formClass.words.end(), m_words.begin(), m_words.end());
+    if (isOwnForm(formClass))
+        return m_form.size() == 1 && m_form.front().column == variableOf(formClass);
+    const auto& words = m_classes[formClass].words;
+    return std::equal(words.begin(), words.end(), m_words.begin(), m_words.end());
+}
+
+Index Model::partOf(Index formClass) const
+{
+    if (!notes(formClass).isInPart)
+        return none;
+    return isOwnForm(formClass) ? m_variables[variableOf(formClass)].part : m_classes[formClass].part;
+}
+
+void Model::setPart(Index formClass, Index part)
+{
+    notes(formClass).isInPart = part != none;
+    if (!isOwnForm(formClass))
+        m_classes[formClass].part = part;
 }
 
 double Model::scale(Index index) const
@@ -168,7 +185,7 @@ void Model::takeNotedClasses(std::vector<Index>& taken)
     m_takenOut.clear();
     m_nextPutBack = 0;
     std::erase_if(m_notedClasses, [&](Index index) {
-        FormClass& noted = m_classes[index];
+        FormNotes& noted = notes(index);
         const bool isAsBefore = noted.edits == 0;
         noted.isNoted = false;
         noted.edits = 0;
@@ -180,6 +197,8 @@ void Model::takeNotedClasses(std::vector<Index>& taken)
 
 Index Model::classOfForm()
 {
+    if (m_form.size() == 1)
+        return ownForm(m_form.front().column);
     if (const Index found = findClass(); found != none)
         return found;
     const Index index = take(m_freeClasses, m_classes.size());
@@ -202,7 +221,7 @@ Index Model::findClass() const
             rarest = &m_variables[term.column];
     }
     for (const Index use : rarest->classes) {
-        if (isOfForm(m_classes[use]))
+        if (isOfForm(use))
             return use;
     }
     return none;
@@ -212,20 +231,20 @@ void Model::removeClasses(std::span<const Index> gone)
 {
     std::vector<Index> variables;
     for (const Index index : gone) {
-        FormClass& formClass = m_classes[index];
-        for (const Term& term : formClass.terms())
+        if (isOwnForm(index))
+            continue;
+        for (const Term& term : terms(index))
             variables.push_back(term.column);
-        formClass.words.clear();
+        m_classes[index].words.clear();
         m_freeClasses.push_back(index);
     }
     std::sort(variables.begin(), variables.end());
     variables.erase(std::unique(variables.begin(), variables.end()), variables.end());
     for (const Index variable : variables)
-        m_variables[variable].classes.eraseIf(
-            [&](Index use) { return m_classes[use].words.empty(); });
+        m_variables[variable].classes.eraseIf([&](Index use) { return m_classes[use].words.empty(); });
 }
 
-void Model::enter(Index index, FormClass& formClass)
+void Model::enter(Index index, FormNotes& formClass)
 {
     Constraint& entered = m_constraints[index];
     if (formClass.last == none) {
@@ -239,7 +258,7 @@ void Model::enter(Index index, FormClass& formClass)
 }
 
 // Looks for the one before from the oldest on, which mostly goes first.
-void Model::takeOut(Index index, FormClass& formClass)
+void Model::takeOut(Index index, FormNotes& formClass)
 {
     Index before = formClass.last;
     while (m_constraints[before].next != index)
@@ -267,8 +286,7 @@ Index Model::addConstraint(std::span<const LayoutTerm> terms, LayoutRelation rel
 {
     normalise(terms);
     const Index place = m_form.empty() ? none : takenOutBefore();
-    const bool isPutBack =
-        place != none && saysTheSame(m_takenOut[place], relation, constant, priority);
+    const bool isPutBack = place != none && saysTheSame(m_takenOut[place], relation, constant, priority);
     const Index formClass = m_form.empty()  ? none
                             : place != none ? m_constraints[m_takenOut[place]].formClass
                                             : classOfForm();
@@ -288,7 +306,7 @@ Index Model::addConstraint(std::span<const LayoutTerm> terms, LayoutRelation rel
         m_conflictsByThemselves.push_back(index);
         return index;
     }
-    enter(index, m_classes[formClass]);
+    enter(index, notes(formClass));
     noteEdit(formClass, isPutBack ? -1 : 1);
     return index;
 }
@@ -304,7 +322,7 @@ void Model::removeConstraint(Index index)
         m_freeConstraints.push_back(index);
         return;
     }
-    takeOut(index, m_classes[gone.formClass]);
+    takeOut(index, notes(gone.formClass));
     m_takenOut.push_back(index);
     noteEdit(gone.formClass, 1);
 }
@@ -323,8 +341,8 @@ void Model::noteChange(Index index)
 
 void Model::noteEdit(Index index, int edits)
 {
-    FormClass& formClass = m_classes[index];
-    formClass.edits = (formClass.edits + std::uint32_t(edits)) & 0x7fffffff;
+    FormNotes& formClass = notes(index);
+    formClass.edits = (formClass.edits + std::uint32_t(edits)) & 0x3fffffff;
     if (formClass.isNoted)
         return;
     formClass.isNoted = true;
@@ -336,7 +354,7 @@ double Model::violation(Index index) const
     const Constraint& constraint = m_constraints[index];
     double sum = 0.0;
     if (constraint.formClass != none) {
-        for (const Term& term : m_classes[constraint.formClass].terms())
+        for (const Term& term : terms(constraint.formClass))
             sum += term.coefficient * m_variables[term.column].value;
     }
     const double excess = sum * scale(index) - constraint.constant;

@@ -22,31 +22,37 @@ struct [[gnu::packed, gnu::aligned(4)]] Term {
     friend bool operator==(const Term&, const Term&) = default;
 };
 
-// Forms are kept in words of 32 bits. Nearly all terms of layout are one word: the number, and in the lowest bits which
-// of the usual coefficients stands with it. The code of any other coefficient has the coefficient itself in the next
-// two words.
+// Forms are kept in words of 32 bits. Nearly all terms of layout are one word: the number, and in the lowest bits
+// which of the usual coefficients stands with it. The code of any other coefficient has the coefficient itself in the
+// next two words.
 namespace Packing {
 
-    constexpr std::uint32_t codeBits = 3;
-    constexpr std::uint32_t codeMask = (1u << codeBits) - 1;
-    constexpr std::uint32_t unusual = codeMask;
-    constexpr std::array<double, 6> usualCoefficients{1.0, -1.0, 0.5, -0.5, 0.25, -0.25};
+constexpr std::uint32_t codeBits = 3;
+constexpr std::uint32_t codeMask = (1u << codeBits) - 1;
+constexpr std::uint32_t unusual = codeMask;
+constexpr std::array<double, 6> usualCoefficients{1.0, -1.0, 0.5, -0.5, 0.25, -0.25};
 
-    inline std::uint32_t word(Index number, std::uint32_t code)
-    {
-        check(number < (1u << (32 - codeBits)), "there are too many variables or constraints");
-        return number << codeBits | code;
+inline std::uint32_t word(Index number, std::uint32_t code)
+{
+    check(number < (1u << (32 - codeBits)), "there are too many variables or constraints");
+    return number << codeBits | code;
+}
+inline std::uint32_t codeOf(double coefficient)
+{
+    for (std::uint32_t code = 0; code < usualCoefficients.size(); ++code) {
+        if (usualCoefficients[code] == coefficient)
+            return code;
     }
-    inline std::uint32_t codeOf(double coefficient)
-    {
-        for (std::uint32_t code = 0; code < usualCoefficients.size(); ++code) {
-            if (usualCoefficients[code] == coefficient)
-                return code;
-        }
-        return unusual;
-    }
-    inline std::uint32_t codeIn(std::uint32_t word) { return word & codeMask; }
-    inline Index numberIn(std::uint32_t word) { return word >> codeBits; }
+    return unusual;
+}
+inline std::uint32_t codeIn(std::uint32_t word)
+{
+    return word & codeMask;
+}
+inline Index numberIn(std::uint32_t word)
+{
+    return word >> codeBits;
+}
 
 } // namespace Packing
 
@@ -84,7 +90,6 @@ public:
     PackedTerms(std::span<const std::uint32_t> words) : m_words(words) {}
     Iterator begin() const { return Iterator(m_words.data()); }
     Iterator end() const { return Iterator(m_words.data() + m_words.size()); }
-    bool empty() const { return m_words.empty(); }
     Term front() const { return *begin(); }
     Index size() const
     {
@@ -93,7 +98,6 @@ public:
             ++count;
         return count;
     }
-    bool isSingle() const { return !empty() && ++begin() == end(); }
 
 private:
     std::span<const std::uint32_t> m_words;

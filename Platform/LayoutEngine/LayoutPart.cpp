@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <iterator>
 
 namespace RVCore::LayoutInternal {
 
@@ -35,22 +36,21 @@ void Part::build(Model& model, Index number, const std::vector<Index>& variables
         Variable& variable = model.variables()[m_variables[column]];
         variable.part = number;
         variable.column = column;
-        for (const Index use : variable.classes) {
-            FormClass& formClass = model.classes()[use];
-            if (!formClass.hasConstraints() || formClass.terms().front().column != m_variables[column])
-                continue;
-            formClass.part = number;
+        model.visitClasses(m_variables[column], [&](Index formClass) {
+            const FormTerms its = model.terms(formClass);
+            if (its.front().column != m_variables[column])
+                return;
+            model.setPart(formClass, number);
             ++m_classCount;
-            if (formClass.terms().isSingle()) {
-                formClass.row = column;
-                m_classes[column] = use;
+            if (isOwnForm(formClass)) {
+                m_classes[column] = formClass;
             } else {
-                m_classes.push_back(use);
-                terms += formClass.terms().size();
+                m_classes.push_back(formClass);
+                terms += std::size_t(std::distance(its.begin(), its.end()));
             }
-            for (const Index constraint : model.constraintsOf(use))
+            for (const Index constraint : model.constraintsOf(formClass))
                 addPriority(model.constraints()[constraint].priority);
-        }
+        });
     }
     std::stable_sort(m_classes.begin() + columns, m_classes.end()); // by merging, for they mostly are in order
     // 2. The forms.
@@ -59,7 +59,7 @@ void Part::build(Model& model, Index number, const std::vector<Index>& variables
     for (Index column = 0; column < columns; ++column)
         m_system.addColumn();
     for (Index row = columns; row < m_classes.size(); ++row)
-        model.classes()[m_classes[row]].row = addForm(model, m_classes[row]);
+        model.setRow(m_classes[row], addForm(model, m_classes[row]));
     m_system.finish();
     // 3. The costs.
     for (Index row = 0; row < m_classes.size(); ++row) {
@@ -74,7 +74,7 @@ void Part::build(Model& model, Index number, const std::vector<Index>& variables
 Index Part::addForm(const Model& model, Index formClass)
 {
     m_form.clear();
-    for (const Term& term : model.classes()[formClass].terms())
+    for (const Term& term : model.terms(formClass))
         m_form.push_back({model.variables()[term.column].column, term.coefficient});
     return m_system.addRow(m_form);
 }
@@ -119,34 +119,38 @@ void Part::removeVariable(Model& model, Index variable)
     model.variables()[variable].part = none;
 }
 
-void Part::addClass(Model& model, Index index)
+Index Part::rowOf(const Model& model, Index formClass) const
 {
-    FormClass& formClass = model.classes()[index];
-    formClass.part = m_number;
+    return isOwnForm(formClass) ? m_system.ownRow(model.variables()[variableOf(formClass)].column)
+                                : model.rowOf(formClass);
+}
+
+void Part::addClass(Model& model, Index formClass)
+{
+    model.setPart(formClass, m_number);
     ++m_classCount;
-    if (formClass.terms().isSingle()) {
-        formClass.row = m_system.ownRow(model.variables()[formClass.terms().front().column].column);
-        return update(model, index);
-    }
+    if (isOwnForm(formClass))
+        return update(model, formClass);
     ++m_wear;
-    formClass.row = addForm(model, index);
+    const Index row = addForm(model, formClass);
+    model.setRow(formClass, row);
     m_classes.resize(m_system.rowCount(), none);
-    m_classes[formClass.row] = index;
-    collectCosts(model, formClass.row);
-    m_system.setPieces(formClass.row, m_costs);
-    m_simplex.rowAdded(formClass.row);
+    m_classes[row] = formClass;
+    collectCosts(model, row);
+    m_system.setPieces(row, m_costs);
+    m_simplex.rowAdded(row);
     m_needsRun = true;
 }
 
-void Part::removeClass(Model& model, Index index)
+void Part::removeClass(const Model& model, Index formClass)
 {
-    FormClass& formClass = model.classes()[index];
-    m_classes[formClass.row] = none;
+    const Index row = rowOf(model, formClass);
+    m_classes[row] = none;
     --m_classCount;
-    if (m_system.isOwnRow(formClass.row))
-        return updateRow(model, formClass.row);
-    m_simplex.rowWillBeRemoved(formClass.row);
-    m_goneRows.push_back(formClass.row);
+    if (m_system.isOwnRow(row))
+        return updateRow(model, row);
+    m_simplex.rowWillBeRemoved(row);
+    m_goneRows.push_back(row);
     m_needsRun = true;
 }
 
@@ -196,7 +200,7 @@ void Part::collectCosts(const Model& model, Index row)
 
 void Part::update(const Model& model, Index formClass)
 {
-    const Index row = model.classes()[formClass].row;
+    const Index row = rowOf(model, formClass);
     m_classes[row] = formClass;
     updateRow(model, row);
 }

@@ -21,7 +21,7 @@ public:
     void addVariable(Model&, Index variable);
     void removeVariable(Model&, Index variable); // that no class uses
     void addClass(Model&, Index formClass);      // over variables of the part
-    void removeClass(Model&, Index formClass);
+    void removeClass(const Model&, Index formClass);
     void noteWear() { ++m_wear; }
     bool isWorn() const { return m_wear > 8 + m_classes.size() / 4; }
     std::size_t variableCount() const { return m_variables.size() - m_freeColumns.size(); }
@@ -45,6 +45,7 @@ public:
 private:
     void addPriority(float);
     Index levelOf(float priority) const;
+    Index rowOf(const Model&, Index formClass) const;
     void updateRow(const Model&, Index row);
     void collectCosts(const Model&, Index row);
     Index addForm(const Model&, Index formClass);

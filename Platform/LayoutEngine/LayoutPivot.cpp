@@ -171,7 +171,6 @@ void Simplex::holdAt(Index position, Index kink)
 {
     const Index row = m_basis.rows[position];
     m_spot[row] = kink;
-    m_targets[position] = m_system->kinkPosition(row, kink);
     m_touchedPositions.insert(position);
     m_suspects.insert(row);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "LayoutModel.h"
 #include "LayoutPieces.h"
+#include "LayoutRecords.h"
 
 #include <vector>
 

@@ -61,12 +61,12 @@ LayoutExplanation Solver::explain(Index index)
         }
     }
     std::vector<Index> touching;
-    for (const Index use : variable.classes) {
-        for (const Index member : m_model.constraintsOf(use)) {
+    m_model.visitClasses(index, [&](Index formClass) {
+        for (const Index member : m_model.constraintsOf(formClass)) {
             if (isViolated(m_model.constraints()[member], m_model.violation(member)))
                 touching.push_back(member);
         }
-    }
+    });
     std::sort(touching.begin(), touching.end(), [&](Index a, Index b) {
         return m_model.constraints()[a].sequence < m_model.constraints()[b].sequence;
     });
@@ -103,7 +103,7 @@ std::string Solver::description(const LayoutNaming& naming)
         text += "  " + nameOf(naming.constraint, 'c', constraint.owner) + ": ";
         bool isFirst = true;
         if (constraint.formClass != none) {
-            for (const Term& term : m_model.classes()[constraint.formClass].terms()) {
+            for (const Term& term : m_model.terms(constraint.formClass)) {
                 const double coefficient = term.coefficient * m_model.scale(index);
                 text += coefficient < 0.0 ? (isFirst ? "-" : " - ") : (isFirst ? "" : " + ");
                 if (std::abs(coefficient) != 1.0)

@@ -60,10 +60,10 @@ void Simplex::start(System& system)
         m_moved.insert(column);
     m_vacant.clear();
     m_newRows.clear();
+    m_kept.clear();
     m_touchedRows.resize(rows);
     m_suspects.resize(rows);
     m_values.assign(columns, 0.0);
-    m_targets.assign(columns, 0.0);
     m_affected.clear();
     m_scale = 1.0;
     m_scaleColumn = none;
@@ -84,6 +84,7 @@ void Simplex::setPieces(Index row, std::span<const Piece> pieces)
     const bool wasAtBest = isBasic(row) && m_spot[row] == bestKink(row, strength);
     if (!m_isDirty && !isBasic(row) && m_spot[row] != none)
         noteSlopes(row, m_spot[row], -1.0);
+    keepTarget(row, pieces);
     m_system->setPieces(row, pieces);
     for (const Piece& piece : pieces)
         m_slopeScale[piece.level] = std::max({m_slopeScale[piece.level], piece.right, -piece.left});
@@ -120,7 +121,6 @@ void Simplex::columnAdded(Index column)
     m_spot[row] = bestKink(row, strength);
     m_basis.rows.push_back(row);
     m_values.push_back(0.0);
-    m_targets.push_back(0.0);
     for (IndexSet* set : {&m_freePositions, &m_touchedPositions, &m_moved})
         set->grow(m_values.size());
     m_moved.insert(column);
@@ -131,6 +131,7 @@ void Simplex::rowAdded(Index row)
 {
     growRows();
     m_spot[row] = none;
+    m_kept.erase(row);
     m_touchedRows.insert(row);
     m_newRows.push_back(row);
     for (const Piece piece : m_system->pieces(row))
@@ -143,9 +144,29 @@ void Simplex::rowWillBeRemoved(Index row)
         m_vacant.push_back(positionOf(row));
     else if (!m_isDirty && m_spot[row] != none)
         noteSlopes(row, m_spot[row], -1.0);
+    keepTarget(row, {});
     m_system->setPieces(row, {});
     if (!isBasic(row))
         m_spot[row] = 0;
+}
+
+double Simplex::at(Index position) const
+{
+    const Index row = m_basis.rows[position];
+    if (m_system->kinkCount(row) > 0)
+        return m_system->kinkPosition(row, m_spot[row]);
+    const auto kept = m_kept.find(row);
+    return kept == m_kept.end() ? 0.0 : kept->second;
+}
+
+// Before the pieces of a row are exchanged: a basic one that is going to cost nothing stays where it is until another
+// takes its place.
+void Simplex::keepTarget(Index row, std::span<const Piece> next)
+{
+    if (!next.empty())
+        m_kept.erase(row);
+    else if (isBasic(row) && m_system->kinkCount(row) > 0)
+        m_kept[row] = m_system->kinkPosition(row, m_spot[row]);
 }
 
 double Simplex::evaluateRow(Index row) const
@@ -194,13 +215,8 @@ Index Simplex::segmentAt(Index row, double value, Index present) const
 // Pass 1.
 void Simplex::moveBasis()
 {
-    for (const Index position : m_affected) {
-        const Index row = m_basis.rows[position];
-        if (m_system->kinkCount(row) > 0) // one that has come to cost nothing stays until another takes its place
-            m_targets[position] = m_system->kinkPosition(row, m_spot[row]);
-    }
     m_changed.clear();
-    m_factor.derive(m_targets, m_affected, m_values, m_changed);
+    m_factor.derive(*this, m_affected, m_values, m_changed);
     m_affected.clear();
     for (const Index column : m_changed) {
         m_moved.insert(column);
@@ -270,14 +286,7 @@ void Simplex::takeOver(std::span<const Factor::Repair> repairs)
 void Simplex::refresh(Effort& effort)
 {
     std::vector<Factor::Repair> repairs;
-    std::vector<double> targets(m_targets.size(), 0.0);
-    const std::vector<Index> before = m_basis.rows;
     m_factor.factor(*m_system, m_basis, repairs);
-    for (Index position = 0; position < before.size(); ++position) {
-        if (isBasic(before[position]))
-            targets[positionOf(before[position])] = m_targets[position];
-    }
-    m_targets.swap(targets);
     takeOver(repairs);
     m_freePositions.clear(); // all positions are looked at again
     ++effort.factorisations;

@@ -3,6 +3,7 @@
 #include "LayoutFactor.h"
 
 #include <span>
+#include <unordered_map>
 #include <vector>
 
 namespace RVCore::LayoutInternal {
@@ -71,7 +72,7 @@ private:
 // Sources: the simplex method for piecewise-linear costs with long steps (Fourer, Mathematical Programming 33,
 // 1985); least index rule (Bland, Mathematics of Operations Research 2, 1977); lexicographic goals (Ignizio,
 // Goal Programming and Extensions, 1976); product form of the inverse (Dantzig and Orchard-Hays, 1954).
-class Simplex {
+class Simplex : private Factor::Targets {
 public:
     explicit Simplex(SimplexWork& work) : m_work(&work) {}
     // Starts from the greedy basis of the system, which must outlive this.
@@ -108,7 +109,7 @@ public:
     // The kink that a basic row is held at, the segment of another row.
     Index spot(Index row) const { return m_spot[row]; }
     // Of a basic row, the position of its kink.
-    double rowValue(Index row) const { return isBasic(row) ? m_targets[m_basis.places[row]] : evaluateRow(row); }
+    double rowValue(Index row) const { return isBasic(row) ? at(m_basis.places[row]) : evaluateRow(row); }
     double tolerance() const { return 1e-13 * m_scale + 1e-10; }
     // Basic rows that a column's value depends on, in order of derivation.
     std::vector<Index> holdingRows(Index column);
@@ -141,6 +142,8 @@ private:
     Index quieterSide(Index row, Index kink) const;
     void refresh(Effort&);
     void takeOver(std::span<const Factor::Repair>);
+    double at(Index position) const override;
+    void keepTarget(Index row, std::span<const Piece> next);
     double evaluateRow(Index row) const;
     std::size_t iterationLimit() const { return 200 + 20 * std::size_t(m_system->rowCount()); }
 
@@ -178,11 +181,11 @@ private:
     System* m_system = nullptr;
     Factor m_factor;
     Basis m_basis;
-    std::vector<Index> m_spot;     // by row: kink of a basic row, segment of another
-    std::vector<double> m_values;  // by column
-    std::vector<double> m_targets; // by position: where the kink of the row is that is held there
-    double m_scale = 1.0;          // largest magnitude of a value since the last refresh()
-    Index m_scaleColumn = none;    // that had it
+    std::vector<Index> m_spot;                // by row: kink of a basic row, segment of another
+    std::vector<double> m_values;             // by column
+    std::unordered_map<Index, double> m_kept; // basic rows that have come to cost nothing, and where they were held
+    double m_scale = 1.0;                     // largest magnitude of a value since the last refresh()
+    Index m_scaleColumn = none;               // that had it
 
     std::vector<std::vector<double>> m_prices; // by level, by position; empty while all are zero
     std::vector<double> m_slopeScale;          // largest slope by level

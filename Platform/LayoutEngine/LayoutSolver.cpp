@@ -71,21 +71,20 @@ void Solver::editParts()
     // 1. Parts that lose too much, or have no level for a new priority.
     std::vector<Index> gone;
     for (const Index index : m_notedClasses) {
-        const FormClass& formClass = m_model.classes()[index];
-        if (formClass.hasConstraints())
+        if (m_model.hasConstraints(index))
             continue;
         gone.push_back(index);
-        if (formClass.part != none && !formClass.terms().isSingle())
-            m_parts[formClass.part]->noteWear();
+        if (const Index part = m_model.partOf(index); part != none && !isOwnForm(index))
+            m_parts[part]->noteWear();
     }
     for (const Index index : m_notedClasses) {
-        const Index part = m_model.classes()[index].part;
+        const Index part = m_model.partOf(index);
         if (part != none && (m_parts[part]->isWorn() || !m_parts[part]->coversPriorities(m_model, index)))
             takeApart(part);
     }
     // 2. What new forms tie together goes into one part.
     for (const Index index : m_notedClasses) {
-        if (m_model.classes()[index].part == none && m_model.classes()[index].hasConstraints())
+        if (m_model.partOf(index) == none && m_model.hasConstraints(index))
             tieTogether(index);
     }
     // 3. Rows in place.
@@ -94,7 +93,7 @@ void Solver::editParts()
     for (const Index index : m_absorbedClasses)
         editInPlace(index);
     m_model.removeClasses(gone);
-    std::erase_if(m_notedClasses, [&](Index index) { return m_model.classes()[index].words.empty(); });
+    std::erase_if(m_notedClasses, [&](Index index) { return !m_model.hasConstraints(index); });
     // 4. The rest anew.
     sortRuns(m_loose, m_indexBuffer);
     buildParts(m_loose);
@@ -105,21 +104,21 @@ void Solver::editParts()
 // the others, or is taken apart as well where these are too many.
 void Solver::tieTogether(Index index)
 {
-    const FormClass& formClass = m_model.classes()[index];
+    const FormTerms terms = m_model.terms(index);
     Index largest = none;
-    for (const Term& term : formClass.terms()) {
+    for (const Term& term : terms) {
         const Index part = m_model.variables()[term.column].part;
         if (part != none && (largest == none || m_parts[part]->variableCount() > m_parts[largest]->variableCount()))
             largest = part;
     }
-    for (const Term& term : formClass.terms()) {
+    for (const Term& term : terms) {
         const Index part = m_model.variables()[term.column].part;
         if (part != none && part != largest)
             takeApart(part);
     }
     if (largest != none && !absorb(index, *m_parts[largest]))
         takeApart(largest);
-    for (const Term& term : formClass.terms()) {
+    for (const Term& term : terms) {
         Variable& variable = m_model.variables()[term.column];
         if (variable.part == none && std::exchange(variable.column, waiting) != waiting)
             m_loose.push_back(term.column);
@@ -135,17 +134,16 @@ bool Solver::absorb(Index first, Part& part)
     bool fits = true;
     for (std::size_t next = 0; next < classes.size() && fits; ++next) {
         fits = !part.isWorn() && part.coversPriorities(m_model, classes[next]);
-        for (const Term& term : m_model.classes()[classes[next]].terms()) {
+        for (const Term& term : m_model.terms(classes[next])) {
             Variable& variable = m_model.variables()[term.column];
             if (variable.part != none)
                 continue;
             variable.part = reached;
             variables.push_back(term.column);
-            for (const Index use : variable.classes) {
-                const FormClass& other = m_model.classes()[use];
-                if (other.part == none && other.hasConstraints())
-                    classes.push_back(use);
-            }
+            m_model.visitClasses(term.column, [&](Index formClass) {
+                if (m_model.partOf(formClass) == none)
+                    classes.push_back(formClass);
+            });
         }
         fits = fits && variables.size() <= most;
     }
@@ -161,16 +159,16 @@ bool Solver::absorb(Index first, Part& part)
 
 void Solver::editInPlace(Index index)
 {
-    FormClass& formClass = m_model.classes()[index];
-    const bool isWanted = formClass.hasConstraints();
-    if (!isWanted && formClass.part != none) {
-        const Index part = std::exchange(formClass.part, none);
-        m_parts[part]->removeClass(m_model, index);
-        m_touchedParts.insert(part);
-        if (m_parts[part]->classCount() == 0)
-            takeApart(part);
-    } else if (isWanted && formClass.part == none) {
-        if (const Index part = m_model.variables()[formClass.terms().front().column].part; part != none) {
+    const bool isWanted = m_model.hasConstraints(index);
+    const Index present = m_model.partOf(index);
+    if (!isWanted && present != none) {
+        m_model.setPart(index, none);
+        m_parts[present]->removeClass(m_model, index);
+        m_touchedParts.insert(present);
+        if (m_parts[present]->classCount() == 0)
+            takeApart(present);
+    } else if (isWanted && present == none) {
+        if (const Index part = m_model.variables()[m_model.terms(index).front().column].part; part != none) {
             m_parts[part]->addClass(m_model, index);
             m_touchedParts.insert(part);
         }
@@ -205,8 +203,9 @@ void Solver::takeApart(Index part)
         m_loose.push_back(variable);
         m_model.variables()[variable].column = waiting;
         m_model.variables()[variable].part = none;
-        for (const Index use : m_model.variables()[variable].classes)
-            m_model.classes()[use].part = none;
+        m_model.setPart(ownForm(variable), none);
+        for (const Index formClass : m_model.variables()[variable].classes)
+            m_model.setPart(formClass, none);
     }
     freePart(part);
 }
@@ -231,7 +230,7 @@ void Solver::buildParts(const std::vector<Index>& loose)
         Variable& variable = m_model.variables()[first];
         if (variable.part != none)
             continue;
-        if (variable.classes.empty()) {
+        if (variable.classes.empty() && !variable.own.hasConstraints()) {
             // Nothing holds it any more.
             if (variable.value != 0.0 && m_model.isAlive(first))
                 m_changedVariables.push_back({first});
@@ -242,12 +241,11 @@ void Solver::buildParts(const std::vector<Index>& loose)
         members.assign(1, first);
         variable.part = reached;
         for (std::size_t next = 0; next < members.size(); ++next) {
-            for (const Index use : m_model.variables()[members[next]].classes) {
-                FormClass& formClass = m_model.classes()[use];
-                if (formClass.part == reached)
+            for (const Index formClass : m_model.variables()[members[next]].classes) {
+                if (m_model.partOf(formClass) == reached)
                     continue;
-                formClass.part = reached;
-                for (const Term& term : formClass.terms()) {
+                m_model.setPart(formClass, reached);
+                for (const Term& term : m_model.terms(formClass)) {
                     if (std::exchange(m_model.variables()[term.column].part, reached) != reached)
                         members.push_back(term.column);
                 }
@@ -265,7 +263,7 @@ void Solver::buildParts(const std::vector<Index>& loose)
 void Solver::updateCosts()
 {
     for (const Index index : m_notedClasses) {
-        Part& part = *m_parts[m_model.classes()[index].part];
+        Part& part = *m_parts[m_model.partOf(index)];
         if (!part.isNew())
             part.update(m_model, index);
     }
@@ -275,7 +273,7 @@ void Solver::updateCosts()
 void Solver::runParts()
 {
     for (const Index index : m_notedClasses)
-        m_touchedParts.insert(m_model.classes()[index].part);
+        m_touchedParts.insert(m_model.partOf(index));
     for (const Index index : m_touchedParts.indices()) {
         if (m_parts[index]->isEmpty() || !m_parts[index]->needsRun())
             continue;

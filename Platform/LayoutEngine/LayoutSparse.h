@@ -76,7 +76,6 @@ public:
         }
         m_indices.clear();
     }
-    void releaseIndices() { releaseIfEmpty(m_indices); }
     double operator[](Index index) const { return m_values[index]; }
     const std::vector<Index>& indices() const { return m_indices; }
     double largest() const

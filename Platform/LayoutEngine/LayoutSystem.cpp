@@ -9,6 +9,9 @@ void System::clear(Index levels, Index freeLevels)
     m_levels = levels;
     m_firstFreeLevel = levels - freeLevels;
     m_columns.clear();
+    m_slopesOfPairs.clear();
+    m_firstLaterColumn = 0;
+    m_laterOwnRows.clear();
     m_rows.clear();
     m_freeRows.clear();
     m_words.clear();
@@ -20,6 +23,7 @@ void System::clear(Index levels, Index freeLevels)
 void System::reserve(std::size_t columns, std::size_t rows, std::size_t terms)
 {
     m_columns.reserve(columns);
+    m_slopesOfPairs.reserve(columns);
     m_rows.reserve(rows);
     m_words.reserve(terms);
     m_entries.reserve(terms);
@@ -29,7 +33,12 @@ Index System::addColumn()
 {
     const auto column = Index(m_columns.size());
     const Index index = makeRow();
-    m_columns.emplace_back().ownRow = index;
+    m_columns.emplace_back();
+    m_slopesOfPairs.push_back(0.0);
+    if (index == column && m_laterOwnRows.empty())
+        m_firstLaterColumn = column + 1;
+    else
+        m_laterOwnRows.push_back(index);
     m_rows[index].place = Packing::word(column, Packing::codeOf(1.0));
     m_rows[index].isOwn = true;
     return column;
@@ -83,7 +92,8 @@ void System::removeRow(Index row)
 double System::coefficient(Index row, Index column) const
 {
     const PackedTerms its = terms(row);
-    return (*std::find_if(its.begin(), its.end(), [&](const Term& term) { return term.column == column; })).coefficient;
+    return (*std::find_if(its.begin(), its.end(), [&](const Term& term) { return term.column == column; }))
+        .coefficient;
 }
 
 // A column that is full moves to the end, with room for as many again as a quarter of it.
@@ -130,7 +140,7 @@ bool System::hasPieces(Index row, std::span<const Piece> pieces)
     m_stored.clear();
     const double slopeOfPairs = storePieces(pieces, pairingIn(row), m_stored);
     const auto present = storedPieces(row);
-    return (!isOwnRow(row) || slopeOfPairs == m_columns[columnOf(row)].slopeOfPairs) &&
+    return (!isOwnRow(row) || slopeOfPairs == m_slopesOfPairs[columnOf(row)]) &&
            std::equal(present.begin(), present.end(), m_stored.begin(), m_stored.end());
 }
 
@@ -139,7 +149,7 @@ void System::setPieces(Index row, std::span<const Piece> pieces)
     m_stored.clear();
     const double slopeOfPairs = storePieces(pieces, pairingIn(row), m_stored);
     if (isOwnRow(row))
-        m_columns[columnOf(row)].slopeOfPairs = slopeOfPairs;
+        m_slopesOfPairs[columnOf(row)] = slopeOfPairs;
     m_rows[row].profile = m_profiles.exchange(m_rows[row].profile, m_stored);
 }
 

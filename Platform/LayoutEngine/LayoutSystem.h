@@ -22,26 +22,26 @@ class ColumnCells {
 public:
     class Iterator {
     public:
-        Iterator(const ColumnCells& cells, const std::uint32_t* entry) : m_cells(&cells), m_entry(entry) {}
+        Iterator(const ColumnCells& cells, std::size_t place) : m_cells(&cells), m_place(place) {}
         inline Cell operator*() const;
         Iterator& operator++()
         {
-            m_entry = m_entry ? m_entry + 1 : m_cells->m_entries.data();
+            ++m_place;
             return *this;
         }
-        bool operator==(const Iterator& other) const { return m_entry == other.m_entry; }
+        bool operator==(const Iterator& other) const { return m_place == other.m_place; }
 
     private:
         const ColumnCells* m_cells;
-        const std::uint32_t* m_entry; // null at the own row
+        std::size_t m_place; // 0 for the own row, then the entries
     };
 
     ColumnCells(const System& system, Index column, Index ownRow, std::span<const std::uint32_t> entries)
         : m_system(system), m_entries(entries), m_column(column), m_ownRow(ownRow)
     {
     }
-    Iterator begin() const { return {*this, nullptr}; }
-    Iterator end() const { return {*this, m_entries.data() + m_entries.size()}; }
+    Iterator begin() const { return {*this, 0}; }
+    Iterator end() const { return {*this, m_entries.size() + 1}; }
 
 private:
     const System& m_system;
@@ -71,7 +71,10 @@ public:
     Index levelCount() const { return m_levels; }
     Index firstFreeLevel() const { return m_firstFreeLevel; }
     Index rowCount() const { return Index(m_rows.size()); } // removed ones included
-    Index ownRow(Index column) const { return m_columns[column].ownRow; }
+    Index ownRow(Index column) const
+    {
+        return column < m_firstLaterColumn ? column : m_laterOwnRows[column - m_firstLaterColumn];
+    }
     bool isOwnRow(Index row) const { return m_rows[row].isOwn; }
     // Of an own row.
     Index columnOf(Index row) const { return Packing::numberIn(m_rows[row].place); }
@@ -84,14 +87,14 @@ public:
     ColumnCells entries(Index column) const
     {
         const Column& its = m_columns[column];
-        return {*this, column, its.ownRow, {m_entries.data() + its.firstEntry, its.entryCount}};
+        return {*this, column, ownRow(column), {m_entries.data() + its.firstEntry, its.entryCount}};
     }
 
     double coefficient(Index row, Index column) const; // of a term that the row has
 
     PieceRange pieces(Index row) const
     {
-        return {storedPieces(row), isOwnRow(row) ? m_columns[columnOf(row)].slopeOfPairs : 0.0};
+        return {storedPieces(row), isOwnRow(row) ? m_slopesOfPairs[columnOf(row)] : 0.0};
     }
     PieceRange piecesOfKink(Index row, Index kink) const { return pieces(row).ofKink(kink); }
     Index kinkCount(Index row) const { return pieces(row).kinkCount(); }
@@ -111,9 +114,7 @@ public:
 
 private:
     struct Column {
-        Index ownRow = none;
         Index firstEntry = 0, entryCount = 0, entryCapacity = 0;
-        double slopeOfPairs = 0.0; // of its own row; other rows have no pairs
     };
     struct Row {
         std::uint32_t place = 0; // of an own row, the word of its only term; else of its first word
@@ -133,6 +134,10 @@ private:
     Index m_levels = 0;
     Index m_firstFreeLevel = 0;
     std::vector<Column> m_columns;
+    std::vector<double> m_slopesOfPairs; // in the columns' own rows; others have no pairs
+    // The columns that a system begins with have their own numbers for own rows.
+    Index m_firstLaterColumn = 0;
+    std::vector<Index> m_laterOwnRows;
     std::vector<Row> m_rows;
     std::vector<Index> m_freeRows;
     std::vector<std::uint32_t> m_words;   // of rows; what removed ones leave is lost until clear()
@@ -144,10 +149,11 @@ private:
 
 inline Cell ColumnCells::Iterator::operator*() const
 {
-    if (!m_entry)
+    if (m_place == 0)
         return {m_cells->m_ownRow, 1.0};
-    const Index row = Packing::numberIn(*m_entry);
-    if (const std::uint32_t code = Packing::codeIn(*m_entry); code != Packing::unusual)
+    const std::uint32_t entry = m_cells->m_entries[m_place - 1];
+    const Index row = Packing::numberIn(entry);
+    if (const std::uint32_t code = Packing::codeIn(entry); code != Packing::unusual)
         return {row, Packing::usualCoefficients[code]};
     return {row, m_cells->m_system.coefficient(row, m_cells->m_column)};
 }

@@ -7,6 +7,11 @@
 namespace RVCore::LayoutInternal {
 namespace {
 
+struct GivenTargets : Factor::Targets {
+    std::vector<double> values;
+    double at(Index position) const override { return values[position]; }
+};
+
 Basis makeBasis(const System& system, const std::vector<Index>& rows)
 {
     Basis result{rows, std::vector<Index>(system.rowCount(), none)};
@@ -143,11 +148,11 @@ TEST(LayoutFactor, derivingAPartGivesTheBitsOfDerivingAll)
         const Index size = 2 + Index(random() % 40);
         const System system = makeRandom(random, size);
         std::vector<Index> rows, all;
-        std::vector<double> targets; // by position
+        GivenTargets targets;
         for (Index i = 0; i < size; ++i) {
             rows.push_back(size + i);
             all.push_back(i);
-            targets.push_back(double(random() % 1000) / 7);
+            targets.values.push_back(double(random() % 1000) / 7);
         }
         Basis basis = makeBasis(system, rows);
         Factor factor;
@@ -157,7 +162,7 @@ TEST(LayoutFactor, derivingAPartGivesTheBitsOfDerivingAll)
         std::vector<Index> changed;
         factor.derive(targets, all, values, changed);
         const Index moved = Index(random() % size);
-        targets[moved] += 1.0 / 3;
+        targets.values[moved] += 1.0 / 3;
         const std::vector<double> before = values;
         changed.clear();
         factor.derive(targets, std::vector<Index>{moved}, values, changed);
@@ -170,6 +175,28 @@ TEST(LayoutFactor, derivingAPartGivesTheBitsOfDerivingAll)
                       std::find(changed.begin(), changed.end(), column) != changed.end());
         }
     }
+}
+
+TEST(LayoutSystem, aColumnIsInItsOwnRowFirstThenInTheOthers)
+{
+    const auto cells = [](const System& system, Index column) {
+        std::vector<std::pair<Index, double>> result;
+        for (const Cell& cell : system.entries(column))
+            result.emplace_back(cell.row, cell.coefficient);
+        return result;
+    };
+    using Cells = std::vector<std::pair<Index, double>>;
+    EXPECT_EQ(cells(makeSystem(1, {}), 0), (Cells{{0, 1.0}}));
+    System system = makeSystem(2, {{{0, 1}, {1, -0.3}}});
+    EXPECT_EQ(cells(system, 1), (Cells{{1, 1.0}, {2, -0.3}}));
+    const Index column = system.addColumn();
+    const Index row = system.addRow(std::vector<Term>{{1, 0.5}, {column, 1.0}});
+    EXPECT_EQ(cells(system, 1), (Cells{{1, 1.0}, {2, -0.3}, {row, 0.5}}));
+    EXPECT_EQ(cells(system, column), (Cells{{system.ownRow(column), 1.0}, {row, 1.0}}));
+    system.removeRow(2);
+    EXPECT_EQ(cells(system, 1), (Cells{{1, 1.0}, {row, 0.5}}));
+    EXPECT_EQ(system.addRow(std::vector<Term>{{0, 1.0}, {1, 1.0}}), 2u);
+    EXPECT_EQ(cells(system, 0), (Cells{{0, 1.0}, {2, 1.0}}));
 }
 
 TEST(LayoutFactor, aChainIsDerivedInItsOrder)

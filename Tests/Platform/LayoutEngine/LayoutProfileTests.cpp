@@ -45,9 +45,8 @@ TEST(LayoutInlineList, growsOutOfItselfAndMoves)
         list.append(i);
     InlineList<int, 2> moved = std::move(list);
     EXPECT_EQ(std::vector<int>(moved.begin(), moved.end()), (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9}));
-    moved.erase(moved.begin() + 3);
     moved.eraseIf([](int value) { return value % 2 == 0; });
-    EXPECT_EQ(std::vector<int>(moved.begin(), moved.end()), (std::vector<int>{1, 5, 7, 9}));
+    EXPECT_EQ(std::vector<int>(moved.begin(), moved.end()), (std::vector<int>{1, 3, 5, 7, 9}));
     InlineList<int, 2> small;
     small.append(4);
     moved = std::move(small);
@@ -64,9 +63,6 @@ TEST(LayoutPackedForm, aTermIsOneWordUnlessItsCoefficientIsUnusual)
     const PackedTerms packed(words);
     EXPECT_EQ(std::vector<Term>(packed.begin(), packed.end()), form);
     EXPECT_EQ(packed.size(), 4u);
-    EXPECT_FALSE(packed.isSingle());
-    EXPECT_TRUE(PackedTerms(std::span(words).first(1)).isSingle());
-    EXPECT_TRUE(PackedTerms(std::span(words).subspan(2, 3)).isSingle());
 }
 
 TEST(LayoutPackedFormDeath, aNumberThatDoesNotFitStopsTheProgram)
