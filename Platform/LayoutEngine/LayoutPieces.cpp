@@ -1,7 +1,5 @@
 #include "LayoutPieces.h"
 
-#include <algorithm>
-
 namespace RVCore::LayoutInternal {
 
 namespace {
@@ -51,9 +49,8 @@ double storePieces(std::span<const Piece> pieces, Pairing pairing, std::vector<S
 
 PieceRange PieceRange::ofKink(Index kink) const
 {
-    const auto* first = std::lower_bound(m_first, m_last, kink,
-                                         [](const StoredPiece& piece, Index number) { return piece.kink < number; });
-    const auto* last = first;
+    const StoredPiece* first = firstOf(kink);
+    const StoredPiece* last = first;
     while (last != m_last && last->kink == kink)
         ++last;
     return {{first, last}, m_slopeOfPairs};

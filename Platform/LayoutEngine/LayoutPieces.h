@@ -2,6 +2,7 @@
 
 #include "LayoutSparse.h"
 
+#include <algorithm>
 #include <span>
 #include <vector>
 
@@ -79,9 +80,15 @@ public:
     Iterator end() const { return {m_last, m_slopeOfPairs}; }
     Index kinkCount() const { return m_first == m_last ? 0 : m_last[-1].kink + 1; }
     PieceRange ofKink(Index kink) const;
-    double positionOf(Index kink) const { return ofKink(kink).m_first->at; }
+    double positionOf(Index kink) const { return firstOf(kink)->at; }
 
 private:
+    const StoredPiece* firstOf(Index kink) const
+    {
+        return std::lower_bound(m_first, m_last, kink,
+                                [](const StoredPiece& piece, Index number) { return piece.kink < number; });
+    }
+
     const StoredPiece* m_first;
     const StoredPiece* m_last;
     double m_slopeOfPairs;

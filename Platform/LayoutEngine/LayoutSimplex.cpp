@@ -153,8 +153,8 @@ void Simplex::rowWillBeRemoved(Index row)
 double Simplex::at(Index position) const
 {
     const Index row = m_basis.rows[position];
-    if (m_system->kinkCount(row) > 0)
-        return m_system->kinkPosition(row, m_spot[row]);
+    if (const PieceRange pieces = m_system->pieces(row); pieces.kinkCount() > 0)
+        return pieces.positionOf(m_spot[row]);
     const auto kept = m_kept.find(row);
     return kept == m_kept.end() ? 0.0 : kept->second;
 }
