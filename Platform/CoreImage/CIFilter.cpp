@@ -1,5 +1,7 @@
 #include <CoreGraphics/Bitmap.h>
+#include <CoreImage/CIColorControls.h>
 #include <CoreImage/CIFilter.h>
+#include <CoreImage/CIGaussianBlur.h>
 #include <Foundation/KeyPath.h>
 
 namespace RVCore {
@@ -32,6 +34,8 @@ Class& CIFilter::staticClass()
 
 std::shared_ptr<CIFilter> makeFilter(std::string_view name)
 {
+    // Names alone would not make a linker take them out of the library.
+    [[maybe_unused]] static const std::array known{&CIColorControls::staticClass(), &CIGaussianBlur::staticClass()};
     const Class* const theClass = Class::named(name);
     if (!theClass || theClass == &CIFilter::staticClass() || !theClass->isSubclassOf(CIFilter::staticClass()))
         return nullptr;
