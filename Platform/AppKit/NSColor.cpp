@@ -12,6 +12,7 @@ Class& NSColor::staticClass()
                             [](const Class&, const CGColor& color) { return colorWithCGColor(color); });
         publish.classMethod("whiteColor", [](const Class&) { return whiteColor(); });
         publish.classMethod("grayColor", [](const Class&) { return grayColor(); });
+        publish.classMethod("darkGrayColor", [](const Class&) { return darkGrayColor(); });
         publish.classMethod("blackColor", [](const Class&) { return blackColor(); });
         publish.classMethod("clearColor", [](const Class&) { return clearColor(); });
     });
@@ -62,6 +63,12 @@ std::shared_ptr<NSColor> whiteColor()
 std::shared_ptr<NSColor> grayColor()
 {
     return makeColor(0.5, 0.5, 0.5);
+}
+
+std::shared_ptr<NSColor> darkGrayColor()
+{
+    constexpr double third = 1.0 / 3.0;
+    return makeColor(third, third, third);
 }
 
 std::shared_ptr<NSColor> blackColor()

@@ -29,7 +29,8 @@ std::shared_ptr<NSColor> makeColor(double red, double green, double blue, double
 std::shared_ptr<NSColor> colorWithCGColor(const CGColor& color);
 
 std::shared_ptr<NSColor> whiteColor();
-std::shared_ptr<NSColor> grayColor(); // half way between black and white
+std::shared_ptr<NSColor> grayColor();     // half way between black and white
+std::shared_ptr<NSColor> darkGrayColor(); // a third of the way from black to white
 std::shared_ptr<NSColor> blackColor();
 std::shared_ptr<NSColor> clearColor(); // black of no opacity
 

@@ -149,10 +149,7 @@ void NSTextField::setMaximumNumberOfLines(int count)
 
 void NSTextField::setPreferredMaxLayoutWidth(CGFloat width)
 {
-    constexpr std::string_view operation = "NSTextField.setPreferredMaxLayoutWidth:";
-    requireLayoutNumber(operation, "width", width);
-    if (width < 0)
-        raiseInvalidArgument(operation, "the width must not be negative, got " + numberText(width));
+    requireLayoutNumber("NSTextField.setPreferredMaxLayoutWidth:", "width", width);
     if (m_preferredMaxLayoutWidth == width)
         return;
     m_preferredMaxLayoutWidth = width;

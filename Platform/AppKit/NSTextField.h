@@ -15,8 +15,8 @@ class TextFieldSession;
 //
 // Size: a label is as large as its text. A field that is editable is as wide as twenty digits whatever its text is,
 // so that no window grows while somebody types; in one line it is one line high. Wrapping text is set at
-// `preferredMaxLayoutWidth`; while that is 0, a label's intrinsic width is that of the longest unbroken line, and the
-// height follows the width that layout gives. A border adds its room.
+// `preferredMaxLayoutWidth`; while that is none, a label's intrinsic width is that of the longest unbroken line, and
+// the height follows the width that layout gives. A border adds its room.
 //
 // Editing: a click puts the caret there, Tab selects all. Return tells the delegate of the end, selects all, and
 // sends the action, and only it does; where the action goes nowhere the key goes on to the window. Escape brings back
@@ -53,7 +53,7 @@ public:
     int maximumNumberOfLines() const { return m_text.maximumNumberOfLines; }      // default 0: no limit
     void setMaximumNumberOfLines(int count);                                      // at least 0
     CGFloat preferredMaxLayoutWidth() const { return m_preferredMaxLayoutWidth; } // default 0
-    void setPreferredMaxLayoutWidth(CGFloat width);                               // at least 0
+    void setPreferredMaxLayoutWidth(CGFloat width);                               // 0 or less for none
 
     // What a user may do.
     bool isEditable() const { return m_isEditable; } // default yes; what is editable is selectable, too
@@ -120,7 +120,7 @@ private:
     };
 
     bool isInteractive() const { return isEnabled() && (m_isEditable || m_isSelectable); }
-    bool followsLayout() const { return m_text.wraps() && m_preferredMaxLayoutWidth == 0; }
+    bool followsLayout() const { return m_text.wraps() && m_preferredMaxLayoutWidth <= 0; }
     EdgeInsets textInsets() const;
     CGRect textRect() const;
     CGSize labelSize() const;

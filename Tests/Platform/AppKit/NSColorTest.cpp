@@ -33,6 +33,7 @@ TEST(NSColor, SomeHaveNames)
     };
     EXPECT_EQ(named("whiteColor"), (CGColor{1, 1, 1, 1}));
     EXPECT_EQ(named("grayColor"), (CGColor{0.5, 0.5, 0.5, 1}));
+    EXPECT_EQ(named("darkGrayColor"), (CGColor{1.0 / 3, 1.0 / 3, 1.0 / 3, 1}));
     EXPECT_EQ(named("blackColor"), (CGColor{0, 0, 0, 1}));
     EXPECT_EQ(named("clearColor"), (CGColor{0, 0, 0, 0}));
     EXPECT_TRUE(colorWithCGColor({0, 1, 0, 0.5})->isEqual(*makeColor(0, 1, 0, 0.5)));
