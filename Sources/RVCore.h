@@ -2,6 +2,7 @@
 
 // The one header that an application includes: the framework with the platform that it stands on.
 #include <AppKit/NSApplication.h>
+#include <AppKit/NSBitmapImageRep.h>
 #include <AppKit/NSButton.h>
 #include <AppKit/NSColor.h>
 #include <AppKit/NSControl.h>

@@ -6,6 +6,7 @@ class LayoutContext;
 class NSAnimation;
 class NSAnimationContext;
 class NSApplication;
+class NSBitmapImageRep;
 class NSButton;
 class NSColor;
 class NSControl;

@@ -1,3 +1,4 @@
+#include <AppKit/NSBitmapImageRep.h>
 #include <AppKit/NSImage.h>
 #include <Backend/Backend.h>
 #include <CoreGraphics/Canvas.h>
@@ -53,12 +54,21 @@ std::shared_ptr<NSImage> readFromFolders(const std::string& name)
 Class& NSImage::staticClass()
 {
     static Class& theClass = defineClass<NSImage>("NSImage", NSObject::staticClass(), [](auto& publish) {
+        publish.initializer("initWithSize:", [](NSImage& self, CGSize size) { self.init(size); });
         publish.readOnlyProperty("size", &NSImage::size);
+        publish.readOnlyProperty("representations", &NSImage::representations);
+        publish.method("addRepresentation:", &NSImage::addRepresentation);
         publish.readOnlyProperty("isTemplate", &NSImage::isTemplate);
         publish.method("setTemplate:", &NSImage::setTemplate);
         publish.classMethod("imageNamed:", [](const Class&, const std::string& name) { return imageNamed(name); });
     });
     return theClass;
+}
+
+void NSImage::init(CGSize size)
+{
+    requireSize("NSImage.initWithSize:", size);
+    m_size = size;
 }
 
 void NSImage::init(const CGImageRef& image, CGSize size)
@@ -67,8 +77,8 @@ void NSImage::init(const CGImageRef& image, CGSize size)
     if (!image)
         raiseInvalidArgument(operation, "there is no image");
     requireSize(operation, size);
-    m_bitmap = image;
     m_size = size;
+    addRepresentation(make<NSBitmapImageRep>(image, size));
 }
 
 void NSImage::init(CGSize size, DrawingHandler handler)
@@ -81,15 +91,35 @@ void NSImage::init(CGSize size, DrawingHandler handler)
     m_handler = std::move(handler);
 }
 
+void NSImage::addRepresentation(const std::shared_ptr<NSBitmapImageRep>& representation)
+{
+    if (!representation)
+        raiseInvalidArgument("NSImage.addRepresentation:", "there is no representation");
+    m_representations.push_back(representation);
+}
+
+// A canvas does not tell how many pixels it has to a point, and more of them lose least.
+const NSBitmapImageRep* NSImage::bestRepresentation() const
+{
+    const auto best = std::ranges::max_element(m_representations, {}, [](const auto& representation) {
+        return std::int64_t{representation->pixelsWide()} * representation->pixelsHigh();
+    });
+    return best == m_representations.end() ? nullptr : best->get();
+}
+
+CGImageRef NSImage::bitmap() const
+{
+    const NSBitmapImageRep* best = bestRepresentation();
+    return best ? best->image() : nullptr;
+}
+
 void NSImage::draw(Canvas& canvas, const CGRect& rect, const CGColor& templateColor) const
 {
     if (m_handler) {
         const CanvasState state(canvas);
         m_handler(canvas, rect);
-    } else if (m_bitmap && m_isTemplate) {
-        canvas.drawMask(*m_bitmap, rect, templateColor);
-    } else if (m_bitmap) {
-        canvas.drawImage(*m_bitmap, rect);
+    } else if (const NSBitmapImageRep* best = bestRepresentation()) {
+        best->draw(canvas, rect, m_isTemplate ? &templateColor : nullptr);
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <AppKit/Forward.h>
 #include <CoreGraphics/CGColor.h>
 #include <CoreGraphics/CGGeometry.h>
 #include <CoreGraphics/CGImage.h>
@@ -7,6 +8,7 @@
 
 #include <functional>
 #include <optional>
+#include <vector>
 
 namespace RVCore {
 
@@ -19,7 +21,8 @@ enum class NSImageScaling : int {
     proportionallyUpOrDown = 3, // as large as fits, keeps its shape
 };
 
-// A picture with a size in points: pixels, or a closure that draws it, or (made with plain `init`) nothing at all.
+// A picture with a size in points: pixels, in one or more representations, or a closure that draws it, or (made with
+// plain `init` or a size alone) nothing at all.
 class NSImage : public NSObject {
     RVCORE_CLASS(NSImage)
 
@@ -29,11 +32,17 @@ public:
 
     using NSObject::init;
     // Sizes that are not finite or negative, or no image, raise NSInvalidArgumentException.
+    void init(CGSize size);
     void init(const CGImageRef& image, CGSize size);
     void init(CGSize size, DrawingHandler handler);
 
-    CGSize size() const { return m_size; }                // in points
-    const CGImageRef& bitmap() const { return m_bitmap; } // null when it is not made of pixels
+    CGSize size() const { return m_size; } // in points
+    // In the order in which they were added. Each shows the whole picture; an absent one raises
+    // NSInvalidArgumentException.
+    const std::vector<std::shared_ptr<NSBitmapImageRep>>& representations() const { return m_representations; }
+    void addRepresentation(const std::shared_ptr<NSBitmapImageRep>& representation);
+    // Of the one that is drawn, which is the one of the most pixels; null when there is none.
+    CGImageRef bitmap() const;
     // A template is only a shape: whoever shows it gives it a colour. What a closure draws keeps its own. Views that
     // show the image already follow when they are drawn again. Default no.
     bool isTemplate() const { return m_isTemplate; }
@@ -43,8 +52,10 @@ public:
     void draw(Canvas& canvas, const CGRect& rect, const CGColor& templateColor) const;
 
 private:
+    const NSBitmapImageRep* bestRepresentation() const;
+
     CGSize m_size;
-    CGImageRef m_bitmap;
+    std::vector<std::shared_ptr<NSBitmapImageRep>> m_representations;
     DrawingHandler m_handler;
     bool m_isTemplate = false;
 };

@@ -1,6 +1,7 @@
 #include <AppKit/LayoutContext.h>
 #include <AppKit/LayoutRows.h>
 #include <AppKit/MovingViews.h>
+#include <AppKit/NSBitmapImageRep.h>
 #include <AppKit/NSCursor.h>
 #include <AppKit/NSTrackingArea.h>
 #include <AppKit/NSView.h>
@@ -93,6 +94,8 @@ Class& NSView::staticClass()
         publish.readOnlyProperty("animator", &NSView::animator);
         publish.method("setValue:forKeyPath:", &NSView::setValue);
         publish.method("setNeedsDisplay:", &NSView::setNeedsDisplay);
+        publish.method("bitmapImageRepForCachingDisplayInRect:", &NSView::bitmapImageRepForCachingDisplay);
+        publish.method("cacheDisplayInRect:toBitmapImageRep:", &NSView::cacheDisplay);
         publish.readOnlyProperty("intrinsicContentSize", &NSView::intrinsicContentSize);
         publish.method("invalidateIntrinsicContentSize", &NSView::invalidateIntrinsicContentSize);
         publish.method("contentHuggingPriorityForOrientation:", &NSView::contentHuggingPriority);

@@ -105,6 +105,12 @@ public:
     // Draws the view's own content, in its own coordinates; what lies outside the bounds is cut off. The default
     // draws nothing. May be called for one part of the view after the other.
     virtual void draw(Canvas& canvas, const CGRect& dirtyRect);
+    // A picture of a part of the view, in its own coordinates, with everything in it: first the pixels, transparent,
+    // at the backing scale of the view's window, or of the main screen where there is none; then what the view shows
+    // at this moment as it is laid out. Null for a part without a size or of more than 32,767 pixels on a side. A
+    // backend that has no pixels leaves them transparent.
+    virtual std::shared_ptr<NSBitmapImageRep> bitmapImageRepForCachingDisplay(const CGRect& rect);
+    virtual void cacheDisplay(const CGRect& rect, NSBitmapImageRep& representation);
 
     // Size from content. An absent metric is NSViewNoIntrinsicMetric. Whoever changes what intrinsicContentSize
     // would return calls invalidateIntrinsicContentSize.

@@ -1,3 +1,4 @@
+#include <AppKit/NSBitmapImageRep.h>
 #include <AppKit/NSImage.h>
 #include <CoreGraphics/Canvas.h>
 #include <Foundation/Message.h>
@@ -37,6 +38,22 @@ TEST(NSImage, MadeOfPixelsDrawsThem)
     EXPECT_EQ(image->size(), (CGSize{2, 3}));
     EXPECT_EQ(image->bitmap()->width(), 4);
     EXPECT_EQ(drawn(*image), "image 4 × 6 pixels in (1, 2) 30 × 40\n");
+}
+
+TEST(NSImage, DrawsTheRepresentationOfTheMostPixels)
+{
+    const auto image = make<NSImage>(CGSize{30, 40});
+    EXPECT_EQ(image->size(), (CGSize{30, 40}));
+    EXPECT_TRUE(image->representations().empty());
+    EXPECT_EQ(drawn(*image), "");
+    for (const double scale : {1.0, 2.0, 0.5})
+        image->addRepresentation(make<NSBitmapImageRep>(CGSize{30, 40}, scale));
+    EXPECT_EQ(image->representations().size(), 3);
+    EXPECT_EQ(drawn(*image), "image 60 × 80 pixels in (1, 2) 30 × 40\n");
+    EXPECT_EQ(image->bitmap()->width(), 60);
+    EXPECT_EQ(make<NSImage>(pixels(4, 6), CGSize{2, 3})->representations().size(), 1);
+    EXPECT_THAT(raised([&] { image->addRepresentation(nullptr); }), HasSubstr("there is no representation"));
+    EXPECT_THAT(raised([] { make<NSImage>(CGSize{-1, 1}); }), HasSubstr("the size must not be negative"));
 }
 
 TEST(NSImage, ATemplateTakesTheColourOfWhereItIs)
@@ -134,6 +151,11 @@ TEST(NSImage, EveryPropertyIsReachedByName)
     EXPECT_EQ(send(image, "size").as<CGSize>(), (CGSize{3, 4}));
     send(image, "setTemplate:", true);
     EXPECT_TRUE(send(image, "isTemplate").as<bool>());
+    const ObjectRef empty = send(NSImage::staticClass(), "alloc").as<ObjectRef>();
+    send(empty, "initWithSize:", CGSize{5, 6});
+    EXPECT_EQ(send(empty, "size").as<CGSize>(), (CGSize{5, 6}));
+    send(empty, "addRepresentation:", make<NSBitmapImageRep>(CGSize{5, 6}, 1.0));
+    EXPECT_EQ(send(empty, "representations").array()->size(), 1);
 }
 
 } // namespace

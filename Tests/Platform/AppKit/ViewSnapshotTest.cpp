@@ -1,13 +1,16 @@
 #include "ViewTesting.h"
 
+#include <AppKit/NSBitmapImageRep.h>
 #include <AppKit/ViewSnapshot.h>
 #include <Backend/Backend.h>
+#include <Foundation/Message.h>
 #include <Foundation/NSException.h>
 #include <HeadlessBackend/RecordingCanvas.h>
 #include <Platform/Foundation/Raised.h>
 
 #include <QuartzCore/CALayer.h>
 
+#include <cmath>
 #include <numbers>
 
 namespace RVCore {
@@ -208,6 +211,49 @@ TEST(ViewSnapshot, AThousandLevelsArePainted)
         innermost = view;
     }
     EXPECT_THAT(painted(*host), HasSubstr("layer 0.5"));
+}
+
+TEST(ViewSnapshot, ARepresentationIsMadeForAPartOfAView)
+{
+    const auto view = make<NSView>(CGRect(5, 6, 30, 20));
+    const auto representation = view->bitmapImageRepForCachingDisplay({10, 10, 12, 8});
+    ASSERT_TRUE(representation);
+    EXPECT_EQ(representation->size(), (CGSize{12, 8}));
+    EXPECT_EQ(representation->pixelsWide(), 12);
+    EXPECT_EQ(send(view, "bitmapImageRepForCachingDisplayInRect:", view->bounds())
+                  .as<std::shared_ptr<NSBitmapImageRep>>()
+                  ->size(),
+              (CGSize{30, 20}));
+}
+
+TEST(ViewSnapshot, WhatHasNoPictureHasNoRepresentation)
+{
+    const auto view = make<NSView>(CGRect(0, 0, 10, 10));
+    for (const CGRect& rect : {CGRect(), CGRect(0, 0, 10, 0), CGRect(0, 0, 0, 10), CGRect(0, 0, -5, 5),
+                               CGRect(0, 0, 32768, 1), CGRect(0, 0, 1, 1e9)})
+        EXPECT_EQ(view->bitmapImageRepForCachingDisplay(rect), nullptr) << describe(rect);
+    EXPECT_THAT(raised([&] { view->bitmapImageRepForCachingDisplay({0, 0, std::nan(""), 1}); }), HasSubstr("rect"));
+}
+
+TEST(ViewSnapshot, WithoutAPainterARepresentationStaysTransparent)
+{
+    const auto view = plate({0, 0, 4, 4}, red);
+    int drawings = 0;
+    view->onDraw = [&](Canvas&, const CGRect&) { ++drawings; };
+    const auto representation = view->bitmapImageRepForCachingDisplay(view->bounds());
+    send(view, "cacheDisplayInRect:toBitmapImageRep:", view->bounds(), representation);
+    EXPECT_EQ(drawings, 1);
+    EXPECT_THAT(representation->image()->pixels(), testing::Each(0));
+}
+
+TEST(ViewSnapshot, ARepresentationOfAnotherSizeThanThePartIsRefused)
+{
+    const auto view = make<NSView>(CGRect(0, 0, 10, 10));
+    const auto representation = view->bitmapImageRepForCachingDisplay(view->bounds());
+    EXPECT_THAT(raised([&] {
+                    view->cacheDisplay({0, 0, 5, 5}, *representation);
+                }),
+                HasSubstr("expected 10 × 10 pixels, got 5 × 5"));
 }
 
 TEST(ViewSnapshot, APictureNeedsABackendThatPaints)
