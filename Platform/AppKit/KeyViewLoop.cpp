@@ -1,3 +1,4 @@
+#include <AppKit/CoveredViews.h>
 #include <AppKit/KeyViewLoop.h>
 #include <AppKit/NSView.h>
 #include <AppKit/ViewExtras.h>
@@ -8,14 +9,19 @@ namespace RVCore {
 
 namespace {
 
-// Every view that can be seen, a view before what is in it.
+// Every view that can be seen and is not covered, a view before what is in it.
 void appendInKeyOrder(NSView& view, std::vector<NSView*>& order)
 {
     if (view.isInvisible())
         return;
-    order.push_back(&view);
-    for (NSView* subview : view.subviewsInKeyOrder())
-        appendInKeyOrder(*subview, order);
+    const bool isWhole = !isCovered(view);
+    if (isWhole)
+        order.push_back(&view);
+    const auto uncovered = uncoveredSubviews(view);
+    for (NSView* subview : view.subviewsInKeyOrder()) {
+        if (isWhole || std::ranges::find(uncovered, subview, &std::shared_ptr<NSView>::get) != uncovered.end())
+            appendInKeyOrder(*subview, order);
+    }
 }
 
 // The loop as Tab goes through it from the first view on. A view whose next one is set goes there, unless that one

@@ -1,3 +1,4 @@
+#include <AppKit/CoveredViews.h>
 #include <AppKit/ExceptionReport.h>
 #include <AppKit/NSAccessibility.h>
 #include <AppKit/NSToolbar.h>
@@ -113,15 +114,10 @@ std::shared_ptr<AccessibleElement> ViewElement::parent() const
 std::vector<NSView*> reachableSubviews(const NSView& view)
 {
     auto subviews = view.subviewsInKeyOrder();
-    const auto& painted = view.subviews();
-    const auto modal = std::find_if(painted.rbegin(), painted.rend(), [](const auto& subview) {
-        return subview->isAccessibilityModal() && !subview->isInvisible();
-    });
+    const auto uncovered = uncoveredSubviews(view);
     std::erase_if(subviews, [&](const NSView* subview) {
-        const bool isCovered =
-            modal != painted.rend() &&
-            std::any_of(modal + 1, painted.rend(), [&](const auto& below) { return below.get() == subview; });
-        return isCovered || subview->isInvisible();
+        return subview->isInvisible() ||
+               std::ranges::find(uncovered, subview, &std::shared_ptr<NSView>::get) == uncovered.end();
     });
     return subviews;
 }

@@ -1,3 +1,4 @@
+#include <AppKit/CoveredViews.h>
 #include <AppKit/NSView.h>
 #include <AppKit/NSViewController.h>
 #include <AppKit/NSWindow.h>
@@ -120,9 +121,14 @@ void ViewInput::keyUp(NSEvent& event)
 
 bool ViewInput::performKeyEquivalent(NSEvent& event)
 {
-    const auto subviews = self().subviews(); // what a shortcut does may change the list
+    const auto uncovered = uncoveredSubviews(self());
+    const std::vector subviews(uncovered.begin(), uncovered.end()); // what a shortcut does may change the list
     return std::ranges::any_of(subviews, [&](const auto& subview) {
-        return !subview->isInvisible() && subview->performKeyEquivalent(event);
+        if (subview->isInvisible())
+            return false;
+        // One that is covered has no shortcuts of its own, what covers it has.
+        return isCovered(*subview) ? subview->ViewInput::performKeyEquivalent(event)
+                                   : subview->performKeyEquivalent(event);
     });
 }
 

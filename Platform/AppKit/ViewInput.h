@@ -72,7 +72,8 @@ public:
     virtual bool setAccessibilityValue(const std::string& text); // returns whether it could; default no
     virtual AccessibleState accessibilityState() const;
     virtual bool accessibilityPerformPress(); // returns whether it did; default no
-    // While it is visible, the views below it in its superview cannot be reached. Default no.
+    // While it is visible, neither assistive technology nor the keyboard reaches the views below it in its superview,
+    // and the keyboard does not reach the superview itself. Default no.
     bool isAccessibilityModal() const;
     void setAccessibilityModal(bool modal);
 

@@ -50,6 +50,23 @@ TEST(KeyViewLoop, countsFromTheTopInAViewThatIsNotFlipped)
     EXPECT_THAT(loopOf(*root), ElementsAre("high", "low"));
 }
 
+TEST(KeyViewLoop, passesByWhatAModalViewCovers)
+{
+    const auto root = makeHost(200, 200);
+    const auto outer = addKeyView(*root, {0, 0, 100, 100}, "outer");
+    addKeyView(*outer, {0, 0, 10, 10}, "covered");
+    const auto cover = addKeyView(*outer, {0, 0, 100, 100}, "cover");
+    addKeyView(*outer, {0, 50, 10, 10}, "above");
+    addKeyView(*root, {0, 100, 100, 100}, "next");
+    cover->setAccessibilityModal(true);
+    EXPECT_THAT(loopOf(*root), ElementsAre("cover", "above", "next"));
+    cover->setHidden(true);
+    EXPECT_THAT(loopOf(*root), ElementsAre("outer", "covered", "above", "next"));
+    cover->setHidden(false);
+    cover->setAlphaValue(0);
+    EXPECT_THAT(loopOf(*root), ElementsAre("outer", "covered", "above", "next"));
+}
+
 TEST(KeyViewLoop, visitsAViewBeforeWhatIsInIt)
 {
     const auto root = makeHost(200, 200);
