@@ -22,9 +22,20 @@ void ViewQueue::add(NSView& view)
     std::uint32_t& place = ViewLayoutState::make(view).*m_place;
     if (place != ViewLayoutState::noPlace)
         return;
+    // A view that waits for long must not keep the places of all that come and go meanwhile.
+    if (m_views.size() >= 2 * m_count + 64)
+        closeGaps();
     place = static_cast<std::uint32_t>(m_views.size());
     m_views.push_back(&view);
     ++m_count;
+}
+
+void ViewQueue::closeGaps()
+{
+    std::erase(m_views, nullptr);
+    m_first = 0;
+    for (std::size_t i = 0; i < m_views.size(); ++i)
+        ViewLayoutState::of(*m_views[i])->*m_place = static_cast<std::uint32_t>(i);
 }
 
 void ViewQueue::remove(NSView& view)

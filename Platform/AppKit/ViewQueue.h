@@ -16,12 +16,14 @@ public:
     // The view that has waited longest; null when none does.
     NSView* front();
     bool contains(const NSView& view) const;
-    // In the order in which they came; null for those that left.
+    // In the order in which they came; null for those that left. Valid until a view is added.
     const std::vector<NSView*>& places() const { return m_views; }
     void add(NSView& view);    // nothing happens when it waits already
     void remove(NSView& view); // nothing happens when it does not wait
 
 private:
+    void closeGaps();
+
     Place m_place;
     std::vector<NSView*> m_views; // those that left are null
     std::size_t m_first = 0;

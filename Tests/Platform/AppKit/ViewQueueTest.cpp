@@ -28,5 +28,26 @@ TEST(ViewQueue, ServesViewsInTheOrderInWhichTheyCameAndEachOnce)
     EXPECT_EQ(queue.count(), 1u);
 }
 
+TEST(ViewQueue, KeepsNoPlacesOfViewsThatCameAndWent)
+{
+    ViewQueue queue(&ViewLayoutState::placeAmongStale);
+    const auto first = make<NSView>(), second = make<NSView>(), passing = make<NSView>();
+    queue.add(*first);
+    queue.add(*second);
+    for (int i = 0; i < 10'000; ++i) {
+        queue.add(*passing);
+        queue.remove(*passing);
+    }
+    EXPECT_LT(queue.places().size(), 100u);
+    EXPECT_EQ(queue.front(), first.get());
+    queue.add(*passing);
+    queue.remove(*first);
+    EXPECT_EQ(queue.front(), second.get());
+    queue.remove(*second);
+    EXPECT_EQ(queue.front(), passing.get());
+    queue.remove(*passing);
+    EXPECT_EQ(queue.count(), 0u);
+}
+
 } // namespace
 } // namespace RVCore
