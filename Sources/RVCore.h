@@ -46,6 +46,7 @@
 #include <Extensions/NSProgressIndicator+RVCore.h>
 #include <Extensions/NSTextField+RVCore.h>
 #include <Extensions/NSView+RVCore.h>
+#include <Extensions/NSView+RVCoreAnimation.h>
 #include <Extensions/NSWindow+RVCore.h>
 #include <Extensions/NSWindowController+RVCore.h>
 #include <Foundation/AssociatedObjects.h>

@@ -6,6 +6,8 @@
 #include <Dispatch/ManualDispatchClock.h>
 #include <HeadlessBackend/HeadlessBackend.h>
 
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <stdexcept>
 #include <string>
