@@ -63,6 +63,7 @@
 #include <Views/RVColorButton.h>
 #include <Views/RVGroupView.h>
 #include <Views/RVIntrinsicView.h>
+#include <Views/RVProgressBlockingView.h>
 #include <Views/RVSpacerView.h>
 
 #include <QuartzCore/CALayer.h>

@@ -6,6 +6,7 @@ class RVBaseView;
 class RVColorButton;
 class RVGroupView;
 class RVIntrinsicView;
+class RVProgressBlockingView;
 class RVSpacerView;
 
 } // namespace RVCore
