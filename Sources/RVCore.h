@@ -47,7 +47,9 @@
 #include <Extensions/NSTextField+RVCore.h>
 #include <Extensions/NSView+RVCore.h>
 #include <Extensions/NSView+RVCoreAnimation.h>
+#include <Extensions/NSView+RVCoreBlocking.h>
 #include <Extensions/NSWindow+RVCore.h>
+#include <Extensions/NSWindow+RVCoreBlocking.h>
 #include <Extensions/NSWindowController+RVCore.h>
 #include <Foundation/AssociatedObjects.h>
 #include <Foundation/KeyPath.h>
