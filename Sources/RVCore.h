@@ -33,6 +33,7 @@
 #include <AppKit/ViewSnapshot.h>
 #include <Common/Misc/GlobalFunctions.h>
 #include <ConstraintLibrary/ConstraintLibrary.h>
+#include <Controllers/RVScreenshotController.h>
 #include <CoreGraphics/CGAffineTransform.h>
 #include <CoreGraphics/CGColor.h>
 #include <CoreGraphics/CGGeometry.h>
