@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <ctime>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@ void benchmarkGroupLayout();
 void benchmarkLayoutSamples();
 void benchmarkApplication();
 void benchmarkBlur();
+void benchmarkOverlay();
 
 // One line of the result: "message.send_ns 41.7".
 inline void report(const std::string& name, double value)
@@ -27,6 +29,15 @@ inline void report(const std::string& name, double value)
 template <class T> void keep(const T& value)
 {
     asm volatile("" : : "g"(&value) : "memory");
+}
+
+// Milliseconds of the processor's time, not the clock's, that the work takes once: what other programs do meanwhile
+// would favour whoever takes less of it.
+template <class Work> double processorMilliseconds(Work&& work)
+{
+    const std::clock_t start = std::clock();
+    work();
+    return 1000.0 * static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
 }
 
 // Nanoseconds that one run of `work` takes, the median of `rounds`. `prepare` runs before each, not measured.

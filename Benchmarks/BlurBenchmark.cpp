@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <ctime>
 #include <random>
 
 namespace RVCore {
@@ -63,13 +62,7 @@ void reportError(const std::string& name, const BlurError& error)
 // Times of something that is done again and again.
 class Samples {
 public:
-    // The processor's time, not the clock's: what other programs do meanwhile would favour whoever takes less of it.
-    template <class Work> void add(Work&& work)
-    {
-        const std::clock_t start = std::clock();
-        work();
-        m_taken.push_back(1000.0 * static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
-    }
+    template <class Work> void add(Work&& work) { m_taken.push_back(processorMilliseconds(work)); }
 
     double median() const
     {

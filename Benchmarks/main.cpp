@@ -7,7 +7,7 @@
 #include <malloc.h>
 
 // Benchmarks [part]: all parts, or the one that is named (messaging, engine, layout, samples,
-// application, blur).
+// application, blur, overlay).
 int main(int argc, char** argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -29,4 +29,6 @@ int main(int argc, char** argv)
         RVCore::benchmarkApplication();
     if (isWanted("blur"))
         RVCore::benchmarkBlur();
+    if (isWanted("overlay"))
+        RVCore::benchmarkOverlay();
 }
