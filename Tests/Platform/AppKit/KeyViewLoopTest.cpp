@@ -56,7 +56,7 @@ TEST(KeyViewLoop, passesByWhatAModalViewCovers)
     const auto outer = addKeyView(*root, {0, 0, 100, 100}, "outer");
     addKeyView(*outer, {0, 0, 10, 10}, "covered");
     const auto cover = addKeyView(*outer, {0, 0, 100, 100}, "cover");
-    addKeyView(*outer, {0, 50, 10, 10}, "above");
+    addKeyView(*outer, {20, 0, 10, 10}, "above");
     addKeyView(*root, {0, 100, 100, 100}, "next");
     cover->setAccessibilityModal(true);
     EXPECT_THAT(loopOf(*root), ElementsAre("cover", "above", "next"));
