@@ -20,11 +20,8 @@ using testing::IsEmpty;
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
-std::vector<std::string>& indicatorLog()
-{
-    static std::vector<std::string> log;
-    return log;
-}
+// Of the test that is under way; null while there is none.
+std::vector<std::string>* currentIndicatorLog = nullptr;
 
 // Lets an operation of every indicator be written down before it runs.
 void listenTo(const char* selector, const char* word)
@@ -33,7 +30,9 @@ void listenTo(const char* selector, const char* word)
     const auto call = own ? own->call : nullptr;
     addCategory<NSProgressIndicator>("Test", [&](auto& publish) {
         publish.method(selector, [call, word](NSProgressIndicator& self, const Value& argument) {
-            indicatorLog().push_back(word + (argument.isNothing() ? std::string() : " " + argument.description()));
+            if (currentIndicatorLog)
+                currentIndicatorLog->push_back(word +
+                                               (argument.isNothing() ? std::string() : " " + argument.description()));
             if (call)
                 call(self, std::array{argument});
         });
@@ -51,7 +50,8 @@ const bool isListening = [] {
 
 class RVProgressBlockingViewTest : public testing::Test {
 protected:
-    RVProgressBlockingViewTest() { indicatorLog().clear(); }
+    RVProgressBlockingViewTest() { currentIndicatorLog = &indicatorLog; }
+    ~RVProgressBlockingViewTest() override { currentIndicatorLog = nullptr; }
 
     static std::shared_ptr<RVProgressBlockingView> overlayOf(const BlockingViewContent& content = {})
     {
@@ -64,6 +64,7 @@ protected:
 
     ManualDispatchClock clock;
     std::vector<std::string> log;
+    std::vector<std::string> indicatorLog;
 };
 
 TEST_F(RVProgressBlockingViewTest, isMadeWithItsDefaults)
@@ -125,8 +126,7 @@ TEST_F(RVProgressBlockingViewTest, theLabelsAreDarkGreyAndCentred)
 TEST_F(RVProgressBlockingViewTest, theSpinnerIsSetUpBeforeItIsStarted)
 {
     const auto overlay = overlayOf();
-    EXPECT_THAT(indicatorLog(),
-                ElementsAre("displayed when stopped false", "threaded true", "bezeled false", "start"));
+    EXPECT_THAT(indicatorLog, ElementsAre("displayed when stopped false", "threaded true", "bezeled false", "start"));
     const OverlayParts parts(*overlay);
     EXPECT_EQ(parts.spinner.style(), NSProgressIndicatorStyle::spinning);
     EXPECT_EQ(parts.spinner.controlSize(), NSControlSize::regular);
@@ -164,7 +164,7 @@ TEST_F(RVProgressBlockingViewTest, withNothingToShowItStillBlocksAndBlurs)
                                  static_cast<NSView*>(&parts.spinner)})
         EXPECT_EQ(member->alphaValue(), 0);
     EXPECT_TRUE(disableEventPropagation(*overlay));
-    EXPECT_THAT(indicatorLog(), testing::Not(testing::Contains("start")));
+    EXPECT_THAT(indicatorLog, testing::Not(testing::Contains("start")));
     showAnimated(*overlay);
     clock.advance(0.3);
     EXPECT_EQ(shownBlurRadius(*overlay), 8.0);
@@ -263,17 +263,17 @@ TEST_F(RVProgressBlockingViewTest, theSpacingsMoveMessageAndSpinnerDown)
 TEST_F(RVProgressBlockingViewTest, theSpinnerIsStartedAndStoppedInTurn)
 {
     const auto overlay = overlayOf();
-    indicatorLog().clear();
+    indicatorLog.clear();
     overlay->setShowProgress(true);
     overlay->updateUI();
-    EXPECT_THAT(indicatorLog(), IsEmpty());
+    EXPECT_THAT(indicatorLog, IsEmpty());
     overlay->setShowProgress(false);
     overlay->updateUI();
-    EXPECT_THAT(indicatorLog(), ElementsAre("stop"));
+    EXPECT_THAT(indicatorLog, ElementsAre("stop"));
     overlay->setShowProgress(true);
     overlay->setShowProgress(true);
     overlay->updateUI();
-    EXPECT_THAT(indicatorLog(), ElementsAre("stop", "start"));
+    EXPECT_THAT(indicatorLog, ElementsAre("stop", "start"));
 }
 
 TEST_F(RVProgressBlockingViewTest, propertiesAreReadThroughTheirGetters)
