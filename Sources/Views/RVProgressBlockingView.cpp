@@ -121,7 +121,7 @@ void RVProgressBlockingView::setUpProgressView()
     send(m_progressView, "setUsesThreadedAnimation:", true);
     send(m_progressView, "setBezeled:", false);
     setBackgroundColor(*m_progressView, clearColor());
-    // The overlay lightens what is behind it, and the spokes have to stand out from that.
+    // Lighter than elsewhere: it is there to be noticed, not to be read.
     if (const auto brightness = makeFilter("CIColorControls")) {
         brightness->setDefaults();
         brightness->setValueForKey(spinnerBrightness, "inputBrightness");
