@@ -124,10 +124,10 @@ void Compositor::paint(std::uint32_t first, std::uint32_t last, Surface& surface
         return;
     const std::uint32_t start = firstToPaint(first, last, surface);
     for (const PixelRect& rect : surface.damage.rects()) {
-        if (start != first)
-            copyPixels(m_plan.group(start).background.placed(), surface.target(), rect);
-        else
+        if (start == first)
             clearPixels(surface.target(), rect);
+        else if (!replacesBackground(start)) // it will be painted over as a whole otherwise
+            copyPixels(m_plan.group(start).background.placed(), surface.target(), rect);
     }
     LazyCanvas canvas(m_makeCanvas, surface.bitmap, surface.place, m_scale);
     for (std::uint32_t index = start; index < last; ++index) {
@@ -144,6 +144,13 @@ void Compositor::paint(std::uint32_t first, std::uint32_t last, Surface& surface
         }
     }
     surface.damage.clear();
+}
+
+// Whether the filtered background takes the place of what is behind the group, with nothing of that left to be seen.
+bool Compositor::replacesBackground(std::uint32_t index) const
+{
+    const CompositionGroup& group = m_plan.group(index);
+    return m_plan.item(index).opacity >= 1 && group.backgroundMask.outlines.empty();
 }
 
 // The last group behind which nothing changed and whose background is as large as the damage: what was painted below

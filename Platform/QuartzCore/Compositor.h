@@ -48,6 +48,7 @@ private:
 
     void paint(std::uint32_t first, std::uint32_t last, Surface& surface);
     std::uint32_t firstToPaint(std::uint32_t first, std::uint32_t last, const Surface& surface) const;
+    bool replacesBackground(std::uint32_t index) const;
     void paintItem(std::uint32_t index, const Surface& surface, LazyCanvas& canvas);
     void clipToGroups(std::uint32_t index, Canvas& canvas) const;
     void paintBackground(std::uint32_t index, Surface& surface);

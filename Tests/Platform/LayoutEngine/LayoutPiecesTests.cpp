@@ -39,7 +39,8 @@ TEST(LayoutPieces, whatAColumnsFreeLevelsChargeIsKeptAsOne)
     // The slope is the row's, not the pair's.
     std::vector<StoredPiece> ofOneRow, ofAnother;
     EXPECT_EQ(storePieces(std::vector<Piece>{{0, -1.5, 0, 0, 7}, {0, -1.5, 1.5, 0, 8}}, Pairing::on, ofOneRow), 1.5);
-    EXPECT_EQ(storePieces(std::vector<Piece>{{0, -1.25, 0, 0, 7}, {0, -1.25, 1.25, 0, 8}}, Pairing::on, ofAnother), 1.25);
+    EXPECT_EQ(storePieces(std::vector<Piece>{{0, -1.25, 0, 0, 7}, {0, -1.25, 1.25, 0, 8}}, Pairing::on, ofAnother),
+              1.25);
     EXPECT_EQ(ofOneRow, ofAnother);
     std::vector<StoredPiece> oneByOne; // as in rows that have no slope of their own
     EXPECT_EQ(storePieces(std::vector<Piece>{{0, -1.5, 0, 0, 7}, {0, -1.5, 1.5, 0, 8}}, Pairing::off, oneByOne), 0.0);
