@@ -1,23 +1,44 @@
 #include <AppKit/CoveredViews.h>
 #include <AppKit/NSView.h>
+#include <AppKit/ViewPlacement.h>
 
 #include <algorithm>
 
 namespace RVCore {
 
-std::span<const std::shared_ptr<NSView>> uncoveredSubviews(const NSView& view)
+namespace {
+
+bool isCover(const NSView* view)
 {
-    const auto& subviews = view.subviews();
-    const auto last = std::find_if(subviews.rbegin(), subviews.rend(), [](const auto& subview) {
-        return subview->isAccessibilityModal() && !subview->isInvisible();
-    });
-    return last == subviews.rend() ? std::span(subviews) : std::span(std::prev(last.base()), subviews.end());
+    return view->isAccessibilityModal() && !view->isInvisible();
+}
+
+} // namespace
+
+std::vector<NSView*> uncoveredSubviews(const NSView& view)
+{
+    auto subviews = subviewsInPaintingOrder(view);
+    const auto topmost = std::find_if(subviews.rbegin(), subviews.rend(), &isCover);
+    if (topmost != subviews.rend())
+        subviews.erase(subviews.begin(), std::prev(topmost.base()));
+    return subviews;
 }
 
 bool isCovered(const NSView& view)
 {
-    const auto uncovered = uncoveredSubviews(view);
-    return !uncovered.empty() && uncovered.front()->isAccessibilityModal() && !uncovered.front()->isInvisible();
+    return std::ranges::any_of(view.subviews(), [](const auto& subview) { return isCover(subview.get()); });
+}
+
+NSView* coverOf(const NSView& view)
+{
+    const NSView* inner = nullptr; // the one that the view is in
+    for (const NSView* around = &view; around; inner = around, around = around->superview()) {
+        const auto uncovered = uncoveredSubviews(*around);
+        const bool reachesInner = inner && std::ranges::find(uncovered, inner) != uncovered.end();
+        if (isCovered(*around) && !reachesInner)
+            return uncovered.front();
+    }
+    return nullptr;
 }
 
 } // namespace RVCore

@@ -2,15 +2,19 @@
 
 #include <AppKit/Forward.h>
 
-#include <memory>
-#include <span>
+#include <vector>
 
 namespace RVCore {
 
-// The subviews that a modal one does not cover (see ViewInput::setAccessibilityModal): from the last visible modal
-// one on, or all of them where there is none. Valid until the list changes.
-std::span<const std::shared_ptr<NSView>> uncoveredSubviews(const NSView& view);
+// What modal views (see ViewInput::setAccessibilityModal) cover while they are visible: what is painted below them in
+// their superview, and that itself.
+
+// The subviews that none covers, in painting order: from the topmost modal one on, or all of them where there is
+// none.
+std::vector<NSView*> uncoveredSubviews(const NSView& view);
 // Whether a subview covers the view itself.
 bool isCovered(const NSView& view);
+// The modal view that covers the view or one that it is in; null for none.
+NSView* coverOf(const NSView& view);
 
 } // namespace RVCore

@@ -19,7 +19,7 @@ void appendInKeyOrder(NSView& view, std::vector<NSView*>& order)
         order.push_back(&view);
     const auto uncovered = uncoveredSubviews(view);
     for (NSView* subview : view.subviewsInKeyOrder()) {
-        if (isWhole || std::ranges::find(uncovered, subview, &std::shared_ptr<NSView>::get) != uncovered.end())
+        if (isWhole || std::ranges::find(uncovered, subview) != uncovered.end())
             appendInKeyOrder(*subview, order);
     }
 }

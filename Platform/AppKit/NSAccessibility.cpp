@@ -116,8 +116,7 @@ std::vector<NSView*> reachableSubviews(const NSView& view)
     auto subviews = view.subviewsInKeyOrder();
     const auto uncovered = uncoveredSubviews(view);
     std::erase_if(subviews, [&](const NSView* subview) {
-        return subview->isInvisible() ||
-               std::ranges::find(uncovered, subview, &std::shared_ptr<NSView>::get) == uncovered.end();
+        return subview->isInvisible() || std::ranges::find(uncovered, subview) == uncovered.end();
     });
     return subviews;
 }

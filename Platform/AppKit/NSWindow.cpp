@@ -1,3 +1,4 @@
+#include <AppKit/CoveredViews.h>
 #include <AppKit/KeyViewLoop.h>
 #include <AppKit/LayoutContext.h>
 #include <AppKit/MovingViews.h>
@@ -286,11 +287,11 @@ bool NSWindow::makeFirstResponder(NSResponder* responder)
     return firstResponder() == responder;
 }
 
-// A view does in its own window only.
+// A view does in its own window only, and while no modal view covers it.
 bool NSWindow::canHoldKeys(NSResponder& responder) const
 {
     const auto* view = dynamic_cast<const NSView*>(&responder);
-    return !view || view->window() == this;
+    return !view || (view->window() == this && !coverOf(*view));
 }
 
 NSResponder* NSWindow::firstResponder() const

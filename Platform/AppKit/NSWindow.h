@@ -140,9 +140,9 @@ public:
 
     // The object that keys go to; initially the window itself, and again when the object dies or leaves the window.
     NSResponder* firstResponder() const;
-    // Makes it the first responder if it accepts, which a view does in its own window only, and if the present one
-    // lets go; null makes it the window. One that is told that it is so no more may choose another. Returns whether
-    // it is now.
+    // Makes it the first responder if it accepts, which a view does in its own window only and while no modal view
+    // covers it, and if the present one lets go, which one that is covered has to; null makes it the window. One that
+    // is told that it is so no more may choose another. Returns whether it is now.
     bool makeFirstResponder(NSResponder* responder);
     // The first responder moves on by one in the key view loop, or back.
     void selectNextKeyView();

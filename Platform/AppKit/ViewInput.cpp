@@ -121,8 +121,9 @@ void ViewInput::keyUp(NSEvent& event)
 
 bool ViewInput::performKeyEquivalent(NSEvent& event)
 {
-    const auto uncovered = uncoveredSubviews(self());
-    const std::vector subviews(uncovered.begin(), uncovered.end()); // what a shortcut does may change the list
+    std::vector<std::shared_ptr<NSView>> subviews; // what a shortcut does may take them out
+    for (NSView* subview : uncoveredSubviews(self()))
+        subviews.push_back(shared(*subview));
     return std::ranges::any_of(subviews, [&](const auto& subview) {
         if (subview->isInvisible())
             return false;

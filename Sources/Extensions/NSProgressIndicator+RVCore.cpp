@@ -94,6 +94,9 @@ void setDoubleValueAnimated(NSProgressIndicator& indicator, double value)
     setAssociatedObject(indicator, AssociatedKeys::currentAnimation, Value(animation));
     animation->setDelegate(shared(indicator));
     animation->startAnimation();
+    // The delegate, a subclass of the indicator perhaps, did not want it: nobody will tell of its end.
+    if (!animation->isAnimating() && currentAnimation(indicator) == animation)
+        setAssociatedObject(indicator, AssociatedKeys::currentAnimation, Value());
 }
 
 void animationDidEnd(NSProgressIndicator& indicator, const ObjectRef&)

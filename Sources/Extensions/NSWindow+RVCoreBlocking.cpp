@@ -59,11 +59,16 @@ void restoreToolbar(NSWindow& window)
         if (!data)
             continue;
         const auto saved = data->messages.find(item);
-        // Without its target the action would go to whoever answers it on the responder chain.
-        if (saved == data->messages.end() || saved->second.hasLostTarget())
+        if (saved == data->messages.end())
+            continue;
+        // Without a target the action would go to whoever answers it on the responder chain. An item that was given
+        // another one meanwhile keeps that.
+        const bool hasLostTarget = saved->second.hasLostTarget();
+        if (hasLostTarget && !item->target())
             continue;
         item->setAction(saved->second.action());
-        item->setTarget(saved->second.target());
+        if (!hasLostTarget)
+            item->setTarget(saved->second.target());
         item->validate();
     }
 }

@@ -1,3 +1,4 @@
+#include <AppKit/CoveredViews.h>
 #include <AppKit/NSAnimationContext.h>
 #include <AppKit/NSColor.h>
 #include <AppKit/NSFont.h>
@@ -279,7 +280,12 @@ void RVProgressBlockingView::giveKeysBack()
     const auto before = std::dynamic_pointer_cast<NSView>(std::exchange(m_keysBefore, {}).lock());
     NSWindow* host = before ? before->window() : nullptr;
     const bool nobodyHasThem = host && (host->firstResponder() == host || host->firstResponder() == this);
-    if (nobodyHasThem && before->canBeSeen())
+    if (!nobodyHasThem || !before->canBeSeen())
+        return;
+    // Another overlay over the same thing gives them back when it goes.
+    if (auto* other = dynamic_cast<RVProgressBlockingView*>(coverOf(*before)))
+        other->m_keysBefore = before;
+    else
         host->makeFirstResponder(before.get());
 }
 

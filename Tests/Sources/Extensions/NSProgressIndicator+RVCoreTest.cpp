@@ -50,6 +50,7 @@ public:
 
     std::vector<std::shared_ptr<NSAnimation>> animations;
     std::vector<double> asked;
+    bool lets = true; // animations start
 
 private:
     std::mutex m_mutex;
@@ -65,7 +66,7 @@ Class& RecordingIndicator::staticClass()
             publish.method("animationShouldStart:",
                            [](RecordingIndicator& self, const std::shared_ptr<NSAnimation>& animation) {
                                self.animations.push_back(animation);
-                               return true;
+                               return self.lets;
                            });
             publish.method("setDoubleValueAnimatedWithValue:", [](RecordingIndicator& self, double value) {
                 self.asked.push_back(value);
@@ -97,6 +98,18 @@ TEST_F(SetDoubleValueAnimated, MovesEvenlyToTheValueWithinAFifthOfASecond)
     clock.advance(0.05);
     EXPECT_EQ(bar->doubleValue(), 0.8);
     EXPECT_FALSE(running().isAnimating());
+}
+
+TEST_F(SetDoubleValueAnimated, AnAnimationThatWasNotLetStartIsNotWaitedFor)
+{
+    bar->lets = false;
+    setDoubleValueAnimated(*bar, 0.5);
+    clock.advance(1);
+    EXPECT_EQ(bar->doubleValue(), 0);
+    bar->lets = true;
+    setDoubleValueAnimated(*bar, 0.8);
+    clock.advance(0.2);
+    EXPECT_EQ(bar->doubleValue(), 0.8);
 }
 
 TEST_F(SetDoubleValueAnimated, TheAnimationIsOneOfTheFrameworksWithAThreadOfItsOwn)

@@ -13,7 +13,9 @@ namespace RVCore {
 namespace {
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::SizeIs;
 
 class ViewBlocking : public testing::Test {
@@ -354,6 +356,45 @@ TEST_F(CoveredInput, aSecondOverlayGivesTheKeysToWhoHadThemFirst)
     hideBlockingView(*list);
     clock.advance(1.31);
     EXPECT_EQ(window->firstResponder(), field.get());
+}
+
+TEST_F(CoveredInput, whatAnotherOverlayStillCoversGetsTheKeysWhenThatOneGoes)
+{
+    ASSERT_TRUE(window->makeFirstResponder(field.get()));
+    showBlockingView(*window);
+    cover();
+    hideBlockingView(*window);
+    clock.advance(0.31);
+    ASSERT_EQ(progressBlockingView(*window), nullptr);
+    type("a");
+    EXPECT_THAT(takeLog(), IsEmpty());
+    hideBlockingView(*list);
+    clock.advance(1.31);
+    EXPECT_EQ(window->firstResponder(), field.get());
+}
+
+TEST_F(CoveredInput, whoDoesNotWantToLoseTheKeysLosesThem)
+{
+    ASSERT_TRUE(window->makeFirstResponder(field.get()));
+    field->resigns = false;
+    cover();
+    EXPECT_EQ(window->firstResponder(), progressBlockingView(*list).get());
+    EXPECT_FALSE(window->makeFirstResponder(field.get()));
+}
+
+TEST_F(CoveredInput, whatComesLaterAndIsPaintedBelowIsCoveredToo)
+{
+    cover();
+    const auto late = listen({50, 50, 20, 20}, "late", list.get());
+    late->accepts = true;
+    late->keeps = false;
+    click(60, 60);
+    EXPECT_FALSE(window->makeFirstResponder(late.get()));
+    ASSERT_TRUE(window->makeFirstResponder(other.get()));
+    window->selectNextKeyView();
+    EXPECT_EQ(window->firstResponder(), other.get());
+    EXPECT_THAT(takeLog(), IsEmpty());
+    EXPECT_THAT(accessibilityTree(*window), Not(HasSubstr("late")));
 }
 
 TEST_F(CoveredInput, keysAreNotGivenToWhatHasGoneMeanwhile)

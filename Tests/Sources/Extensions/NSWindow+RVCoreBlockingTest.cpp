@@ -216,6 +216,19 @@ TEST_F(WindowBlocking, anItemWhoseTargetHasDiedStaysDisabled)
     EXPECT_FALSE(item->sendAction());
 }
 
+TEST_F(WindowBlocking, anItemThatWasGivenAnotherTargetMeanwhileKeepsItAndGetsItsAction)
+{
+    const auto item = addItem(target, "save");
+    showBlockingView(*window);
+    target.reset();
+    const auto next = make<Target>();
+    item->setTarget(next);
+    hideBlockingView(*window);
+    EXPECT_EQ(item->target(), next);
+    EXPECT_EQ(item->action(), Selector("save"));
+    EXPECT_TRUE(item->isEnabled());
+}
+
 TEST_F(WindowBlocking, anItemWithAClosureGetsItBack)
 {
     const auto item = addItem(nullptr, std::nullopt);

@@ -65,12 +65,4 @@ inline std::vector<std::shared_ptr<RVProgressBlockingView>> overlaysIn(const NSV
     return overlays;
 }
 
-// A view that takes keys.
-class KeyTakingView : public NSView {
-public:
-    bool acceptsFirstResponder() const override { return true; }
-    void keyDown(NSEvent&) override { ++keys; }
-    int keys = 0;
-};
-
 } // namespace RVCore
