@@ -230,6 +230,7 @@ void NSView::setBoundsOrigin(CGPoint origin)
     if (m_boundsOrigin == origin)
         return;
     m_boundsOrigin = origin;
+    drawingChanged({});
     requestFrame();
 }
 
@@ -556,6 +557,10 @@ void NSView::setWantsLayer(bool wantsLayer)
 
 void NSView::layerChanged()
 {
+    if (m_layer->needsDisplay()) { // the layer shows what the view draws
+        m_layer->didDisplay();
+        drawingChanged({});
+    }
     if (m_layer->animationEnd())
         MovingViews::add(*this);
     requestFrame();

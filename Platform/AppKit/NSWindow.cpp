@@ -427,7 +427,7 @@ WindowPixels NSWindow::paintPixels(CGFloat scale)
     const auto alive = shared(*this);
     const DamageRegion& changed = m_painter->paint(*this, scale);
     requestNextFrame();
-    return {m_painter->pixels(), changed.rects()};
+    return {m_painter->pixels(), changed.rects(), alive};
 }
 
 // As long as something moves.

@@ -71,6 +71,8 @@ void ViewComposer::addInside(NSView& view, const CGAffineTransform& placement)
                                    .size = size,
                                    .radius = LayerPresentation(*layer, m_time).cornerRadius(),
                                    .clips = true});
+    if (layer)
+        addContents(*layer, placement, size);
     m_into->add(Kind::content, shared(view), placement, size).revision = view.drawingRevision({});
     if (layer)
         addSublayers(*layer, placement, view.isFlipped());
@@ -125,6 +127,7 @@ void ViewComposer::addLayer(CALayer& layer, const CGAffineTransform& around, con
     if (layer.masksToBounds())
         m_into->beginGroup(shared(layer),
                            {.placement = placement, .size = size, .radius = shown.cornerRadius(), .clips = true});
+    addContents(layer, placement, size);
     addSublayers(layer, placement, isFlipped);
     if (layer.masksToBounds())
         m_into->endGroup();
@@ -162,6 +165,10 @@ void ViewComposer::addGround(CALayer& layer, const CGAffineTransform& placement,
         fill.color = *color;
         fill.radius = shown.cornerRadius();
     }
+}
+
+void ViewComposer::addContents(CALayer& layer, const CGAffineTransform& placement, CGSize size)
+{
     if (layer.contents())
         m_into->add(Kind::image, shared(layer), placement, size).image = layer.contents();
 }

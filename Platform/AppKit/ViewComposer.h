@@ -30,6 +30,7 @@ private:
     bool beginGroup(NSObject& owner, const CALayer* layer, CGFloat opacity, const CGAffineTransform& placement,
                     CGSize size);
     void addGround(CALayer& layer, const CGAffineTransform& placement, CGSize size);
+    void addContents(CALayer& layer, const CGAffineTransform& placement, CGSize size);
     void addBorder(CALayer& layer, const CGAffineTransform& placement, CGSize size);
 
     Composition* m_into = nullptr;
@@ -37,7 +38,7 @@ private:
     std::vector<NSView*> m_order; // of the subviews of the views that are under way
 };
 
-// Draws what a content item of a composition stands for, a view or a layer: its own drawing without what is in it.
+// Draws what a content item of a composition stands for: a view's own drawing, without what is in it.
 void drawContentOf(NSObject& owner, Canvas& canvas);
 
 } // namespace RVCore

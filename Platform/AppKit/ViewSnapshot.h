@@ -10,8 +10,8 @@ namespace RVCore {
 
 class NSView;
 
-// Draws the view and everything in it, the view's top left corner at the canvas's origin. Background filters, which
-// need pixels, are left out.
+// Draws the view and everything in it, the view's top left corner at the canvas's origin. Filters, which need
+// pixels, are left out.
 void paintViewTree(NSView& view, Canvas& canvas);
 
 // The view and everything in it as it is laid out now, `scale` pixels to a point, on the given ground or on none. A

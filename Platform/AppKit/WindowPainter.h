@@ -17,7 +17,7 @@ public:
     const DamageRegion& paint(NSWindow& window, CGFloat scale);
     const Bitmap& pixels() const { return m_compositor.pixels(); }
     const Composition& composition() const { return m_compositor.composition(); }
-    // All of it on a canvas, without background filters.
+    // All of it on a canvas, without filters.
     static void paint(NSWindow& window, Canvas& canvas);
 
 private:

@@ -24,6 +24,7 @@ class WindowBackend;
 struct WindowPixels {
     const Bitmap& pixels;
     std::span<const PixelRect> changed;
+    std::shared_ptr<const void> owner = nullptr; // holds the pixels when painting ends the window
 };
 
 // What a window's backend tells the window that it stands for. Sizes are of the content, in points.

@@ -53,6 +53,8 @@ void QtWindowSurface::call(const std::function<void(WindowClient&)>& closure)
     ++m_callDepth;
     callGuarded([&] { closure(*m_client); });
     --m_callDepth;
+    if (m_callDepth == 0 && m_client && m_needsFrame)
+        scheduleFrame(); // a frame that was due meanwhile had to wait
 }
 
 void QtWindowSurface::reportSize(CGSize size)
@@ -333,16 +335,12 @@ void QtWindowSurface::showPixels(const QImage& pixels, std::span<const PixelRect
     m_storeScale = scale;
     m_isStoreStale = false;
     m_store->resize(size());
-    std::vector<QRect> parts;
+    const QRect all(QPoint(0, 0), size());
+    QRegion points = isNew ? QRegion(all) : QRegion();
     for (const PixelRect& rect : changed)
-        parts.emplace_back(rect.x, rect.y, rect.width, rect.height);
-    if (isNew)
-        parts.assign(1, pixels.rect());
-    QRegion points;
-    for (const QRect& part : parts)
-        points += QRectF(part.x() / scale, part.y() / scale, part.width() / scale, part.height() / scale)
+        points += QRectF(rect.x / scale, rect.y / scale, rect.width / scale, rect.height / scale)
                       .toAlignedRect()
-                      .intersected(QRect(QPoint(), size()));
+                      .intersected(all);
     if (points.isEmpty())
         return;
     m_store->beginPaint(points);
@@ -350,8 +348,14 @@ void QtWindowSurface::showPixels(const QImage& pixels, std::span<const PixelRect
         QPainter painter(m_store->paintDevice());
         painter.setWorldTransform(painter.deviceTransform().inverted()); // pixels
         painter.setCompositionMode(QPainter::CompositionMode_Source);
-        for (const QRect& part : parts)
-            painter.drawImage(part.topLeft(), pixels, part);
+        // All of the points, of which the store may have cleared every pixel.
+        for (const QRect& part : points) {
+            const QRect shown =
+                QRectF(part.x() * scale, part.y() * scale, part.width() * scale, part.height() * scale)
+                    .toAlignedRect()
+                    .intersected(pixels.rect());
+            painter.drawImage(shown.topLeft(), pixels, shown);
+        }
     }
     m_store->endPaint();
     m_store->flush(points);

@@ -39,6 +39,8 @@ Composition& CompositionPlan::begin()
     std::swap(m_now, m_before);
     std::swap(m_places, m_placesBefore);
     std::swap(m_groupOf, m_groupOfBefore);
+    m_startsAnew = m_startsAnew || !m_isMade; // a frame that came to nothing cannot be compared with
+    m_isMade = false;
     m_now.clear();
     return m_now;
 }
@@ -81,6 +83,7 @@ void CompositionPlan::make(Surface& area, CGFloat scale)
         planReplaced();
     std::erase_if(m_groups, [](const auto& group) { return !group->isUsed; });
     area.damage.clip(area.place);
+    m_isMade = true;
 }
 
 // Every pixel that the item may touch: turned edges blend into the pixels next to them, and what is thinner than a
@@ -125,8 +128,9 @@ void CompositionPlan::placeItems(const PixelRect& area)
         if (item.kind == Kind::end) {
             m_clips.pop_back();
             const CompositionItem& group = items[item.group];
-            const int reach = reachOf(group.filters(m_now.steps()), m_scale);
-            m_places[item.group] = m_places[item.group].insetBy(-reach, -reach).intersection(m_clips.back());
+            PixelRect& place = m_places[item.group];
+            const int reach = place.isEmpty() ? 0 : reachOf(group.filters(m_now.steps()), m_scale);
+            place = place.insetBy(-reach, -reach).intersection(m_clips.back());
             m_places[i] = m_places[item.group];
         } else {
             m_places[i] = pixelsOf(item).intersection(m_clips.back());

@@ -57,6 +57,7 @@ private:
     std::size_t m_sameAtEnd = 0;
     CGFloat m_scale = 0;
     bool m_startsAnew = true;
+    bool m_isMade = false; // the plan of the present frame
 };
 
 } // namespace RVCore

@@ -67,7 +67,7 @@ private:
     Bitmap m_part;
 };
 
-// Draws the composition on a canvas all at once. Background filters, which need the pixels behind them, are left out.
+// Draws the composition on a canvas all at once. Filters, which need pixels, are left out.
 void drawComposition(const Composition& composition, Canvas& canvas, const Compositor::DrawContent& drawContent);
 
 } // namespace RVCore

@@ -1,7 +1,9 @@
 #include "ViewTesting.h"
 
 #include <AppKit/NSBitmapImageRep.h>
+#include <AppKit/NSWindow.h>
 #include <AppKit/ViewSnapshot.h>
+#include <AppKit/WindowPainter.h>
 #include <Backend/Backend.h>
 #include <Foundation/Message.h>
 #include <Foundation/NSException.h>
@@ -79,6 +81,38 @@ TEST(ViewSnapshot, ClipsWhatIsInsideAlongTheRoundedEdgeIfAsked)
     EXPECT_THAT(painted(*view), testing::Not(HasSubstr("clip (0, 0) 20 × 10 radius")));
     view->layer()->setMasksToBounds(true);
     EXPECT_THAT(painted(*view), HasSubstr("clip (0, 0) 20 × 10 radius 3\n"));
+}
+
+TEST(ViewSnapshot, CutsALayersPictureAlongTheRoundedEdge)
+{
+    const auto view = plate({0, 0, 20, 10}, red);
+    view->layer()->setCornerRadius(3);
+    view->layer()->setMasksToBounds(true);
+    view->layer()->setContents(std::make_shared<const CGImage>(1, 1, std::vector<std::uint8_t>(4)));
+    const std::string text = painted(*view);
+    EXPECT_LT(text.find("clip (0, 0) 20 × 10 radius 3"), text.find("image"));
+}
+
+// Whether the window paints something again after the change.
+bool isPaintedAgain(const std::shared_ptr<NSView>& view, const std::function<void()>& change)
+{
+    const auto window = make<NSWindow>(CGSize{100, 100});
+    window->contentView()->addSubview(view);
+    WindowPainter painter;
+    painter.paint(*window, 1);
+    change();
+    const bool isPainted = !painter.paint(*window, 1).isEmpty();
+    view->removeFromSuperview();
+    return isPainted;
+}
+
+TEST(ViewSnapshot, AViewThatWasScrolledOrWhoseLayerNeedsDisplayIsDrawnAgain)
+{
+    const auto view = plate({0, 0, 20, 10}, red);
+    EXPECT_FALSE(isPaintedAgain(view, [] {}));
+    EXPECT_TRUE(isPaintedAgain(view, [&] { view->setBoundsOrigin({0, 5}); }));
+    EXPECT_TRUE(isPaintedAgain(view, [&] { view->layer()->setNeedsDisplay(); }));
+    EXPECT_TRUE(isPaintedAgain(view, [&] { view->setNeedsDisplay(true); }));
 }
 
 // The translation with which a subview at (10, 20) 30 × 40 of a superview of 100 × 100 is painted.

@@ -367,6 +367,23 @@ TEST_F(CompositorTest, AreasThatAreNoPictureAreRefused)
     EXPECT_TRUE(compositor.pixels().isEmpty());
 }
 
+TEST_F(CompositorTest, AFrameThatWasRefusedLeavesNothingBehind)
+{
+    begin();
+    beginGroup({0, 0, 40, 30}, 0.5);
+    addFill({0, 0, 10, 10}, red);
+    next->endGroup();
+    compose();
+    begin();
+    EXPECT_THROW(compositor.compose({40000, 30}, 1), NSException);
+    begin();
+    beginGroup({0, 0, 40, 30}, 0.5);
+    addFill({0, 0, 10, 10}, blue);
+    next->endGroup();
+    EXPECT_THAT(compose().rects(), ElementsAre(PixelRect{0, 0, 40, 30}));
+    EXPECT_EQ(pixel(2, 2), 0xFF7F7FFFu);
+}
+
 TEST_F(CompositorTest, PrintsItself)
 {
     begin();
