@@ -557,10 +557,6 @@ void NSView::setWantsLayer(bool wantsLayer)
 
 void NSView::layerChanged()
 {
-    if (m_layer->needsDisplay()) { // the layer shows what the view draws
-        m_layer->didDisplay();
-        drawingChanged({});
-    }
     if (m_layer->animationEnd())
         MovingViews::add(*this);
     requestFrame();

@@ -73,6 +73,10 @@ void ViewComposer::addInside(NSView& view, const CGAffineTransform& placement)
                                    .clips = true});
     if (layer)
         addContents(*layer, placement, size);
+    if (layer && layer->needsDisplay()) { // the layer shows what the view draws
+        layer->didDisplay();
+        view.drawingChanged({});
+    }
     m_into->add(Kind::content, shared(view), placement, size).revision = view.drawingRevision({});
     if (layer)
         addSublayers(*layer, placement, view.isFlipped());
