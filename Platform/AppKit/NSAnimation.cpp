@@ -62,13 +62,6 @@ std::string_view timingName(NSAnimationCurve curve)
     return kCAMediaTimingFunctionLinear;
 }
 
-void requireNotNegative(std::string_view operation, std::string_view name, double value)
-{
-    requireFinite(operation, name, value);
-    if (value < 0)
-        raiseInvalidArgument(operation, std::string(name) + " must not be negative, got " + numberText(value));
-}
-
 void tellOfMark(const ObjectRef& delegate, const ObjectRef& animation, float mark)
 {
     static const Selector selector("animation:didReachProgressMark:");

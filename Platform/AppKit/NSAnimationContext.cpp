@@ -116,10 +116,7 @@ void NSAnimationContext::endGrouping()
 
 void NSAnimationContext::setDuration(double duration)
 {
-    requireFinite("NSAnimationContext.setDuration:", "duration", duration);
-    if (duration < 0)
-        raiseInvalidArgument("NSAnimationContext.setDuration:",
-                             "duration must not be negative, got " + numberText(duration));
+    requireNotNegative("NSAnimationContext.setDuration:", "duration", duration);
     m_motion.duration = duration;
 }
 

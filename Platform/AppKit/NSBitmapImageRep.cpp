@@ -1,9 +1,8 @@
 #include <AppKit/NSBitmapImageRep.h>
 #include <CoreGraphics/Bitmap.h>
 #include <CoreGraphics/Canvas.h>
+#include <CoreGraphics/PixelGrid.h>
 #include <Foundation/NSException.h>
-
-#include <cmath>
 
 namespace RVCore {
 
@@ -23,9 +22,8 @@ void NSBitmapImageRep::init(CGSize size, CGFloat scale)
     constexpr std::string_view operation = "NSBitmapImageRep.init";
     requireFinite(operation, "size", size);
     requireFinite(operation, "scale", scale);
-    // The products of decimal fractions miss whole numbers by a little.
-    const CGFloat width = std::ceil(size.width * scale - 1e-6);
-    const CGFloat height = std::ceil(size.height * scale - 1e-6);
+    const CGFloat width = pixelsAcross(size.width, scale);
+    const CGFloat height = pixelsAcross(size.height, scale);
     if (scale <= 0 || width < 1 || height < 1 || width > Bitmap::largestSide || height > Bitmap::largestSide)
         raiseInvalidArgument(operation,
                              describe(size) + " points at the scale " + numberText(scale) + " are no picture");
@@ -40,9 +38,7 @@ void NSBitmapImageRep::init(const CGImageRef& image, CGSize size)
     constexpr std::string_view operation = "NSBitmapImageRep.init";
     if (!image)
         raiseInvalidArgument(operation, "there is no image");
-    requireFinite(operation, "size", size);
-    if (size.width < 0 || size.height < 0)
-        raiseInvalidArgument(operation, "the size must not be negative, got " + describe(size));
+    requireNotNegative(operation, "size", size);
     m_size = m_extent = size;
     m_pixelsWide = image->width();
     m_pixelsHigh = image->height();

@@ -24,13 +24,6 @@ ImageStore& store()
     return theStore;
 }
 
-void requireSize(std::string_view operation, CGSize size)
-{
-    requireFinite(operation, "size", size);
-    if (size.width < 0 || size.height < 0)
-        raiseInvalidArgument(operation, "the size must not be negative, got " + describe(size));
-}
-
 std::shared_ptr<NSImage> readFromFolders(const std::string& name)
 {
     struct Variant {
@@ -67,7 +60,7 @@ Class& NSImage::staticClass()
 
 void NSImage::init(CGSize size)
 {
-    requireSize("NSImage.initWithSize:", size);
+    requireNotNegative("NSImage.initWithSize:", "size", size);
     m_size = size;
 }
 
@@ -76,7 +69,7 @@ void NSImage::init(const CGImageRef& image, CGSize size)
     constexpr std::string_view operation = "NSImage.initWithCGImage:size:";
     if (!image)
         raiseInvalidArgument(operation, "there is no image");
-    requireSize(operation, size);
+    requireNotNegative(operation, "size", size);
     m_size = size;
     addRepresentation(make<NSBitmapImageRep>(image, size));
 }
@@ -84,7 +77,7 @@ void NSImage::init(const CGImageRef& image, CGSize size)
 void NSImage::init(CGSize size, DrawingHandler handler)
 {
     constexpr std::string_view operation = "NSImage.init";
-    requireSize(operation, size);
+    requireNotNegative(operation, "size", size);
     if (!handler)
         raiseInvalidArgument(operation, "there is nothing that draws");
     m_size = size;

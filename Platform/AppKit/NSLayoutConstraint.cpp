@@ -208,9 +208,9 @@ NSView* NSLayoutConstraint::holder() const
     switch (m_holder) {
     case Holder::none:
         return nullptr;
-    case Holder::firstItem:
+    case Holder::first:
         return m_items[0];
-    case Holder::secondItem:
+    case Holder::second:
         return m_items[1];
     default:
         return commonAncestor(*m_items[0], *m_items[1]);
@@ -249,9 +249,7 @@ void NSLayoutConstraint::setActive(bool active)
                                                                   m_items[1]->description() +
                                                                   " have no common ancestor");
     m_activation = nextActivation() & 0xffff'ffff'ffff; // as many bits as it has, never used up
-    m_holder = newHolder == m_items[0]   ? Holder::firstItem
-               : newHolder == m_items[1] ? Holder::secondItem
-                                         : Holder::ancestor;
+    m_holder = newHolder == m_items[0] ? Holder::first : newHolder == m_items[1] ? Holder::second : Holder::ancestor;
     ViewLayoutState::make(*newHolder).hold(*this);
     if (LayoutContext* context = LayoutContext::of(*newHolder))
         context->constraintActivated(*this);

@@ -110,7 +110,7 @@ public:
 
 private:
     struct Holder { // which view that is
-        enum Kind : std::uint64_t { none, firstItem, secondItem, ancestor };
+        enum Kind : std::uint64_t { none, first, second, ancestor };
     };
 
     void rowChanged(); // its constant or priority

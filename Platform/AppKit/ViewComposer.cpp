@@ -2,10 +2,10 @@
 #include <AppKit/NSView.h>
 #include <AppKit/ViewComposer.h>
 #include <AppKit/ViewPlacement.h>
-#include <CoreGraphics/Canvas.h>
+#include <Backend/Backend.h>
 #include <CoreImage/CIFilter.h>
 
-#include <QuartzCore/Composition.h>
+#include <QuartzCore/Compositor.h>
 #include <QuartzCore/LayerPresentation.h>
 
 #include <algorithm>
@@ -17,11 +17,6 @@ namespace {
 using Kind = CompositionItem::Kind;
 
 constexpr CGColor black{0, 0, 0, 1};
-
-CGFloat zPosition(const NSView* view)
-{
-    return view->layer() ? view->layer()->zPosition() : 0;
-}
 
 // The filter with the inputs that it has at this moment.
 FilterStep stepOf(const std::shared_ptr<CIFilter>& filter, const LayerPresentation& shown)
@@ -92,8 +87,11 @@ void ViewComposer::addSubviews(NSView& view, const CGAffineTransform& placement)
         m_order.push_back(subview.get());
     const std::size_t last = m_order.size();
     const auto begin = m_order.begin() + static_cast<std::ptrdiff_t>(first);
-    if (!std::ranges::is_sorted(begin, m_order.end(), {}, &zPosition))
-        std::ranges::stable_sort(begin, m_order.end(), {}, &zPosition);
+    const auto shownZ = [&](const NSView* subview) {
+        return subview->layer() ? LayerPresentation(*subview->layer(), m_time).zPosition() : 0;
+    };
+    if (!std::ranges::is_sorted(begin, m_order.end(), {}, shownZ))
+        std::ranges::stable_sort(begin, m_order.end(), {}, shownZ);
     for (std::size_t i = first; i < last; ++i) {
         NSView& subview = *m_order[i];
         addView(subview, shownPlacementInSuperview(subview, m_time).concatenating(placement));
@@ -107,12 +105,13 @@ void ViewComposer::addSublayers(const CALayer& layer, const CGAffineTransform& p
         for (const auto& sublayer : order)
             addLayer(*sublayer, placement, layer.bounds(), isFlipped);
     };
-    if (std::ranges::is_sorted(layer.sublayers(), {}, &CALayer::zPosition)) {
+    const auto shownZ = [&](const auto& sublayer) { return LayerPresentation(*sublayer, m_time).zPosition(); };
+    if (std::ranges::is_sorted(layer.sublayers(), {}, shownZ)) {
         addAll(layer.sublayers());
         return;
     }
     auto order = layer.sublayers();
-    std::ranges::stable_sort(order, {}, &CALayer::zPosition);
+    std::ranges::stable_sort(order, {}, shownZ);
     addAll(order);
 }
 
@@ -186,6 +185,13 @@ void ViewComposer::addBorder(CALayer& layer, const CGAffineTransform& placement,
     border.width = shown.borderWidth();
     border.radius = shown.cornerRadius();
     border.color = shown.borderColor().value_or(black);
+}
+
+Compositor makeViewCompositor()
+{
+    return Compositor(
+        [](Bitmap& bitmap, int x, int y, CGFloat scale) { return Backend::shared().makeCanvas(bitmap, x, y, scale); },
+        &drawContentOf);
 }
 
 void drawContentOf(NSObject& owner, Canvas& canvas)

@@ -11,6 +11,7 @@ namespace RVCore {
 class CALayer;
 class Canvas;
 class Composition;
+class Compositor;
 class LayerPresentation;
 class NSObject;
 
@@ -37,6 +38,9 @@ private:
     DispatchTime m_time{0};
     std::vector<NSView*> m_order; // of the subviews of the views that are under way
 };
+
+// A compositor for what view composers put together: on the backend's canvases.
+Compositor makeViewCompositor();
 
 // Draws what a content item of a composition stands for: a view's own drawing, without what is in it.
 void drawContentOf(NSObject& owner, Canvas& canvas);

@@ -24,9 +24,7 @@ namespace {
 // Of the part of the view, in points from its top left corner.
 Bitmap pictureOfPart(NSView& view, const CGRect& part, CGFloat scale, const std::optional<CGColor>& ground)
 {
-    Compositor compositor([](Bitmap& bitmap, int x, int y,
-                             CGFloat pixels) { return Backend::shared().makeCanvas(bitmap, x, y, pixels); },
-                          &drawContentOf);
+    Compositor compositor = makeViewCompositor();
     ViewComposer composer;
     Composition& composition = compositor.begin();
     if (ground)

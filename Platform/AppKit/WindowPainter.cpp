@@ -6,13 +6,6 @@
 
 namespace RVCore {
 
-WindowPainter::WindowPainter()
-    : m_compositor([](Bitmap& bitmap, int x, int y,
-                      CGFloat scale) { return Backend::shared().makeCanvas(bitmap, x, y, scale); },
-                   &drawContentOf)
-{
-}
-
 const DamageRegion& WindowPainter::paint(NSWindow& window, CGFloat scale)
 {
     const NSApplication& application = NSApplication::shared();

@@ -11,8 +11,6 @@ namespace RVCore {
 // Paints what a window shows, frame after frame, and of each frame only what differs from the one before.
 class WindowPainter {
 public:
-    WindowPainter();
-
     // What of the window's area, content and toolbar, is not as in the frame before, in pixels.
     const DamageRegion& paint(NSWindow& window, CGFloat scale);
     const Bitmap& pixels() const { return m_compositor.pixels(); }
@@ -34,7 +32,7 @@ private:
     static void compose(NSWindow& window, ViewComposer& composer, Composition& into);
 
     ViewComposer m_composer;
-    Compositor m_compositor;
+    Compositor m_compositor = makeViewCompositor();
     Look m_look;
     std::weak_ptr<NSView> m_focused;
 };

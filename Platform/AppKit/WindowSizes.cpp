@@ -24,13 +24,6 @@ CGSize requiredDesktopSize(std::string_view operation, CGSize size)
     return desktopSize(size);
 }
 
-void requireNotNegative(std::string_view operation, std::string_view name, CGSize size)
-{
-    requireFinite(operation, name, size);
-    if (size.width < 0 || size.height < 0)
-        raiseInvalidArgument(operation, std::string(name) + " must not be negative, got " + describe(size));
-}
-
 void requireWindowOrigin(std::string_view operation, std::string_view name, CGPoint origin)
 {
     constexpr CGFloat furthest = 1e6;

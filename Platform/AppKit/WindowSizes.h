@@ -16,8 +16,7 @@ CGSize desktopSize(CGSize size);
 
 // The size for a desktop. Raises unless it is finite and at least 1 × 1.
 CGSize requiredDesktopSize(std::string_view operation, CGSize size);
-// Raise for sides that are negative and for what is not finite; for an origin that is too far away.
-void requireNotNegative(std::string_view operation, std::string_view name, CGSize size);
+// Raise for what is not finite, for an origin that is too far away, and for sides that are negative.
 void requireWindowOrigin(std::string_view operation, std::string_view name, CGPoint origin);
 void requireWindowRect(std::string_view operation, std::string_view name, const CGRect& rect);
 

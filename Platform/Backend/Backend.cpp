@@ -1,8 +1,7 @@
 #include <Backend/Backend.h>
+#include <CoreGraphics/PixelGrid.h>
 #include <Foundation/NSException.h>
 #include <Foundation/Stop.h>
-
-#include <cmath>
 
 namespace RVCore {
 
@@ -28,8 +27,7 @@ std::unique_ptr<Backend>& current()
 // Whole pixels; a part of one at the edge counts as one.
 int pictureSide(std::string_view name, CGFloat points, CGFloat scale)
 {
-    // The products of decimal fractions miss whole numbers by a little.
-    const CGFloat pixels = std::ceil(points * scale - 1e-6);
+    const CGFloat pixels = pixelsAcross(points, scale);
     if (!(pixels >= 1))
         raiseInvalidArgument("Backend.writePicture",
                              std::string(name) + " must be above 0, got " + numberText(points));

@@ -60,6 +60,13 @@ void requireFinite(std::string_view operation, std::string_view name, const Edge
     requireFinite(operation, part(name, "right"), insets.right);
 }
 
+void requireNotNegative(std::string_view operation, std::string_view name, const CGSize& size)
+{
+    requireFinite(operation, name, size);
+    if (size.width < 0 || size.height < 0)
+        raiseInvalidArgument(operation, std::string(name) + " must not be negative, got " + describe(size));
+}
+
 std::string ValueBoxTraits<CGPoint>::describe(const CGPoint& point)
 {
     return "(" + numberText(point.x) + ", " + numberText(point.y) + ")";

@@ -69,6 +69,8 @@ void requireFinite(std::string_view operation, std::string_view name, const CGPo
 void requireFinite(std::string_view operation, std::string_view name, const CGSize& size);
 void requireFinite(std::string_view operation, std::string_view name, const CGRect& rect);
 void requireFinite(std::string_view operation, std::string_view name, const EdgeInsets& insets);
+// The same also for a side below 0.
+void requireNotNegative(std::string_view operation, std::string_view name, const CGSize& size);
 
 template <> struct ValueBoxTraits<CGPoint> {
     static constexpr std::string_view name = "CGPoint";

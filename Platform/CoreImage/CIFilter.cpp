@@ -87,7 +87,7 @@ void CIFilter::store(CGFloat& input, CGFloat value)
     input = value;
     const auto kept = shared(*this); // a handler may let go of this filter
     // By index: a handler may add observers, who are told of this change as well.
-    for (std::size_t i = 0; i < m_observers.size(); i++) {
+    for (std::size_t i = 0; i < m_observers.size(); ++i) {
         if (const Observation observer = m_observers[i].lock())
             (*observer)();
     }

@@ -15,10 +15,7 @@ Class& CIGaussianBlur::staticClass()
 
 void CIGaussianBlur::setInputRadius(CGFloat radius)
 {
-    requireFinite("CIGaussianBlur.setInputRadius:", "inputRadius", radius);
-    if (radius < 0)
-        raiseInvalidArgument("CIGaussianBlur.setInputRadius:",
-                             "inputRadius must not be negative, got " + numberText(radius));
+    requireNotNegative("CIGaussianBlur.setInputRadius:", "inputRadius", radius);
     store(m_radius, radius);
 }
 

@@ -22,6 +22,13 @@ void requireFinite(std::string_view operation, std::string_view name, double val
         raiseInvalidArgument(operation, std::string(name) + " must be finite, got " + numberText(value));
 }
 
+void requireNotNegative(std::string_view operation, std::string_view name, double value)
+{
+    requireFinite(operation, name, value);
+    if (value < 0)
+        raiseInvalidArgument(operation, std::string(name) + " must not be negative, got " + numberText(value));
+}
+
 std::string numberText(double value)
 {
     if (value == 0)

@@ -32,6 +32,8 @@ private:
 
 // Raises NSInvalidArgumentException unless the value is finite; `name` says which value of the operation it is.
 void requireFinite(std::string_view operation, std::string_view name, double value);
+// The same also for a value below 0.
+void requireNotNegative(std::string_view operation, std::string_view name, double value);
 
 // The shortest text that reads back as the same number; "nan", "inf" and "-inf" for the others.
 std::string numberText(double value);

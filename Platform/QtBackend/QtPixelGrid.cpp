@@ -1,3 +1,5 @@
+#include <CoreGraphics/PixelGrid.h>
+
 #include <QTransform>
 #include <QtBackend/QtConversions.h>
 #include <QtBackend/QtPixelGrid.h>
@@ -11,11 +13,9 @@ namespace {
 
 constexpr CGFloat farthest = 1 << 24; // in pixels; integers and rounding end somewhere
 
-// Half way between two pixels, rounding errors must not send edges that meet to different ones.
-int nearestPixel(CGFloat edge)
+int pixelAt(CGFloat edge)
 {
-    constexpr CGFloat tolerance = 1e-6;
-    return static_cast<int>(std::floor(edge + 0.5 + tolerance));
+    return static_cast<int>(nearestPixel(edge));
 }
 
 bool liesStraight(const QTransform& toDevice)
@@ -33,9 +33,8 @@ std::optional<QRect> pixelsOf(const QTransform& toDevice, const CGRect& rect)
         if (!(std::abs(edge) < farthest))
             return std::nullopt;
     }
-    const QPoint topLeft(nearestPixel(onDevice.left()), nearestPixel(onDevice.top()));
-    return QRect(topLeft,
-                 QSize(nearestPixel(onDevice.right()) - topLeft.x(), nearestPixel(onDevice.bottom()) - topLeft.y()));
+    const QPoint topLeft(pixelAt(onDevice.left()), pixelAt(onDevice.top()));
+    return QRect(topLeft, QSize(pixelAt(onDevice.right()) - topLeft.x(), pixelAt(onDevice.bottom()) - topLeft.y()));
 }
 
 bool isCircle(const RoundedRect& shape)
@@ -45,7 +44,7 @@ bool isCircle(const RoundedRect& shape)
 
 CGFloat wholePixels(CGFloat length, CGFloat scale)
 {
-    return std::max(nearestPixel(std::min(length * scale, farthest)), 1) / scale;
+    return std::max(pixelAt(std::min(length * scale, farthest)), 1) / scale;
 }
 
 } // namespace

@@ -23,13 +23,6 @@ struct CALayer::Extras {
 
 namespace {
 
-void requireLength(std::string_view operation, std::string_view name, CGFloat length)
-{
-    requireFinite(operation, name, length);
-    if (length < 0)
-        raiseInvalidArgument(operation, std::string(name) + " must not be negative, got " + numberText(length));
-}
-
 void requireColor(std::string_view operation, const std::optional<CGColor>& color)
 {
     if (!color)
@@ -260,13 +253,13 @@ void CALayer::setBackgroundColor(std::optional<CGColor> color)
 
 void CALayer::setCornerRadius(CGFloat radius)
 {
-    requireLength("CALayer.setCornerRadius:", "radius", radius);
+    requireNotNegative("CALayer.setCornerRadius:", "radius", radius);
     storeMoving(LayerProperty::cornerRadius, m_cornerRadius, radius);
 }
 
 void CALayer::setBorderWidth(CGFloat width)
 {
-    requireLength("CALayer.setBorderWidth:", "width", width);
+    requireNotNegative("CALayer.setBorderWidth:", "width", width);
     storeMoving(LayerProperty::borderWidth, m_borderWidth, width);
 }
 

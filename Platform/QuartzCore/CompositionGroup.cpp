@@ -19,6 +19,20 @@ void Surface::damageAll()
     damage.add(place);
 }
 
+void CompositionGroup::releaseContent()
+{
+    content = {};
+    filteredContent = {};
+    contentMask = {};
+}
+
+void CompositionGroup::releaseBackground()
+{
+    background = {};
+    filteredBackground = {};
+    backgroundMask = {};
+}
+
 void CompositionGroup::filterContent(std::span<const FilterStep> steps, CGFloat scale, FilterScratch& scratch)
 {
     filteredContent.resize(content.place.width, content.place.height);

@@ -63,6 +63,10 @@ struct CompositionGroup {
     Bitmap filteredBackground;
     OutlineMask backgroundMask;
 
+    // Give the memory back.
+    void releaseContent();
+    void releaseBackground();
+
     // Brings `filteredContent` up to date with `content`.
     void filterContent(std::span<const FilterStep> steps, CGFloat scale, FilterScratch& scratch);
     // Brings `filteredBackground` up to date. `part` is memory to work in.

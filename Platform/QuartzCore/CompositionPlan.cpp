@@ -1,3 +1,4 @@
+#include <CoreGraphics/PixelGrid.h>
 #include <CoreImage/FilterStep.h>
 
 #include <QuartzCore/CompositionPlan.h>
@@ -14,13 +15,6 @@ using Kind = CompositionItem::Kind;
 bool isUpright(const CGAffineTransform& placement)
 {
     return placement.b == 0 && placement.c == 0;
-}
-
-// As canvases move edges: half way between two pixels, rounding errors do not send edges that meet apart.
-CGFloat nearestPixel(CGFloat edge)
-{
-    constexpr CGFloat tolerance = 1e-6;
-    return std::floor(edge + 0.5 + tolerance);
 }
 
 PixelRect between(CGFloat left, CGFloat top, CGFloat right, CGFloat bottom)
@@ -208,7 +202,7 @@ void CompositionPlan::planGroup(std::uint32_t index)
     group.hasSurface = item.opacity < 1 || !areNeutral(item.filters(m_now.steps()));
     if (!group.hasSurface) {
         if (hadSurface)
-            group.content = {}; // its memory is of no use until the next fade
+            group.releaseContent(); // of no use until the next fade
         return;
     }
     group.content.damage.clear();
@@ -230,7 +224,7 @@ void CompositionPlan::planBackground(std::uint32_t index, std::uint32_t before)
     group.hasBackground = !areNeutral(steps);
     if (!group.hasBackground) {
         if (hadBackground)
-            group.background = {};
+            group.releaseBackground();
         return;
     }
     Surface& around = innermost();

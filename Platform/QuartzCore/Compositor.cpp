@@ -1,9 +1,8 @@
+#include <CoreGraphics/PixelGrid.h>
 #include <CoreImage/FilterStep.h>
 #include <Foundation/NSException.h>
 
 #include <QuartzCore/Compositor.h>
-
-#include <cmath>
 
 namespace RVCore {
 
@@ -86,10 +85,8 @@ const DamageRegion& Compositor::compose(CGSize area, CGFloat scale)
 {
     requireFinite("Compositor.compose", "area", area);
     requireFinite("Compositor.compose", "scale", scale);
-    // The products of decimal fractions miss whole numbers by a little.
-    const auto pixels = [&](CGFloat side) { return std::ceil(std::max(0.0, side) * scale - 1e-6); };
-    const CGFloat width = pixels(area.width);
-    const CGFloat height = pixels(area.height);
+    const CGFloat width = std::max(0.0, pixelsAcross(area.width, scale));
+    const CGFloat height = std::max(0.0, pixelsAcross(area.height, scale));
     if (scale <= 0 || width > Bitmap::largestSide || height > Bitmap::largestSide)
         raiseInvalidArgument("Compositor.compose", "an area of " + describe(area) + " at the scale " +
                                                        numberText(scale) + " is no picture");

@@ -25,10 +25,10 @@ std::uint32_t scaled(std::uint32_t pixel, std::uint32_t factor)
     return scaledChannels(pixel & evenChannels, factor) | (scaledChannels((pixel >> 8) & evenChannels, factor) << 8);
 }
 
-template <PixelBlend blend> std::uint32_t blended(std::uint32_t source, std::uint32_t weight, std::uint32_t target)
+template <PixelBlend Blend> std::uint32_t blended(std::uint32_t source, std::uint32_t weight, std::uint32_t target)
 {
     source = scaled(source, weight);
-    return source + scaled(target, 255 - (blend == PixelBlend::over ? source >> 24 : weight));
+    return source + scaled(target, 255 - (Blend == PixelBlend::over ? source >> 24 : weight));
 }
 
 struct Rows {
@@ -62,15 +62,15 @@ void forEachRow(const PlacedBitmap& source, const PlacedBitmap* mask, const Pixe
     }
 }
 
-template <PixelBlend blend> void blendRow(const Rows& rows, std::uint32_t weight)
+template <PixelBlend Blend> void blendRow(const Rows& rows, std::uint32_t weight)
 {
     if (!rows.mask) {
         for (std::size_t i = 0; i < rows.count; ++i)
-            rows.target[i] = blended<blend>(rows.source[i], weight, rows.target[i]);
+            rows.target[i] = blended<Blend>(rows.source[i], weight, rows.target[i]);
         return;
     }
     for (std::size_t i = 0; i < rows.count; ++i)
-        rows.target[i] = blended<blend>(rows.source[i], scaled(rows.mask[i], weight) >> 24, rows.target[i]);
+        rows.target[i] = blended<Blend>(rows.source[i], scaled(rows.mask[i], weight) >> 24, rows.target[i]);
 }
 
 } // namespace

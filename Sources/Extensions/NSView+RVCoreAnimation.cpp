@@ -15,9 +15,7 @@ namespace {
 void fade(NSView& view, CGFloat alpha, CGFloat duration, const std::function<void()>& completion)
 {
     requireFinite("animateAlpha", "alpha", alpha);
-    requireFinite("animateAlpha", "duration", duration);
-    if (duration < 0)
-        raiseInvalidArgument("animateAlpha", "duration must not be negative, got " + numberText(duration));
+    requireNotNegative("animateAlpha", "duration", duration);
     wantsAnimations(view);
     NSAnimationContext::runAnimationGroup(
         [&](NSAnimationContext& context) {

@@ -1,6 +1,8 @@
 #include <AppKit/CoveredViews.h>
+#include <AppKit/KeyViewLoop.h>
 #include <AppKit/NSAnimationContext.h>
 #include <AppKit/NSColor.h>
+#include <AppKit/NSEvent.h>
 #include <AppKit/NSFont.h>
 #include <AppKit/NSProgressIndicator.h>
 #include <AppKit/NSViewAnimator.h>
@@ -220,10 +222,7 @@ void RVProgressBlockingView::layout()
 
 void RVProgressBlockingView::animateAlpha(CGFloat alpha, CGFloat duration, const std::function<void()>& completion)
 {
-    constexpr std::string_view operation = "RVProgressBlockingView.animateAlpha";
-    requireFinite(operation, "duration", duration);
-    if (duration < 0)
-        raiseInvalidArgument(operation, "duration must not be negative, got " + numberText(duration));
+    requireNotNegative("RVProgressBlockingView.animateAlpha", "duration", duration);
     DispatchQueue::main().async(
         [kept = shared(*this), alpha, duration, completion] { kept->fade(alpha, duration, completion); });
 }
@@ -289,40 +288,65 @@ void RVProgressBlockingView::giveKeysBack()
         host->makeFirstResponder(before.get());
 }
 
-void RVProgressBlockingView::rightMouseDown(NSEvent& event)
+// What the window would do for the content if the key came as far.
+bool RVProgressBlockingView::useKeyWithin(NSEvent& event)
+{
+    NSWindow* host = window();
+    if (!host || isShortcut(event))
+        return false; // of those the views have had their chance
+    if (performKeyEquivalent(event))
+        return true;
+    const std::string& key = event.charactersIgnoringModifiers();
+    const bool goesBack = key == NSKey::backTab || contains(event.modifierFlags(), NSEventModifierFlags::shift);
+    if (key != NSKey::tab && key != NSKey::backTab)
+        return false;
+    auto* present = dynamic_cast<NSView*>(host->firstResponder());
+    const auto self = std::static_pointer_cast<NSView>(shared(*this));
+    NSView* next = goesBack ? keyViewBefore({self}, present) : keyViewAfter({self}, present);
+    return next && host->makeFirstResponder(next);
+}
+
+void RVProgressBlockingView::keyDown(NSEvent& event)
+{
+    if (!useKeyWithin(event))
+        NSView::keyDown(event);
+}
+
+// What the flag does for the left button, for the others.
+void RVProgressBlockingView::keepOrHandOn(NSEvent& event, void (*inherited)(NSView& view, NSEvent& event))
 {
     if (!disableEventPropagation(*this))
-        NSView::rightMouseDown(event);
+        inherited(*this, event);
+}
+
+void RVProgressBlockingView::rightMouseDown(NSEvent& event)
+{
+    keepOrHandOn(event, [](NSView& self, NSEvent& e) { self.NSView::rightMouseDown(e); });
 }
 
 void RVProgressBlockingView::rightMouseUp(NSEvent& event)
 {
-    if (!disableEventPropagation(*this))
-        NSView::rightMouseUp(event);
+    keepOrHandOn(event, [](NSView& self, NSEvent& e) { self.NSView::rightMouseUp(e); });
 }
 
 void RVProgressBlockingView::rightMouseDragged(NSEvent& event)
 {
-    if (!disableEventPropagation(*this))
-        NSView::rightMouseDragged(event);
+    keepOrHandOn(event, [](NSView& self, NSEvent& e) { self.NSView::rightMouseDragged(e); });
 }
 
 void RVProgressBlockingView::otherMouseDown(NSEvent& event)
 {
-    if (!disableEventPropagation(*this))
-        NSView::otherMouseDown(event);
+    keepOrHandOn(event, [](NSView& self, NSEvent& e) { self.NSView::otherMouseDown(e); });
 }
 
 void RVProgressBlockingView::otherMouseUp(NSEvent& event)
 {
-    if (!disableEventPropagation(*this))
-        NSView::otherMouseUp(event);
+    keepOrHandOn(event, [](NSView& self, NSEvent& e) { self.NSView::otherMouseUp(e); });
 }
 
 void RVProgressBlockingView::otherMouseDragged(NSEvent& event)
 {
-    if (!disableEventPropagation(*this))
-        NSView::otherMouseDragged(event);
+    keepOrHandOn(event, [](NSView& self, NSEvent& e) { self.NSView::otherMouseDragged(e); });
 }
 
 } // namespace RVCore

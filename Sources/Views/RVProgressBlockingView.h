@@ -74,6 +74,8 @@ public:
     void layout() override;
     bool acceptsFirstResponder() const override { return m_isTakingKeys; } // a click gives it none
     bool canBecomeKeyView() const override { return false; }
+    // Shortcuts and Tab are offered to what a program has added to the overlay, a button that stops the operation say.
+    void keyDown(NSEvent& event) override;
     void rightMouseDown(NSEvent& event) override;
     void rightMouseUp(NSEvent& event) override;
     void rightMouseDragged(NSEvent& event) override;
@@ -87,6 +89,8 @@ private:
     void setUpGroupView();
     void setUpBackgroundFilters();
     void fade(CGFloat alpha, CGFloat duration, const std::function<void()>& completion);
+    bool useKeyWithin(NSEvent& event);
+    void keepOrHandOn(NSEvent& event, void (*inherited)(NSView& view, NSEvent& event));
     void moveBackgroundFilter(std::string_view filterName, std::string_view input, const Value& value);
     template <class T> void store(T& field, const T& value);
 

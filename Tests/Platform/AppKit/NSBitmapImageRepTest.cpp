@@ -82,7 +82,7 @@ TEST(NSBitmapImageRep, WhatMakesNoSenseIsRefused)
     EXPECT_THAT(raised([] {
                     make<NSBitmapImageRep>(make<NSBitmapImageRep>(CGSize{1, 1}, 1.0)->image(), CGSize{-1, 1});
                 }),
-                HasSubstr("the size must not be negative"));
+                HasSubstr("size must not be negative"));
 }
 
 TEST(NSBitmapImageRep, EveryPropertyIsReachedByName)

@@ -53,7 +53,7 @@ TEST(NSImage, DrawsTheRepresentationOfTheMostPixels)
     EXPECT_EQ(image->bitmap()->width(), 60);
     EXPECT_EQ(make<NSImage>(pixels(4, 6), CGSize{2, 3})->representations().size(), 1);
     EXPECT_THAT(raised([&] { image->addRepresentation(nullptr); }), HasSubstr("there is no representation"));
-    EXPECT_THAT(raised([] { make<NSImage>(CGSize{-1, 1}); }), HasSubstr("the size must not be negative"));
+    EXPECT_THAT(raised([] { make<NSImage>(CGSize{-1, 1}); }), HasSubstr("size must not be negative"));
 }
 
 TEST(NSImage, ATemplateTakesTheColourOfWhereItIs)
@@ -92,7 +92,7 @@ TEST(NSImage, WhatMakesNoSenseIsRefused)
     EXPECT_THAT(raised([] {
                     make<NSImage>(pixels(1, 1), CGSize{-1, 1});
                 }),
-                HasSubstr("the size must not be negative, got -1 × 1"));
+                HasSubstr("size must not be negative, got -1 × 1"));
     EXPECT_THAT(raised([] { make<NSImage>(pixels(1, 1), CGSize{std::nan(""), 1}); }), HasSubstr("size"));
     EXPECT_THAT(raised([] {
                     make<NSImage>(CGSize{1, 1}, NSImage::DrawingHandler());

@@ -3,6 +3,7 @@
 #include <AppKit/NSApplication.h>
 #include <AppKit/NSWindow.h>
 #include <Foundation/Message.h>
+#include <Foundation/NSException.h>
 #include <HeadlessBackend/HeadlessBackend.h>
 #include <Platform/Foundation/Raised.h>
 
@@ -80,6 +81,19 @@ TEST_F(NSWindowTest, OpensAtItsSizeWithItsTitleAndTheApplicationHoldsIt)
     held.lock()->close();
     EXPECT_TRUE(held.expired());
     EXPECT_TRUE(desktop->windows().empty());
+}
+
+TEST_F(NSWindowTest, WhatDrawingRaisesIsReportedAndTheNextFrameIsWhole)
+{
+    const auto view = make<ProbeView>(CGRect(0, 0, 10, 10));
+    content().addSubview(view);
+    window->orderFront();
+    view->onDraw = [](Canvas&, const CGRect&) { raiseInvalidArgument("draw", "no paint"); };
+    testing::internal::CaptureStderr();
+    EXPECT_TRUE(screen().client().paintPixels(1).changed.empty());
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("draw: no paint"));
+    view->onDraw = nullptr;
+    EXPECT_EQ(screen().client().paintPixels(1).changed.front(), (PixelRect{0, 0, 200, 100}));
 }
 
 TEST_F(NSWindowTest, FollowsTheUsersResizingWithLiveLayout)

@@ -1,5 +1,7 @@
 #include "PixelCanvas.h"
 
+#include <CoreGraphics/PixelGrid.h>
+
 #include <algorithm>
 #include <cmath>
 
@@ -34,10 +36,9 @@ RoundedRect alignedToDevice(const CGAffineTransform& toDevice, const RoundedRect
     if (toDevice.b != 0 || toDevice.c != 0)
         return shape;
     const CGRect device = toDevice.apply(shape.rect);
-    const auto nearest = [](CGFloat edge) { return std::floor(edge + 0.5 + 1e-6); };
-    const CGFloat left = nearest(device.minX());
-    const CGFloat top = nearest(device.minY());
-    const CGRect aligned(left, top, nearest(device.maxX()) - left, nearest(device.maxY()) - top);
+    const CGFloat left = nearestPixel(device.minX());
+    const CGFloat top = nearestPixel(device.minY());
+    const CGRect aligned(left, top, nearestPixel(device.maxX()) - left, nearestPixel(device.maxY()) - top);
     return {toDevice.inverted().apply(aligned), shape.radius};
 }
 

@@ -1,5 +1,4 @@
 #include <AppKit/NSAccessibility.h>
-#include <Foundation/AssociatedObjects.h>
 #include <Platform/AppKit/InputTesting.h>
 #include <Platform/AppKit/WindowTesting.h>
 #include <Platform/Foundation/Raised.h>
@@ -310,6 +309,36 @@ TEST_F(CoveredInput, whatHadTheKeysLosesThemAndGetsThemBack)
     EXPECT_EQ(window->firstResponder(), field.get());
     type("a");
     EXPECT_THAT(takeLog(), ElementsAre("field key down", "list key down", "field key up", "list key up"));
+}
+
+TEST_F(CoveredInput, whatTheOverlayItselfHasIsOperated)
+{
+    ASSERT_TRUE(window->makeFirstResponder(field.get()));
+    cover();
+    const auto overlay = progressBlockingView(*list);
+    int stops = 0;
+    const auto stop = makeButton({.title = "Stop"});
+    stop->setFrame({0, 0, 60, 30}); // at the overlay's bottom left
+    stop->setKeyEquivalent(NSKey::escape);
+    stop->setOnAction([&] { ++stops; });
+    overlay->addSubview(stop);
+    type(NSKey::escape);
+    EXPECT_EQ(stops, 1) << "its shortcut";
+    type(NSKey::tab);
+    EXPECT_EQ(window->firstResponder(), stop.get());
+    type(NSKey::space);
+    EXPECT_EQ(stops, 2);
+    type(NSKey::escape);
+    EXPECT_EQ(stops, 3);
+    type(NSKey::backTab);
+    EXPECT_EQ(window->firstResponder(), stop.get()) << "there is nothing else in it";
+    type("a");
+    click(30, 85);
+    EXPECT_EQ(stops, 4);
+    EXPECT_THAT(takeLog(), IsEmpty()) << "nothing beneath was reached";
+    hideBlockingView(*list);
+    clock.advance(1.31);
+    EXPECT_EQ(window->firstResponder(), field.get()) << "the overlay took the keys along, and gave them back";
 }
 
 TEST_F(CoveredInput, theViewItselfLosesTheKeys)

@@ -1,8 +1,6 @@
-#include <AppKit/NSAccessibility.h>
 #include <AppKit/NSEvent.h>
 #include <CoreImage/CIFilter.h>
 #include <Platform/AppKit/WindowTesting.h>
-#include <Platform/ConstraintLibrary/ConstraintText.h>
 #include <Platform/Foundation/Raised.h>
 #include <Sources/Views/BlockingTesting.h>
 
