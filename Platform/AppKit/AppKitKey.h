@@ -12,6 +12,7 @@ class ToolbarView;
 class ViewComposer;
 class ViewLayoutState;
 class WindowEvents;
+class WindowKeys;
 class WindowPainter;
 
 // Opens to each other what AppKit's classes share: operations that take a key are theirs alone, for only they can
@@ -36,6 +37,7 @@ class AppKitKey {
     friend class ViewComposer;
     friend class ViewLayoutState;
     friend class WindowEvents;
+    friend class WindowKeys;
     friend class WindowPainter;
     friend std::vector<std::shared_ptr<AccessibleElement>> accessibleElementsOf(NSWindow& window);
     friend void postAccessibilityChange(NSView& view, AccessibleChange change);

@@ -1,5 +1,4 @@
-#include <AppKit/CoveredViews.h>
-#include <AppKit/KeyViewLoop.h>
+#include <AppKit/ExceptionReport.h>
 #include <AppKit/LayoutContext.h>
 #include <AppKit/MovingViews.h>
 #include <AppKit/NSAccessibility.h>
@@ -148,11 +147,11 @@ void NSWindow::init(const CGRect& contentRect, NSWindowStyleMask styleMask, NSBa
                              "backing must be buffered (2), got " + std::to_string(static_cast<int>(backing)));
     m_styleMask = styleMask;
     if (contains(styleMask, NSWindowStyleMask::titled))
-        m_margins.top = usualTitleBarHeight;
-    m_contentSize = {initialSide(contentRect.size.width), initialSide(contentRect.size.height)};
-    m_origin = {contentRect.minX(), contentRect.maxY() - m_contentSize.height};
+        m_geometry.margins.top = usualTitleBarHeight;
+    m_geometry.contentSize = {initialSide(contentRect.size.width), initialSide(contentRect.size.height)};
+    m_geometry.origin = {contentRect.minX(), contentRect.maxY() - m_geometry.contentSize.height};
     m_isPlaced = contentRect.origin != CGPoint();
-    setContentView(make<NSView>(CGRect({}, m_contentSize)));
+    setContentView(make<NSView>(CGRect({}, m_geometry.contentSize)));
 }
 
 void NSWindow::setTitle(const std::string& title)
@@ -186,7 +185,7 @@ void NSWindow::takeContentView(const std::shared_ptr<NSView>& view)
     m_contentView = view;
     m_constraintRevision = 0;
     view->setHostWindow(this, {});
-    view->setFrame({{}, m_contentSize});
+    view->setFrame({{}, m_geometry.contentSize});
     contentNeedsFrame({});
 }
 
@@ -232,95 +231,10 @@ void NSWindow::sendEvent(NSEvent& event)
         m_events.dispatch(event);
 }
 
-bool NSWindow::performKeyEquivalent(NSEvent& event)
-{
-    const auto content = m_contentView;
-    return content->performKeyEquivalent(event);
-}
-
-void NSWindow::keyDown(NSEvent& event)
-{
-    const std::string& key = event.charactersIgnoringModifiers();
-    const NSEventModifierFlags flags = event.modifierFlags();
-    if (isShortcut(event)) {
-        NSResponder::keyDown(event); // the views have had their chance, see WindowEvents
-        return;
-    }
-    if (performKeyEquivalent(event))
-        return;
-    if (key == NSKey::backTab || (key == NSKey::tab && contains(flags, NSEventModifierFlags::shift)))
-        selectPreviousKeyView();
-    else if (key == NSKey::tab)
-        selectNextKeyView();
-    else
-        NSResponder::keyDown(event);
-}
-
-bool NSWindow::makeFirstResponder(NSResponder* responder)
-{
-    if (!responder)
-        responder = this;
-    NSResponder* const present = firstResponder();
-    if (responder == present)
-        return true;
-    if (responder != this && (!responder->acceptsFirstResponder() || !canHoldKeys(*responder)))
-        return false;
-    const auto alive = shared(*this); // who is told may close it
-    const auto keptNext = shared(*responder);
-    const auto keptPresent = shared(*present);
-    m_firstResponder.reset(); // so that a choice that is made while the present one lets go can be told
-    const bool letsGo = present == this || present->resignFirstResponder();
-    if (!m_firstResponder.expired())
-        return firstResponder() == responder;
-    if (!letsGo && canHoldKeys(*present)) {
-        m_firstResponder = keptPresent;
-        return false;
-    }
-    contentNeedsFrame({});
-    if (responder != this && responder->acceptsFirstResponder() && canHoldKeys(*responder)) {
-        m_firstResponder = keptNext;
-        if (!responder->becomeFirstResponder())
-            m_firstResponder.reset();
-    }
-    if (auto* focused = dynamic_cast<NSView*>(firstResponder()))
-        postAccessibilityChange(*focused, AccessibleChange::focus);
-    return firstResponder() == responder;
-}
-
-// A view does in its own window only, and while no modal view covers it.
-bool NSWindow::canHoldKeys(NSResponder& responder) const
-{
-    const auto* view = dynamic_cast<const NSView*>(&responder);
-    return !view || (view->window() == this && !coverOf(*view));
-}
-
-NSResponder* NSWindow::firstResponder() const
-{
-    const auto responder = m_firstResponder.lock();
-    return responder ? responder.get() : const_cast<NSWindow*>(this);
-}
-
-void NSWindow::selectNextKeyView()
-{
-    if (NSView* next = keyViewAfter(rootViews({}), dynamic_cast<NSView*>(firstResponder())))
-        makeFirstResponder(next);
-}
-
-void NSWindow::selectPreviousKeyView()
-{
-    if (NSView* previous = keyViewBefore(rootViews({}), dynamic_cast<NSView*>(firstResponder())))
-        makeFirstResponder(previous);
-}
-
 void NSWindow::subtreeWillLeave(NSView& subtree, AppKitKey)
 {
     m_events.subtreeWillLeave(subtree);
-    const auto responder = m_firstResponder.lock();
-    const auto* view = dynamic_cast<const NSView*>(responder.get());
-    if (!view || !view->isDescendantOf(subtree))
-        return;
-    m_firstResponder.reset();
-    responder->resignFirstResponder(); // whatever it says: it goes
+    releaseKeysIn(subtree);
 }
 
 void NSWindow::layoutIfNeeded()
@@ -339,20 +253,20 @@ void NSWindow::takeNeededSize()
 {
     const CGSize solved = m_contentView->frame().size;
     const auto neededSide = [](CGFloat side, CGFloat present) { return side == present ? side : desktopSide(side); };
-    const CGSize needed{neededSide(solved.width, m_contentSize.width),
-                        neededSide(solved.height, m_contentSize.height)};
+    const CGSize needed{neededSide(solved.width, m_geometry.contentSize.width),
+                        neededSide(solved.height, m_geometry.contentSize.height)};
     const auto isNew = [](CGFloat side, CGFloat present, CGFloat& asked) {
         const bool wasAsked = side == asked;
         asked = side == present ? 0 : side;
         return side != present && !wasAsked;
     };
-    const bool isNewWidth = isNew(needed.width, m_contentSize.width, m_askedSize.width);
-    const bool isNewHeight = isNew(needed.height, m_contentSize.height, m_askedSize.height);
+    const bool isNewWidth = isNew(needed.width, m_geometry.contentSize.width, m_askedSize.width);
+    const bool isNewHeight = isNew(needed.height, m_geometry.contentSize.height, m_askedSize.height);
     if (!isNewWidth && !isNewHeight)
         return;
     applyContentSize(needed);
     if (m_backend)
-        m_backend->setContentSize(areaFor(needed));
+        m_backend->setContentSize(m_geometry.areaFor(needed));
 }
 
 void NSWindow::updateMinimumContentSize()
@@ -361,7 +275,7 @@ void NSWindow::updateMinimumContentSize()
     if (context.revision() == m_constraintRevision)
         return;
     m_constraintRevision = context.revision();
-    m_minimumContentSize = desktopSize(m_contentView->fittingSize(NSLayoutPriorityWindowSizeStayPut));
+    m_geometry.neededSize = desktopSize(m_contentView->fittingSize(NSLayoutPriorityWindowSizeStayPut));
     limitsChanged();
 }
 
@@ -425,9 +339,10 @@ void NSWindow::paint(Canvas& canvas)
 WindowPixels NSWindow::paintPixels(CGFloat scale)
 {
     const auto alive = shared(*this);
-    const DamageRegion& changed = m_painter->paint(*this, scale);
+    std::span<const PixelRect> changed; // nothing when drawing raises
+    callReportingExceptions([&] { changed = m_painter->paint(*this, scale).rects(); });
     requestNextFrame();
-    return {m_painter->pixels(), changed.rects(), alive};
+    return {m_painter->pixels(), changed, alive};
 }
 
 // As long as something moves.

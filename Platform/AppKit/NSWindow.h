@@ -1,10 +1,10 @@
 #pragma once
 
-#include <AppKit/AppKitKey.h>
-#include <AppKit/NSResponder.h>
 #include <AppKit/NSWindowDelegate.h>
 #include <AppKit/NSWindowStyle.h>
 #include <AppKit/WindowEvents.h>
+#include <AppKit/WindowGeometry.h>
+#include <AppKit/WindowKeys.h>
 #include <Backend/Backend.h>
 #include <Dispatch/DispatchTime.h>
 
@@ -29,8 +29,9 @@ class WindowPainter;
 //
 // Until a desktop tells what it puts around the content, and where there is none, a title bar is 22 points high. A
 // window that nobody has placed is placed by the desktop. One that does not let programs place their windows
-// (Wayland) leaves it where it is; what was asked for is then still what the window answers.
-class NSWindow : public NSResponder, private WindowClient {
+// (Wayland) leaves it where it is; what was asked for is then still what the window answers. Who in it has the keys
+// is in WindowKeys.h.
+class NSWindow : public WindowKeys, private WindowClient {
     RVCORE_CLASS(NSWindow)
 
 public:
@@ -71,9 +72,9 @@ public:
 
     // Geometry. Numbers that are not finite, negative sides, and origins further than 1,000,000 points from that of
     // the screen raise NSInvalidArgumentException. Sizes are kept within the limits of the content.
-    CGRect frame() const;
-    CGRect frameRectForContentRect(const CGRect& contentRect) const;
-    CGRect contentRectForFrameRect(const CGRect& frameRect) const;
+    CGRect frame() const { return m_geometry.frame(); }
+    CGRect frameRectForContentRect(const CGRect& content) const { return m_geometry.frameFor(content); }
+    CGRect contentRectForFrameRect(const CGRect& frame) const { return m_geometry.contentFor(frame); }
     // Animated, the frame is on its way for animationResizeTime; whatever else sets frame, origin or size ends that.
     virtual void setFrame(const CGRect& frame, NSWindowFrameChange change = {});
     virtual void setFrameOrigin(CGPoint origin);
@@ -81,14 +82,14 @@ public:
     virtual double animationResizeTime(const CGRect& newFrame) const;
     bool isAnimatingFrame() const { return m_animation != nullptr; }
     void center(); // in what is visible of its screen
-    CGSize contentSize() const { return m_contentSize; }
-    CGSize areaSize() const { return areaFor(m_contentSize); } // of content and toolbar together
+    CGSize contentSize() const { return m_geometry.contentSize; }
+    CGSize areaSize() const { return m_geometry.areaFor(contentSize()); } // of content and toolbar together
     void setContentSize(CGSize size);
     // Limits for the content's size, beside what the content needs, which comes first. Defaults: 0 × 0 and
     // 32,767 × 32,767. Of two that contradict each other the minimum counts.
-    CGSize contentMinSize() const { return m_contentMinSize; }
+    CGSize contentMinSize() const { return m_geometry.contentMinSize; }
     void setContentMinSize(CGSize size);
-    CGSize contentMaxSize() const { return m_contentMaxSize; }
+    CGSize contentMaxSize() const { return m_geometry.contentMaxSize; }
     void setContentMaxSize(CGSize size);
     // The screen that most of the window is on; null when that is none.
     std::shared_ptr<NSScreen> screen() const;
@@ -134,20 +135,6 @@ public:
     // Whether the view under the pointer hears of moves without a tracking area. Default no.
     bool acceptsMouseMovedEvents() const { return m_acceptsMouseMovedEvents; }
     void setAcceptsMouseMovedEvents(bool accepts) { m_acceptsMouseMovedEvents = accepts; }
-    // What keys do that nobody else takes: shortcuts without a modifier (Return, Escape), then Tab and Shift-Tab.
-    void keyDown(NSEvent& event) override;
-    bool performKeyEquivalent(NSEvent& event) override;
-
-    // The object that keys go to; initially the window itself, and again when the object dies or leaves the window.
-    NSResponder* firstResponder() const;
-    // Makes it the first responder if it accepts, which a view does in its own window only and while no modal view
-    // covers it, and if the present one lets go, which one that is covered has to; null makes it the window. One that
-    // is told that it is so no more may choose another. Returns whether it is now.
-    bool makeFirstResponder(NSResponder* responder);
-    // The first responder moves on by one in the key view loop, or back.
-    void selectNextKeyView();
-    void selectPreviousKeyView();
-
     // Brings layout up to date now, rather than before the next frame.
     void layoutIfNeeded();
     // Writes what the window shows, toolbar and content, as a PNG file, `scale` pixels to a point; it need not be on
@@ -173,12 +160,8 @@ private:
         NSWindowOrderingMode order;
     };
 
-    CGSize areaFor(CGSize contentSize) const;
     void placeToolbar();
     std::shared_ptr<NSToolbar> releaseToolbar();
-    CGPoint topLeft() const;
-    CGRect constrained(const CGRect& frame) const;
-    CGSize limited(CGSize contentSize) const;
     void limitsChanged();
     void animateTo(const CGRect& frame);
     void scheduleStep(DispatchTime time);
@@ -198,7 +181,6 @@ private:
     void closePopovers();
     void takeDescendantsOut();
     void bringDescendantsBack();
-    bool canHoldKeys(NSResponder& responder) const;
     void addFamily(std::vector<NSWindow*>& backToFront);
     std::vector<NSWindow*> family();
     void orderFamily(WindowOrder order);
@@ -222,8 +204,7 @@ private:
 
     std::string m_title;
     std::shared_ptr<NSView> m_contentView;
-    std::unique_ptr<WindowBackend> m_backend;    // made when the window is first shown
-    std::weak_ptr<NSResponder> m_firstResponder; // expired for the window itself
+    std::unique_ptr<WindowBackend> m_backend; // made when the window is first shown
     WindowEvents m_events{*this};
     const std::unique_ptr<WindowPainter> m_painter;
     std::shared_ptr<NSViewController> m_contentViewController;
@@ -235,13 +216,7 @@ private:
     std::vector<Child> m_children; // of each order the lowest first
     std::shared_ptr<const WindowFrameAnimation> m_animation;
     NSWindowStyleMask m_styleMask = NSWindowStyleMask::borderless;
-    CGPoint m_origin;     // of the frame
-    EdgeInsets m_margins; // of the frame around the content
-    CGFloat m_toolbarHeight = 0;
-    CGSize m_contentSize;
-    CGSize m_contentMinSize;
-    CGSize m_contentMaxSize{32767, 32767};
-    CGSize m_minimumContentSize{1, 1};      // that the content needs
+    WindowGeometry m_geometry;
     CGSize m_askedSize;                     // what the content last made the window ask for; 0 where it fits
     std::uint64_t m_constraintRevision = 0; // that the minimum was found for; 0 when there is none
     bool m_isPlaced = false;                // by the program or the user

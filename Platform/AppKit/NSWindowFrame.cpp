@@ -31,77 +31,32 @@ CGPoint toDesktop(CGPoint point)
 
 } // namespace
 
-CGRect NSWindow::frame() const
-{
-    return {m_origin, frameRectForContentRect({{}, m_contentSize}).size};
-}
-
-CGPoint NSWindow::topLeft() const
-{
-    return {frame().minX(), frame().maxY()};
-}
-
-CGRect NSWindow::frameRectForContentRect(const CGRect& contentRect) const
-{
-    return {contentRect.minX() - m_margins.left, contentRect.minY() - m_margins.bottom,
-            contentRect.size.width + m_margins.left + m_margins.right,
-            contentRect.size.height + m_margins.top + m_toolbarHeight + m_margins.bottom};
-}
-
-CGRect NSWindow::contentRectForFrameRect(const CGRect& frameRect) const
-{
-    return {frameRect.minX() + m_margins.left, frameRect.minY() + m_margins.bottom,
-            std::max(0.0, frameRect.size.width - m_margins.left - m_margins.right),
-            std::max(0.0, frameRect.size.height - m_margins.top - m_toolbarHeight - m_margins.bottom)};
-}
-
 // --- Limits
-
-CGSize NSWindow::limited(CGSize contentSize) const
-{
-    const auto side = [](CGFloat value, CGFloat smallest, CGFloat largest) {
-        return desktopSide(std::max(std::min(value, largest), smallest));
-    };
-    // What the content needs stands above the largest size.
-    return {
-        side(contentSize.width, m_contentMinSize.width, std::max(m_contentMaxSize.width, m_minimumContentSize.width)),
-        side(contentSize.height, m_contentMinSize.height,
-             std::max(m_contentMaxSize.height, m_minimumContentSize.height))};
-}
-
-// The frame that this one becomes within the limits, with the same top left corner.
-CGRect NSWindow::constrained(const CGRect& frame) const
-{
-    const CGSize size = frameRectForContentRect({{}, limited(contentRectForFrameRect(frame).size)}).size;
-    return size == frame.size ? frame : CGRect({frame.minX(), frame.maxY() - size.height}, size);
-}
 
 void NSWindow::setContentMinSize(CGSize size)
 {
     requireNotNegative("NSWindow.setContentMinSize:", "size", size);
-    m_contentMinSize = size;
+    m_geometry.contentMinSize = size;
     limitsChanged();
 }
 
 void NSWindow::setContentMaxSize(CGSize size)
 {
     requireNotNegative("NSWindow.setContentMaxSize:", "size", size);
-    m_contentMaxSize = size;
+    m_geometry.contentMaxSize = size;
     limitsChanged();
 }
 
 void NSWindow::limitsChanged()
 {
     if (m_backend) {
-        const CGSize smallest{std::max(m_minimumContentSize.width, desktopSide(m_contentMinSize.width)),
-                              std::max(m_minimumContentSize.height, desktopSide(m_contentMinSize.height))};
-        m_backend->setMinimumContentSize(areaFor(smallest));
-        m_backend->setMaximumContentSize(areaFor(
-            {std::max(smallest.width, m_contentMaxSize.width), std::max(smallest.height, m_contentMaxSize.height)}));
+        m_backend->setMinimumContentSize(m_geometry.areaFor(m_geometry.smallest()));
+        m_backend->setMaximumContentSize(m_geometry.areaFor(m_geometry.largest()));
     }
-    const bool isEmpty = m_contentSize.width == 0 || m_contentSize.height == 0; // waits for its content
-    if (!isEmpty && limited(m_contentSize) != m_contentSize)
-        setContentSize(limited(m_contentSize));
+    const bool isEmpty =
+        m_geometry.contentSize.width == 0 || m_geometry.contentSize.height == 0; // waits for its content
+    if (!isEmpty && m_geometry.limited(m_geometry.contentSize) != m_geometry.contentSize)
+        setContentSize(m_geometry.limited(m_geometry.contentSize));
 }
 
 // --- Setting
@@ -111,7 +66,7 @@ void NSWindow::setFrame(const CGRect& frame, NSWindowFrameChange change)
     requireWindowRect("NSWindow.setFrame:", "frame", frame);
     const auto alive = shared(*this);
     m_animation.reset();
-    const CGRect target = constrained(frame);
+    const CGRect target = m_geometry.limited(frame);
     if (change.animate)
         animateTo(target);
     else
@@ -129,14 +84,14 @@ void NSWindow::setFrameOrigin(CGPoint origin)
 
 void NSWindow::setContentSize(CGSize size)
 {
-    const CGSize possible = limited(requiredDesktopSize("NSWindow.setContentSize:", size));
+    const CGSize possible = m_geometry.limited(requiredDesktopSize("NSWindow.setContentSize:", size));
     m_animation.reset();
-    if (m_contentSize == possible)
+    if (m_geometry.contentSize == possible)
         return;
     const auto alive = shared(*this);
     applyContentSize(possible);
     if (m_backend)
-        m_backend->setContentSize(areaFor(possible));
+        m_backend->setContentSize(m_geometry.areaFor(possible));
 }
 
 void NSWindow::center()
@@ -153,31 +108,31 @@ void NSWindow::applyFrame(const CGRect& frame)
     const auto alive = shared(*this);
     m_isPlaced = true;
     const bool isResized = frame.size != this->frame().size;
-    applyGeometry(frame.origin, isResized ? contentRectForFrameRect(frame).size : m_contentSize);
+    applyGeometry(frame.origin, isResized ? contentRectForFrameRect(frame).size : m_geometry.contentSize);
     if (!m_backend)
         return;
     if (isResized)
-        m_backend->setContentSize(areaFor(m_contentSize));
+        m_backend->setContentSize(m_geometry.areaFor(m_geometry.contentSize));
     passOrigin();
 }
 
 void NSWindow::passOrigin()
 {
-    m_backend->setOrigin(toDesktop(topLeft()));
+    m_backend->setOrigin(toDesktop(m_geometry.topLeft()));
 }
 
 // The top left corner stays.
 void NSWindow::applyContentSize(CGSize size)
 {
-    applyGeometry({m_origin.x, m_origin.y + m_contentSize.height - size.height}, size);
+    applyGeometry({m_geometry.origin.x, m_geometry.origin.y + m_geometry.contentSize.height - size.height}, size);
 }
 
 void NSWindow::applyGeometry(CGPoint origin, CGSize contentSize)
 {
-    const CGPoint before = topLeft();
-    const bool isResized = contentSize != m_contentSize;
-    m_origin = origin;
-    m_contentSize = contentSize;
+    const CGPoint before = m_geometry.topLeft();
+    const bool isResized = contentSize != m_geometry.contentSize;
+    m_geometry.origin = origin;
+    m_geometry.contentSize = contentSize;
     if (isResized) {
         const auto content = m_contentView;
         content->setFrame({{}, contentSize});
@@ -190,7 +145,7 @@ void NSWindow::applyGeometry(CGPoint origin, CGSize contentSize)
 
 void NSWindow::topLeftMoved(CGPoint before)
 {
-    const CGPoint now = topLeft();
+    const CGPoint now = m_geometry.topLeft();
     if (!differs(before, now))
         return;
     for (const auto& child : childWindows())
@@ -263,8 +218,8 @@ void NSWindow::contentSizeChanged(CGSize area)
     const auto alive = shared(*this);
     if (area.width < 1 || area.height < 1)
         return;
-    const CGSize size{area.width, std::max(1.0, area.height - m_toolbarHeight)};
-    if (size != m_contentSize)
+    const CGSize size{area.width, std::max(1.0, area.height - m_geometry.toolbarHeight)};
+    if (size != m_geometry.contentSize)
         applyContentSize(size);
 }
 
@@ -272,13 +227,13 @@ void NSWindow::placementChanged()
 {
     const auto alive = shared(*this);
     const WindowPlacement placement = m_backend->placement();
-    const CGPoint before = topLeft();
+    const CGPoint before = m_geometry.topLeft();
     CGPoint told = toDesktop(placement.origin); // the way back is the same
     // A desktop rounds: what it tells is then what it was asked for.
     if (std::abs(told.x - before.x) < 1 && std::abs(told.y - before.y) < 1)
         told = before;
-    m_margins = placement.margins;
-    m_origin = {told.x, told.y - frame().size.height};
+    m_geometry.margins = placement.margins;
+    m_geometry.origin = {told.x, told.y - frame().size.height};
     topLeftMoved(before);
 }
 

@@ -32,9 +32,9 @@ void NSWindow::makeBackend()
     if (m_backend)
         return;
     // A side that nothing in the content has given a length.
-    if (m_contentSize != desktopSize(m_contentSize))
-        applyContentSize(desktopSize(m_contentSize));
-    m_backend = Backend::shared().makeWindow(*this, areaFor(m_contentSize));
+    if (m_geometry.contentSize != desktopSize(m_geometry.contentSize))
+        applyContentSize(desktopSize(m_geometry.contentSize));
+    m_backend = Backend::shared().makeWindow(*this, m_geometry.areaFor(m_geometry.contentSize));
     m_backend->setTitle(m_title);
     WindowStyle style = toWindowStyle(m_styleMask);
     style.isOpaque = isOpaque();

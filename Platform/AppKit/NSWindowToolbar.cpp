@@ -14,12 +14,6 @@ std::vector<std::shared_ptr<NSView>> NSWindow::rootViews(AppKitKey) const
     return roots;
 }
 
-// What the desktop calls the window's content.
-CGSize NSWindow::areaFor(CGSize contentSize) const
-{
-    return {contentSize.width, contentSize.height + m_toolbarHeight};
-}
-
 void NSWindow::setToolbar(const std::shared_ptr<NSToolbar>& toolbar)
 {
     if (toolbar == m_toolbar)
@@ -60,24 +54,25 @@ void NSWindow::toolbarHeightChanged(AppKitKey)
         m_toolbar->view({})->close();
         subtreeWillLeave(*m_toolbar->view({}), {});
     }
-    const CGFloat added = height - m_toolbarHeight;
-    m_toolbarHeight = height;
+    const CGFloat added = height - m_geometry.toolbarHeight;
+    m_geometry.toolbarHeight = height;
     placeToolbar();
     contentNeedsFrame({});
     if (added == 0)
         return;
     m_animation.reset(); // it was on its way to a frame of another height
-    m_origin.y -= added;
+    m_geometry.origin.y -= added;
     limitsChanged(); // first, for a limit may stand in the way of the size
     if (m_backend)
-        m_backend->setContentSize(areaFor(m_contentSize));
+        m_backend->setContentSize(m_geometry.areaFor(m_geometry.contentSize));
     tellDelegate(&NSWindowDelegate::windowDidResize);
 }
 
 void NSWindow::placeToolbar()
 {
     if (m_toolbar)
-        m_toolbar->view({})->setFrame({0, m_contentSize.height, m_contentSize.width, m_toolbarHeight});
+        m_toolbar->view({})->setFrame(
+            {0, m_geometry.contentSize.height, m_geometry.contentSize.width, m_geometry.toolbarHeight});
 }
 
 } // namespace RVCore
