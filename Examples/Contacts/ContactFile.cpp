@@ -10,6 +10,7 @@
 #include <iterator>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 namespace Contacts {
 
@@ -92,8 +93,9 @@ std::string problemOf(const std::string& key, const json& value)
     return {};
 }
 
-// Looks at values while they are read, when the line that they stand on is known.
-class Reader {
+// Looks at values while they are read, when the line that they stand on is known. It takes what the parser finds
+// piece by piece: parsing with a callback looks at all values of a list again after each one.
+class Reader : public json::json_sax_t {
 public:
     explicit Reader(const std::filesystem::path& path) : m_path(path) {}
 
@@ -102,32 +104,65 @@ public:
         m_source.bytes = std::move(bytes);
         const char* begin = m_source.bytes.data();
         const char* end = begin + m_source.bytes.size();
-        try {
-            return json::parse(SourceIterator(m_source, begin), SourceIterator(m_source, end),
-                               [this](int depth, json::parse_event_t event, json& parsed) {
-                                   look(depth, event, parsed);
-                                   return true;
-                               });
-        } catch (const json::exception& error) {
-            // "[json.exception.parse_error.101] parse error at line 3, column 5: syntax error …"
-            const std::string text = error.what();
-            const auto place = text.find("line ");
-            fail(m_path, "cannot be read: " + (place == std::string::npos ? text : text.substr(place)));
-        }
+        json::sax_parse(SourceIterator(m_source, begin), SourceIterator(m_source, end), this);
+        return std::move(m_root);
+    }
+
+    bool null() override { return add(nullptr); }
+    bool boolean(bool value) override { return add(value); }
+    bool number_integer(json::number_integer_t value) override { return add(value); }
+    bool number_unsigned(json::number_unsigned_t value) override { return add(value); }
+    bool number_float(json::number_float_t value, const std::string&) override { return add(value); }
+    bool string(std::string& value) override { return add(std::move(value)); }
+    bool binary(json::binary_t& value) override { return add(std::move(value)); }
+    bool start_object(std::size_t) override { return open(json::object()); }
+    bool start_array(std::size_t) override { return open(json::array()); }
+    bool end_object() override { return close(); }
+    bool end_array() override { return close(); }
+    bool key(std::string& name) override
+    {
+        m_member = &(*m_open.back())[name];
+        (m_open.size() == 1 ? m_key : m_innerKey) = name;
+        return true;
+    }
+    bool parse_error(std::size_t, const std::string&, const json::exception& error) override
+    {
+        // "[json.exception.parse_error.101] parse error at line 3, column 5: syntax error …"
+        const std::string text = error.what();
+        const auto place = text.find("line ");
+        fail(m_path, "cannot be read: " + (place == std::string::npos ? text : text.substr(place)));
     }
 
 private:
-    using Event = json::parse_event_t;
-
-    void look(int depth, Event event, const json& parsed)
+    json& put(json value)
     {
-        if (event == Event::key) {
-            (depth == 1 ? m_key : m_innerKey) = parsed.get<std::string>();
-            return;
-        }
-        const bool isWhole = event == Event::value || event == Event::object_end || event == Event::array_end;
-        if (!isWhole)
-            return;
+        if (m_open.empty())
+            return m_root = std::move(value);
+        if (json& around = *m_open.back(); around.is_array())
+            return around.emplace_back(std::move(value));
+        return *m_member = std::move(value);
+    }
+    bool add(json value)
+    {
+        look(put(std::move(value)));
+        return true;
+    }
+    bool open(json value)
+    {
+        m_open.push_back(&put(std::move(value)));
+        return true;
+    }
+    bool close()
+    {
+        const json& whole = *m_open.back();
+        m_open.pop_back();
+        look(whole);
+        return true;
+    }
+
+    void look(const json& parsed) const
+    {
+        const std::size_t depth = m_open.size();
         if (depth == 0 && !parsed.is_object())
             failHere("the file holds no JSON object");
         if (depth == 1 && m_key == "version")
@@ -161,8 +196,11 @@ private:
 
     const std::filesystem::path& m_path;
     Source m_source;
-    std::string m_key;
-    std::string m_innerKey; // of a contact or of the preferences
+    json m_root;
+    std::vector<json*> m_open; // objects and lists that are not whole yet, from the outside in
+    json* m_member = nullptr;  // of the innermost object, that is to have the next value
+    std::string m_key;         // of the file's object
+    std::string m_innerKey;    // of a contact or of the preferences
 };
 
 const char* textOf(ContactKind kind)

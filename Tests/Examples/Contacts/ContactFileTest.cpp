@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <fstream>
 #include <iterator>
 #include <unistd.h>
@@ -139,6 +140,19 @@ TEST_F(ContactFile, thatIsAFolderIsReported)
     } catch (const ContactFileError& error) {
         EXPECT_THAT(error.what(), HasSubstr("it is no file"));
     }
+}
+
+TEST_F(ContactFile, thatIsLongIsReadInProportionToItsLength)
+{
+    constexpr std::size_t count = 100'000;
+    std::string text = R"({"contacts": [{})";
+    for (std::size_t i = 1; i < count; ++i)
+        text += ", {}";
+    put(text + "]}");
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(readContacts(m_path).contacts.size(), count);
+    // It takes less than a second. To look at all contacts again after each one would take minutes.
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30));
 }
 
 TEST_F(ContactFile, keepsItsPermissionsAndItsLink)
