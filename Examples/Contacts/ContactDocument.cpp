@@ -24,7 +24,7 @@ bool comesBefore(const std::string& left, const std::string& right)
 } // namespace
 
 ContactDocument::ContactDocument(std::filesystem::path path)
-    : m_path(std::move(path)), m_list(readContacts(m_path)), m_saved(m_list)
+    : m_path(std::move(path)), m_list(readContacts(m_path)), m_saved(copy())
 {
     sort();
     if (!m_order.empty())
@@ -74,12 +74,6 @@ void ContactDocument::setPreferences(const Preferences& preferences)
 {
     m_list.preferences = preferences;
     sort();
-}
-
-void ContactDocument::save()
-{
-    writeContacts(m_path, m_list);
-    m_saved = m_list;
 }
 
 } // namespace Contacts

@@ -3,12 +3,12 @@
 #include <Contacts/Contact.h>
 
 #include <filesystem>
-#include <functional>
+#include <memory>
 #include <optional>
 
 namespace Contacts {
 
-// A list of contacts with the file that it is kept in, and the one of them that is chosen. Only `save` writes.
+// A list of contacts with the file that it is kept in, and the one of them that is chosen. It writes nothing itself.
 class ContactDocument {
 public:
     // Reads the file; one that does not exist is an empty list. Throws ContactFileError.
@@ -21,7 +21,12 @@ public:
     const std::vector<std::size_t>& order() const { return m_order; }
     // The index of the contact that is chosen; nothing in an empty list.
     std::optional<std::size_t> selection() const { return m_selection; }
-    bool isModified() const { return m_list != m_saved; }
+    // Whether there is anything in it that the file does not have.
+    bool isModified() const { return m_list != *m_saved; }
+    // A copy of all that belongs into the file, for whoever writes it, on any thread.
+    std::shared_ptr<const ContactList> copy() const { return std::make_shared<const ContactList>(m_list); }
+    // The file has this list now.
+    void setSaved(const std::shared_ptr<const ContactList>& list) { m_saved = list; }
 
     void select(std::size_t index);
     // Puts a contact at the end of the list and chooses it.
@@ -34,13 +39,10 @@ public:
     void sort();
     void setPreferences(const Preferences& preferences);
 
-    // Throws ContactFileError; the file and the list then stay as they were.
-    void save();
-
 private:
     std::filesystem::path m_path;
     ContactList m_list;
-    ContactList m_saved; // as the file has it
+    std::shared_ptr<const ContactList> m_saved; // as the file has it; never null
     std::vector<std::size_t> m_order;
     std::optional<std::size_t> m_selection;
 };

@@ -1,6 +1,8 @@
 #include <Contacts/ContactFile.h>
 #include <Contacts/ContactsViewController.h>
 
+#include <utility>
+
 namespace Contacts {
 
 using namespace RVCore;
@@ -19,6 +21,17 @@ std::shared_ptr<NSView> makeLine(LayoutDimension thickness)
                                                                     : NSLayoutConstraintOrientation::horizontal);
     setBackgroundColor(*line, makeColor(0.5, 0.5, 0.5, 0.4));
     return line;
+}
+
+// What is wrong; empty when the file is written.
+std::string problemOfWriting(const std::filesystem::path& path, const ContactList& list)
+{
+    try {
+        writeContacts(path, list);
+    } catch (const ContactFileError& error) {
+        return error.what();
+    }
+    return {};
 }
 
 } // namespace
@@ -103,10 +116,10 @@ void ContactsViewController::makeQuestion()
     const auto close = [this] { view()->window()->close(); };
     const auto discard = makeAnswer("Discard", "", close);
     const auto cancel = makeAnswer("Cancel", NSKey::escape, [this] { endQuestion(); });
-    m_saveAnswer = makeAnswer("Save", NSKey::carriageReturn, [this, close] {
+    m_saveAnswer = makeAnswer("Save", NSKey::carriageReturn, [this] {
         endQuestion();
-        if (save())
-            close();
+        closeAfterSaving();
+        save();
     });
     m_question = makeGroupView({text, discard, cancel, m_saveAnswer},
                                {.spacing = spacing, .resizePolicy = RVGroupView::ResizePolicy::leadingView});
@@ -144,17 +157,50 @@ void ContactsViewController::removeContact()
     showDocument();
 }
 
-bool ContactsViewController::save()
+void ContactsViewController::save()
 {
-    try {
-        m_document->save();
-    } catch (const ContactFileError& error) {
-        showStatus(error.what(), true);
-        return false;
+    if (m_isSaving) {
+        m_savesAgain = true;
+        return;
     }
+    m_isSaving = true;
+    const auto list = m_document->copy();
+    if (list->contacts.size() < largeListSize)
+        return endSaving(list, problemOfWriting(m_document->path(), *list));
+    coverForm();
+    const std::weak_ptr self = std::static_pointer_cast<ContactsViewController>(shared(*this));
+    m_writer = std::jthread([self, list, path = m_document->path()] {
+        const std::string problem = problemOfWriting(path, *list);
+        DispatchQueue::main().async([self, list, problem] {
+            if (const auto kept = self.lock())
+                kept->endSaving(list, problem);
+        });
+    });
+}
+
+void ContactsViewController::coverForm()
+{
+    showBlockingView(*m_form, {.title = "Saving", .message = m_document->path().filename().string()});
+    // Keys that it takes from the form go on to the window, for its shortcuts.
+    setDisableEventPropagation(*progressBlockingView(*m_form), false);
+}
+
+void ContactsViewController::endSaving(const std::shared_ptr<const ContactList>& written, const std::string& problem)
+{
+    m_isSaving = false;
+    const bool succeeded = problem.empty();
+    if (succeeded)
+        m_document->setSaved(written);
+    if (std::exchange(m_savesAgain, false) && m_document->isModified())
+        return save();
+    hideBlockingView(*m_form);
     showDocument();
-    showStatus(summary() + ", saved");
-    return true;
+    if (!succeeded)
+        showStatus(problem, true);
+    else if (!m_document->isModified())
+        showStatus(summary() + ", saved");
+    if (std::exchange(m_closesAfterSaving, false) && succeeded)
+        view()->window()->performClose();
 }
 
 void ContactsViewController::setPreferences(const Preferences& preferences)

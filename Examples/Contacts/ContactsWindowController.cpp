@@ -107,9 +107,12 @@ void ContactsWindowController::keyDown(NSEvent& event)
 
 bool ContactsWindowController::windowShouldClose(NSWindow&)
 {
-    if (!m_document->isModified())
+    if (m_content->isSaving())
+        m_content->closeAfterSaving();
+    else if (m_document->isModified())
+        m_content->askBeforeClosing();
+    else
         return true;
-    m_content->askBeforeClosing();
     return false;
 }
 

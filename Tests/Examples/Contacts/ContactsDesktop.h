@@ -31,6 +31,10 @@ protected:
     {
         if (!contacts.empty())
             writeContacts(path, {.contacts = contacts});
+        openFile();
+    }
+    void openFile()
+    {
         document = std::make_shared<ContactDocument>(path);
         controller = RVCore::make<ContactsWindowController>(document);
         controller->showWindow(nullptr);
@@ -47,11 +51,16 @@ protected:
 
     void type(const std::string& keys, std::uint32_t modifiers = 0)
     {
+        press(keys, modifiers);
+        settle();
+    }
+    // Without letting time go by for what follows from it.
+    void press(const std::string& keys, std::uint32_t modifiers = 0)
+    {
         RVCore::InputEvent event{.kind = RVCore::InputKind::keyPressed, .modifiers = modifiers};
         event.characters = keys;
         event.charactersIgnoringModifiers = keys;
         front().userInput(event);
-        settle();
     }
     void typeLetters(const std::string& text)
     {

@@ -107,4 +107,15 @@ with tempfile.TemporaryDirectory() as folder:
     again.keys("Return")
     assert again.process.wait(PATIENCE) == 0
     assert [person["name"] for person in json.loads(file.read_text())["contacts"]] == ["Ada Lovelace", "Grace Hopper"]
-print("typed, copied, undone, chosen, shown, dismissed, saved and reopened")
+
+    # A large file is written in the background; closed at once, the program ends when it is there as a whole.
+    file.write_text(json.dumps({"contacts": [{"name": "Ada"}] * 100_000}))
+    large = Contacts(program_path, file)
+    large.keys("ctrl+n")
+    large.type("Grace Hopper")
+    large.keys("ctrl+s")
+    large.close()
+    people = json.loads(file.read_text())["contacts"]
+    assert len(people) == 100_001 and people[-1]["name"] == "Grace Hopper", len(people)
+    assert list(file.parent.iterdir()) == [file]
+print("typed, copied, undone, chosen, shown, dismissed, saved, reopened, and saved in the background")
