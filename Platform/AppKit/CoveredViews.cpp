@@ -24,6 +24,17 @@ std::vector<NSView*> uncoveredSubviews(const NSView& view)
     return subviews;
 }
 
+std::vector<NSView*> uncoveredSubviewsInKeyOrder(const NSView& view)
+{
+    auto subviews = view.subviewsInKeyOrder();
+    if (!isCovered(view))
+        return subviews;
+    const auto uncovered = uncoveredSubviews(view);
+    std::erase_if(subviews,
+                  [&](NSView* subview) { return std::ranges::find(uncovered, subview) == uncovered.end(); });
+    return subviews;
+}
+
 bool isCovered(const NSView& view)
 {
     return std::ranges::any_of(view.subviews(), [](const auto& subview) { return isCover(subview.get()); });

@@ -12,6 +12,8 @@ namespace RVCore {
 // The subviews that none covers, in painting order: from the topmost modal one on, or all of them where there is
 // none.
 std::vector<NSView*> uncoveredSubviews(const NSView& view);
+// The same in the order in which Tab goes through them.
+std::vector<NSView*> uncoveredSubviewsInKeyOrder(const NSView& view);
 // Whether a subview covers the view itself.
 bool isCovered(const NSView& view);
 // The modal view that covers the view or one that it is in; null for none.

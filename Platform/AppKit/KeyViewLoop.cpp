@@ -14,14 +14,10 @@ void appendInKeyOrder(NSView& view, std::vector<NSView*>& order)
 {
     if (view.isInvisible())
         return;
-    const bool isWhole = !isCovered(view);
-    if (isWhole)
+    if (!isCovered(view))
         order.push_back(&view);
-    const auto uncovered = uncoveredSubviews(view);
-    for (NSView* subview : view.subviewsInKeyOrder()) {
-        if (isWhole || std::ranges::find(uncovered, subview) != uncovered.end())
-            appendInKeyOrder(*subview, order);
-    }
+    for (NSView* subview : uncoveredSubviewsInKeyOrder(view))
+        appendInKeyOrder(*subview, order);
 }
 
 // The loop as Tab goes through it from the first view on. A view whose next one is set goes there, unless that one

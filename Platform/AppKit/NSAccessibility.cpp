@@ -113,11 +113,8 @@ std::shared_ptr<AccessibleElement> ViewElement::parent() const
 // In the order in which Tab goes through them; those that a modal view covers are left out.
 std::vector<NSView*> reachableSubviews(const NSView& view)
 {
-    auto subviews = view.subviewsInKeyOrder();
-    const auto uncovered = uncoveredSubviews(view);
-    std::erase_if(subviews, [&](const NSView* subview) {
-        return subview->isInvisible() || std::ranges::find(uncovered, subview) == uncovered.end();
-    });
+    auto subviews = uncoveredSubviewsInKeyOrder(view);
+    std::erase_if(subviews, [](const NSView* subview) { return subview->isInvisible(); });
     return subviews;
 }
 

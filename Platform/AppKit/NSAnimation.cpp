@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <system_error>
 
 namespace RVCore {
 
@@ -181,9 +182,9 @@ void NSAnimation::startAnimation()
     const float progress = currentProgress();
     const float start = progress < 1 ? progress : 0;
     const double interval = std::max(m_frameRate > 0 ? 1.0 / m_frameRate : 0, shortestInterval);
-    const auto run =
-        std::make_shared<Run>(Run{DispatchTime::now(), m_duration, start, interval,
-                                  m_blockingMode == NSAnimationBlockingMode::nonblockingThreaded, m_marks, start});
+    const NSAnimationBlockingMode mode = m_blockingMode; // what the first frame sets counts for the next start
+    const auto run = std::make_shared<Run>(Run{DispatchTime::now(), m_duration, start, interval,
+                                               mode == NSAnimationBlockingMode::nonblockingThreaded, m_marks, start});
     m_run = run;
     m_isAnimating = true;
     running().push_back(alive);
@@ -191,12 +192,22 @@ void NSAnimation::startAnimation()
     if (m_run != run)
         return; // that stopped it
     if (run->isThreaded)
-        m_thread =
-            std::make_unique<DispatchThread>([this, run](DispatchThread& thread) { stepOnThread(run, thread); });
+        startThread(run);
     else
         stepLater(run, run->frameAfter(run->begin));
-    if (m_blockingMode == NSAnimationBlockingMode::blocking)
+    if (mode == NSAnimationBlockingMode::blocking)
         waitForEnd(run);
+}
+
+void NSAnimation::startThread(const std::shared_ptr<Run>& run)
+{
+    try {
+        m_thread =
+            std::make_unique<DispatchThread>([this, run](DispatchThread& thread) { stepOnThread(run, thread); });
+    } catch (const std::system_error&) { // the machine has no more threads
+        leave();
+        throw;
+    }
 }
 
 // One frame, on the thread that makes them.
@@ -284,13 +295,19 @@ void NSAnimation::stopAnimation()
         finish("animationDidStop:");
 }
 
-void NSAnimation::finish(const char* message)
+std::shared_ptr<NSAnimation::Run> NSAnimation::leave()
 {
-    const auto alive = shared(*this);
     const auto run = std::exchange(m_run, nullptr);
     m_thread.reset();
     m_isAnimating = false;
-    std::erase(running(), alive);
+    std::erase(running(), shared(*this));
+    return run;
+}
+
+void NSAnimation::finish(const char* message)
+{
+    const auto alive = shared(*this);
+    const auto run = leave();
     if (run->servesDesktop)
         Backend::shared().stop();
     const auto delegate = m_delegate.lock();

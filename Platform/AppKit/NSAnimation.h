@@ -74,9 +74,11 @@ private:
     void stepLater(const std::shared_ptr<Run>& run, DispatchTime time);
     void step(Run& run, DispatchTime now);
     void stepOnMainThread(const std::shared_ptr<Run>& run);
+    void startThread(const std::shared_ptr<Run>& run);
     void stepOnThread(const std::shared_ptr<Run>& run, DispatchThread& thread);
     void waitForEnd(const std::shared_ptr<Run>& run);
     void finishLater(const std::shared_ptr<Run>& run, const char* message);
+    std::shared_ptr<Run> leave(); // the run that it was in
     void finish(const char* message);
     bool delegateAgrees();
     static std::vector<std::shared_ptr<NSAnimation>>& running();

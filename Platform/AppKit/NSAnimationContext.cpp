@@ -65,12 +65,12 @@ void NSAnimationContext::begin(Kind kind)
     group->m_kind = kind;
     group->m_motionBefore = LayerMotion::current();
     groups().push_back(group);
-    group->putInForce();
+    LayerMotion::setCurrent(group->implicitMotion());
 }
 
-void NSAnimationContext::putInForce()
+LayerMotion* NSAnimationContext::implicitMotion()
 {
-    LayerMotion::setCurrent(m_allowsImplicitAnimation ? &m_motion : nullptr);
+    return m_allowsImplicitAnimation ? &m_motion : nullptr;
 }
 
 void NSAnimationContext::end()
@@ -129,8 +129,13 @@ void NSAnimationContext::setTimingFunction(const std::shared_ptr<CAMediaTimingFu
 void NSAnimationContext::setAllowsImplicitAnimation(bool allows)
 {
     m_allowsImplicitAnimation = allows;
-    if (isCurrent())
-        putInForce();
+    const auto own = std::ranges::find(groups(), this, &std::shared_ptr<NSAnimationContext>::get);
+    if (own == groups().end())
+        return;
+    if (const auto inner = std::next(own); inner != groups().end())
+        (*inner)->m_motionBefore = implicitMotion(); // for when that one ends
+    else
+        LayerMotion::setCurrent(implicitMotion());
 }
 
 void NSAnimationContext::setCompletionHandler(Completion completion)

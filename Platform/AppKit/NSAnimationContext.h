@@ -68,7 +68,7 @@ private:
     static void begin(Kind kind);
     static void end();
     bool isCurrent() const;
-    void putInForce();
+    LayerMotion* implicitMotion(); // null when there is none
 
     LayerMotion m_motion;
     std::shared_ptr<CAMediaTimingFunction> m_timingFunction;

@@ -93,8 +93,9 @@ protected:
 private:
     // How long one time round takes and how long the sign stands in one place, in seconds.
     struct Pace {
-        double turn;
-        double interval;
+        double turn = 1;
+        double interval = 1;
+        bool operator==(const Pace&) const = default;
     };
 
     void setLimit(double NSProgressIndicator::*limit, double value);
@@ -136,6 +137,7 @@ private:
     double m_phase = 0;
     double m_firstPhase = 0; // where the movement began
     DispatchTime m_begin{0};
+    Pace m_pace;                            // since then
     std::unique_ptr<ProgressWheel> m_wheel; // of a spinning one
 };
 

@@ -148,21 +148,24 @@ NSProgressIndicator::Pace NSProgressIndicator::pace() const
 // division falls a little short.
 double NSProgressIndicator::stepsAt(DispatchTime time) const
 {
-    return std::floor((time - m_begin) / pace().interval + 1e-3);
+    return std::floor((time - m_begin) / m_pace.interval + 1e-3);
 }
 
 void NSProgressIndicator::moveFromHere()
 {
     m_begin = DispatchTime::now();
     m_firstPhase = m_phase;
+    m_pace = pace();
     moveLater();
 }
 
 void NSProgressIndicator::move()
 {
-    const Pace pace = this->pace();
-    setAnimationPhase(wrapped(m_firstPhase + stepsAt(DispatchTime::now()) * pace.interval / pace.turn));
-    moveLater();
+    setAnimationPhase(wrapped(m_firstPhase + stepsAt(DispatchTime::now()) * m_pace.interval / m_pace.turn));
+    if (m_pace != pace())
+        moveFromHere(); // at the new pace
+    else
+        moveLater();
 }
 
 // When the sign is in its next place. A queue that holds a step already keeps it: there is never more than one.
@@ -171,7 +174,7 @@ void NSProgressIndicator::moveLater()
     if (m_willMove || !canBeSeenMoving())
         return;
     m_willMove = true;
-    const DispatchTime next = m_begin + (stepsAt(DispatchTime::now()) + 1) * pace().interval;
+    const DispatchTime next = m_begin + (stepsAt(DispatchTime::now()) + 1) * m_pace.interval;
     DispatchQueue::main().asyncAfter(next, [indicator = std::weak_ptr(shared(*this))] {
         const auto alive = indicator.lock();
         if (!alive)

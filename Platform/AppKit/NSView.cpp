@@ -32,6 +32,13 @@ void requireLayoutRect(std::string_view operation, const CGRect& rect)
     requireLayoutNumber(operation, "frame.height", rect.size.height);
 }
 
+// Before the view gets the layer that would refuse them.
+void requireFilters(std::string_view operation, const std::vector<std::shared_ptr<CIFilter>>& filters)
+{
+    if (std::ranges::count(filters, nullptr) > 0)
+        raiseInvalidArgument(operation, "a filter is absent");
+}
+
 std::uint64_t nextDrawingRevision()
 {
     static std::atomic<std::uint64_t> last = 0; // views may be made on any thread
@@ -569,6 +576,7 @@ std::vector<std::shared_ptr<CIFilter>> NSView::contentFilters() const
 
 void NSView::setContentFilters(const std::vector<std::shared_ptr<CIFilter>>& filters)
 {
+    requireFilters("NSView.setContentFilters:", filters);
     setWantsLayer(wantsLayer() || !filters.empty());
     if (m_layer)
         m_layer->setFilters(filters);
@@ -581,6 +589,7 @@ std::vector<std::shared_ptr<CIFilter>> NSView::backgroundFilters() const
 
 void NSView::setBackgroundFilters(const std::vector<std::shared_ptr<CIFilter>>& filters)
 {
+    requireFilters("NSView.setBackgroundFilters:", filters);
     setWantsLayer(wantsLayer() || !filters.empty());
     if (m_layer)
         m_layer->setBackgroundFilters(filters);

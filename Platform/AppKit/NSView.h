@@ -86,9 +86,11 @@ public:
     bool wantsLayer() const { return m_layer != nullptr; }
     void setWantsLayer(bool wantsLayer);
     const std::shared_ptr<CALayer>& layer() const { return m_layer; } // null unless layer-backed
+    // For programs that say so; a view is drawn again after setNeedsDisplay and a new size either way.
     NSViewLayerContentsRedrawPolicy layerContentsRedrawPolicy() const { return m_redrawPolicy; }
     void setLayerContentsRedrawPolicy(NSViewLayerContentsRedrawPolicy policy) { m_redrawPolicy = policy; }
-    // The layer's filters, for what the view shows and for what lies behind it. Setting some makes it layer-backed.
+    // The layer's filters, for what the view shows and for what lies behind it. Setting some makes it layer-backed;
+    // an absent one raises NSInvalidArgumentException.
     std::vector<std::shared_ptr<CIFilter>> contentFilters() const;
     void setContentFilters(const std::vector<std::shared_ptr<CIFilter>>& filters);
     std::vector<std::shared_ptr<CIFilter>> backgroundFilters() const;

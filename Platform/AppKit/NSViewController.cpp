@@ -32,8 +32,14 @@ Class& NSViewController::staticClass()
 
 NSViewController::~NSViewController()
 {
+    releaseView();
+}
+
+void NSViewController::releaseView()
+{
     if (m_view)
         m_view->setViewController(nullptr, {});
+    m_view = nullptr;
 }
 
 void NSViewController::init(const std::optional<std::string>& nibName, const ObjectRef&)
@@ -49,15 +55,15 @@ const std::shared_ptr<NSView>& NSViewController::view()
         return m_view;
     if (m_isLoading)
         fatalError(classObject().name() + ".loadView asks for the view before it has set one");
-    struct Loading { // also when loadView raises
-        bool& flag;
-        explicit Loading(bool& isLoading) : flag(isLoading) { flag = true; }
-        ~Loading() { flag = false; }
-    };
-    {
-        const Loading loading(m_isLoading);
+    m_isLoading = true;
+    try {
         loadView();
+    } catch (...) { // what it raises passes through, and the next one who asks has it load again
+        m_isLoading = false;
+        releaseView();
+        throw;
     }
+    m_isLoading = false;
     if (!m_view)
         fatalError(classObject().name() + ".loadView has set no view");
     viewDidLoad();
@@ -72,8 +78,7 @@ void NSViewController::setView(const std::shared_ptr<NSView>& view)
         return;
     if (view->viewController({}))
         raiseInvalidArgument("NSViewController.setView:", view->description() + " is another controller's view");
-    if (m_view)
-        m_view->setViewController(nullptr, {});
+    releaseView();
     m_view = view;
     view->setViewController(this, {});
 }

@@ -51,6 +51,8 @@ public:
     virtual void viewDidDisappear() {}
 
 private:
+    void releaseView();
+
     std::shared_ptr<NSView> m_view;
     std::string m_title;
     CGSize m_preferredContentSize;

@@ -83,6 +83,21 @@ TEST_F(NSAnimationContextTest, AGroupStartsWithTheValuesAroundItAndKeepsItsOwnTo
     EXPECT_EQ(shownAlpha(), 0.5);
 }
 
+TEST_F(NSAnimationContextTest, WhatIsAllowedInAGroupWhileAnInnerOneIsUnderWayCountsWhenThatIsOver)
+{
+    NSAnimationContext::runAnimationGroup([&](NSAnimationContext& outer) {
+        NSAnimationContext::runAnimationGroup([&](NSAnimationContext&) {
+            outer.setAllowsImplicitAnimation(true);
+            view->setAlphaValue(0.5);
+            EXPECT_EQ(shownAlpha(), 0.5) << "not in this one";
+        });
+        view->setAlphaValue(0);
+        EXPECT_EQ(shownAlpha(), 0.5);
+    });
+    clock.advance(1);
+    EXPECT_EQ(shownAlpha(), 0);
+}
+
 TEST_F(NSAnimationContextTest, TheCompletionComesWhenTheLastOfTheGroupIsOver)
 {
     NSAnimationContext::runAnimationGroup(

@@ -280,6 +280,15 @@ TEST_P(NSAnimationTest, WhatIsSetWhileItRunsCountsFromTheNextStartOn)
     EXPECT_THAT(animation->takeFrames(), ElementsAre(0, 0.25, 0.5, 0.75, 1));
 }
 
+TEST_P(NSAnimationTest, AModeThatTheFirstFrameSetsCountsFromTheNextStartOn)
+{
+    animation->onFrame = [](RecordingAnimation& self) { self.setAnimationBlockingMode(Mode::blocking); };
+    animation->startAnimation();
+    EXPECT_TRUE(animation->isAnimating()) << "it did not wait";
+    clock.advance(1);
+    EXPECT_THAT(animation->takeFrames(), ElementsAre(0, 0.25, 0.5, 0.75, 1));
+}
+
 TEST_P(NSAnimationTest, TheUsualFrameRateIs60AndNoneIs1000)
 {
     EXPECT_EQ(make<NSAnimation>()->frameRate(), 60);

@@ -260,6 +260,22 @@ TEST_F(NSProgressIndicatorMotion, WhereMovementMakesPeopleIllItIsSlowerAndDoesNo
     EXPECT_NEAR(wheel->animationPhase(), 0.125, 1e-9);
 }
 
+TEST_F(NSProgressIndicatorMotion, AnotherPaceStartsFromWhereItIs)
+{
+    wheel->startAnimation();
+    desktop->flushFrames();
+    clock.advance(0.5 + 1.0 / 64);
+    desktop->flushFrames();
+    EXPECT_EQ(leadingSpoke(), 6);
+    application.setReducesMotion(true);
+    clock.advance(1.0 / 12);
+    desktop->flushFrames();
+    EXPECT_EQ(leadingSpoke(), 7) << "the step that was on its way";
+    clock.advance(1);
+    desktop->flushFrames();
+    EXPECT_EQ(leadingSpoke(), 10);
+}
+
 TEST_F(NSProgressIndicatorMotion, ColoursChangeAtOnceWhateverMotionIsInForce)
 {
     NSAnimationContext::runAnimationGroup([&](NSAnimationContext& context) {

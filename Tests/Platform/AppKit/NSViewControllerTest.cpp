@@ -77,6 +77,28 @@ TEST_F(NSViewControllerTest, AViewThatIsSetIsLoaded)
     make<NSViewController>()->setView(view);
 }
 
+TEST_F(NSViewControllerTest, AViewWhoseLoadingRaisedIsLoadedAnew)
+{
+    class FailingController : public NSViewController {
+    public:
+        void loadView() override
+        {
+            setView(make<NSView>(CGRect(0, 0, 10, 10)));
+            if (++attempts == 1)
+                raiseInvalidArgument("loadView", "not yet");
+        }
+        void viewDidLoad() override { ++loaded; }
+        int attempts = 0;
+        int loaded = 0;
+    };
+    const auto controller = make<FailingController>();
+    EXPECT_THAT(raised([&] { controller->view(); }), HasSubstr("not yet"));
+    EXPECT_FALSE(controller->isViewLoaded());
+    controller->view();
+    EXPECT_EQ(controller->attempts, 2);
+    EXPECT_EQ(controller->loaded, 1);
+}
+
 TEST_F(NSViewControllerTest, StandsOnTheResponderChainAfterItsView)
 {
     EXPECT_EQ(page->nextResponder(), nullptr);
