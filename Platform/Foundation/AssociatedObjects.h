@@ -15,6 +15,12 @@ struct AssociationKey {
 void setAssociatedObject(NSObject& owner, const AssociationKey& key, Value content);
 // Nothing when there is none.
 Value associatedObject(const NSObject& owner, const AssociationKey& key);
+// The object that is stored; null when there is none, or something else.
+template <class T> std::shared_ptr<T> associatedObjectAs(const NSObject& owner, const AssociationKey& key)
+{
+    const Value stored = associatedObject(owner, key);
+    return stored.object() ? std::dynamic_pointer_cast<T>(*stored.object()) : nullptr;
+}
 void removeAssociatedObjects(NSObject& owner);
 
 } // namespace RVCore

@@ -71,8 +71,7 @@ void RVProgressBarAnimation::setCurrentProgress(float progress)
 
 std::shared_ptr<RVProgressBarAnimation> currentAnimation(const NSProgressIndicator& indicator)
 {
-    const Value stored = associatedObject(indicator, AssociatedKeys::currentAnimation);
-    return stored.object() ? std::dynamic_pointer_cast<RVProgressBarAnimation>(*stored.object()) : nullptr;
+    return associatedObjectAs<RVProgressBarAnimation>(indicator, AssociatedKeys::currentAnimation);
 }
 
 std::optional<double> nextProgress(const NSProgressIndicator& indicator)
@@ -93,10 +92,17 @@ void setDoubleValueAnimated(NSProgressIndicator& indicator, double value)
     animation->setAnimationBlockingMode(NSAnimationBlockingMode::nonblockingThreaded);
     setAssociatedObject(indicator, AssociatedKeys::currentAnimation, Value(animation));
     animation->setDelegate(shared(indicator));
+    // Where the delegate, a subclass of the indicator perhaps, does not want it or raises, nobody tells of its end.
+    struct Starting {
+        NSProgressIndicator& indicator;
+        const std::shared_ptr<RVProgressBarAnimation>& animation;
+        ~Starting()
+        {
+            if (!animation->isAnimating() && currentAnimation(indicator) == animation)
+                setAssociatedObject(indicator, AssociatedKeys::currentAnimation, Value());
+        }
+    } const starting{indicator, animation};
     animation->startAnimation();
-    // The delegate, a subclass of the indicator perhaps, did not want it: nobody will tell of its end.
-    if (!animation->isAnimating() && currentAnimation(indicator) == animation)
-        setAssociatedObject(indicator, AssociatedKeys::currentAnimation, Value());
 }
 
 void animationDidEnd(NSProgressIndicator& indicator, const ObjectRef&)

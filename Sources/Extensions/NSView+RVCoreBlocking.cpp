@@ -1,9 +1,8 @@
-#include <ConstraintLibrary/ConstraintLibrary.h>
 #include <Dispatch/DispatchClock.h>
 #include <Dispatch/DispatchQueue.h>
+#include <Extensions/BlockingOverlay.h>
 #include <Extensions/NSView+RVCoreAnimation.h>
 #include <Extensions/NSView+RVCoreBlocking.h>
-#include <Foundation/AssociatedObjects.h>
 
 #include <QuartzCore/CALayer.h>
 
@@ -20,8 +19,7 @@ constexpr double shortestDisplay = 1.0; // in seconds
 
 std::shared_ptr<RVProgressBlockingView> progressBlockingView(const NSView& view)
 {
-    const Value stored = associatedObject(view, overlayKey);
-    return stored.object() ? std::dynamic_pointer_cast<RVProgressBlockingView>(*stored.object()) : nullptr;
+    return associatedObjectAs<RVProgressBlockingView>(view, overlayKey);
 }
 
 void setProgressBlockingView(NSView& view, const std::shared_ptr<RVProgressBlockingView>& overlay)
@@ -45,16 +43,13 @@ void showBlockingView(NSView& view, const BlockingViewContent& content)
     if (!view.wantsLayer())
         view.setWantsLayer(true);
     if (const auto overlay = progressBlockingView(view)) {
-        overlay->setMessage(content.message);
-        overlay->setTitle(content.title);
+        updateTexts(*overlay, content);
         return;
     }
-    const auto overlay = make<RVProgressBlockingView>(content);
-    view.addSubview(overlay);
-    autoPinEdgesToSuperviewEdges(*overlay);
+    const auto overlay = putOverlayOver(view, content);
     showAnimated(*overlay);
     if (const auto& layer = overlay->layer())
-        layer->setZPosition(1.0);
+        layer->setZPosition(overlayZPosition);
     setProgressBlockingView(view, overlay);
     setProgressBlockingViewStartTime(view, DispatchClock::shared().secondsSince1970());
     overlay->takeKeys(); // last: who loses them may show or hide overlays
@@ -84,15 +79,7 @@ void hideBlockingView(NSView& view)
 
 bool publishViewBlocking()
 {
-    return addCategory<NSView>("RVCore", [](auto& publish) {
-        using Text = std::optional<std::string>;
-        publish.property("progressBlockingView", &progressBlockingView, &setProgressBlockingView);
-        publish.method("showBlockingViewWithTitle:message:showProgress:",
-                       [](NSView& self, const Text& title, const Text& message, bool showProgress) {
-                           showBlockingView(self, {.title = title, .message = message, .showProgress = showProgress});
-                       });
-        publish.method("hideBlockingView", [](NSView& self) { hideBlockingView(self); });
-    });
+    return addCategory<NSView>("RVCore", [](auto& publish) { publishBlocking<NSView>(publish); });
 }
 
 } // namespace RVCore

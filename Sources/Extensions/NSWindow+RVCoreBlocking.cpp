@@ -1,10 +1,9 @@
 #include <AppKit/NSToolbar.h>
+#include <AppKit/NSToolbarItem.h>
 #include <AppKit/NSWindow.h>
-#include <AppKit/TargetAction.h>
-#include <ConstraintLibrary/ConstraintLibrary.h>
+#include <Extensions/BlockingOverlay.h>
 #include <Extensions/NSView+RVCoreAnimation.h>
 #include <Extensions/NSWindow+RVCoreBlocking.h>
-#include <Foundation/AssociatedObjects.h>
 
 #include <QuartzCore/CALayer.h>
 
@@ -17,10 +16,14 @@ namespace {
 constexpr AssociationKey overlayKey{"progressBlockingView"};
 constexpr AssociationKey toolbarDataKey{"progressBlockingToolbarData"};
 
-// What was taken from the items of a toolbar. Targets are held no more than an item holds its own.
+// What was taken from the items of a toolbar. Targets are held until they are given back.
 class ToolbarData : public NSObject {
 public:
-    std::unordered_map<std::shared_ptr<NSToolbarItem>, TargetAction, ObjectHash, ObjectEqual> messages;
+    struct Message {
+        ObjectRef target;
+        Selector action;
+    };
+    std::unordered_map<std::shared_ptr<NSToolbarItem>, Message, ObjectHash, ObjectEqual> messages;
 };
 
 std::vector<std::shared_ptr<NSToolbarItem>> toolbarItems(const NSWindow& window)
@@ -28,47 +31,35 @@ std::vector<std::shared_ptr<NSToolbarItem>> toolbarItems(const NSWindow& window)
     return window.toolbar() ? window.toolbar()->items() : std::vector<std::shared_ptr<NSToolbarItem>>();
 }
 
-std::shared_ptr<const ToolbarData> toolbarData(const NSWindow& window)
-{
-    const Value stored = associatedObject(window, toolbarDataKey);
-    return stored.object() ? std::dynamic_pointer_cast<const ToolbarData>(*stored.object()) : nullptr;
-}
-
+// What an item's setters run may raise or hide the overlay again, so each item is known before it loses anything,
+// and looked up anew before it gets it back.
 void disableToolbar(NSWindow& window)
 {
     const auto data = make<ToolbarData>();
+    setAssociatedObject(window, toolbarDataKey, Value(data));
     for (const auto& item : toolbarItems(window)) {
         const auto action = item->action();
         const auto target = item->target();
         if (!action || !target)
             continue;
-        TargetAction& message = data->messages[item];
-        message.setAction(action, "showBlockingView");
-        message.setTarget(target);
+        data->messages.insert_or_assign(item, ToolbarData::Message{target, *action});
         item->setAction(std::nullopt);
         item->setTarget(nullptr);
         item->validate();
     }
-    setAssociatedObject(window, toolbarDataKey, Value(data));
 }
 
 void restoreToolbar(NSWindow& window)
 {
     for (const auto& item : toolbarItems(window)) {
-        const auto data = toolbarData(window);
+        const auto data = associatedObjectAs<const ToolbarData>(window, toolbarDataKey);
         if (!data)
             continue;
         const auto saved = data->messages.find(item);
         if (saved == data->messages.end())
             continue;
-        // Without a target the action would go to whoever answers it on the responder chain. An item that was given
-        // another one meanwhile keeps that.
-        const bool hasLostTarget = saved->second.hasLostTarget();
-        if (hasLostTarget && !item->target())
-            continue;
-        item->setAction(saved->second.action());
-        if (!hasLostTarget)
-            item->setTarget(saved->second.target());
+        item->setAction(saved->second.action);
+        item->setTarget(saved->second.target);
         item->validate();
     }
 }
@@ -77,8 +68,7 @@ void restoreToolbar(NSWindow& window)
 
 std::shared_ptr<RVProgressBlockingView> progressBlockingView(const NSWindow& window)
 {
-    const Value stored = associatedObject(window, overlayKey);
-    return stored.object() ? std::dynamic_pointer_cast<RVProgressBlockingView>(*stored.object()) : nullptr;
+    return associatedObjectAs<RVProgressBlockingView>(window, overlayKey);
 }
 
 void setProgressBlockingView(NSWindow& window, const std::shared_ptr<RVProgressBlockingView>& overlay)
@@ -89,18 +79,15 @@ void setProgressBlockingView(NSWindow& window, const std::shared_ptr<RVProgressB
 void showBlockingView(NSWindow& window, const BlockingViewContent& content)
 {
     if (const auto overlay = progressBlockingView(window)) {
-        overlay->setMessage(content.message);
-        overlay->setTitle(content.title);
+        updateTexts(*overlay, content);
         return;
     }
     const auto covered = window.contentView();
     if (!covered)
         return;
-    const auto overlay = make<RVProgressBlockingView>(content);
-    covered->addSubview(overlay);
-    autoPinEdgesToSuperviewEdges(*overlay);
+    const auto overlay = putOverlayOver(*covered, content);
     if (const auto& layer = overlay->layer())
-        layer->setZPosition(1.0);
+        layer->setZPosition(overlayZPosition);
     setProgressBlockingView(window, overlay);
     disableToolbar(window);
     showAnimated(*overlay);
@@ -126,17 +113,7 @@ void hideBlockingView(NSWindow& window)
 
 bool publishWindowBlocking()
 {
-    return addCategory<NSWindow>("RVCore", [](auto& publish) {
-        using Text = std::optional<std::string>;
-        using Getter = std::shared_ptr<RVProgressBlockingView> (*)(const NSWindow&);
-        using Setter = void (*)(NSWindow&, const std::shared_ptr<RVProgressBlockingView>&);
-        publish.property("progressBlockingView", Getter(&progressBlockingView), Setter(&setProgressBlockingView));
-        publish.method("showBlockingViewWithTitle:message:showProgress:",
-                       [](NSWindow& self, const Text& title, const Text& message, bool showProgress) {
-                           showBlockingView(self, {.title = title, .message = message, .showProgress = showProgress});
-                       });
-        publish.method("hideBlockingView", [](NSWindow& self) { hideBlockingView(self); });
-    });
+    return addCategory<NSWindow>("RVCore", [](auto& publish) { publishBlocking<NSWindow>(publish); });
 }
 
 } // namespace RVCore

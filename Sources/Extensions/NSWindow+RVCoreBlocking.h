@@ -13,7 +13,7 @@ namespace RVCore {
 // a content view stays as it is.
 void showBlockingView(NSWindow& window, const BlockingViewContent& content = {});
 // Gives the items their targets and actions back at once, and fades the overlay out; the window is free when that is
-// over. An item whose target has died meanwhile stays disabled. Does nothing to a window that is not covered.
+// over. Until then it holds the targets. Does nothing to a window that is not covered.
 void hideBlockingView(NSWindow& window);
 
 // The overlay that covers the window's content, or is on its way out; null when the window is free.

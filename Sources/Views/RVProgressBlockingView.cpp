@@ -246,12 +246,13 @@ void RVProgressBlockingView::fade(CGFloat alpha, CGFloat duration, const std::fu
         });
 }
 
-// A filter that could not be made, or that somebody has taken out, has nothing to move.
+// A filter that could not be made, or that somebody has taken out or replaced by another kind, has nothing to move.
 void RVProgressBlockingView::moveBackgroundFilter(std::string_view filterName, std::string_view input,
                                                   const Value& value)
 {
     const auto filters = backgroundFilters();
-    if (std::ranges::find(filters, filterName, &CIFilter::name) == filters.end())
+    const auto filter = std::ranges::find(filters, filterName, &CIFilter::name);
+    if (filter == filters.end() || std::ranges::count((*filter)->inputKeys(), input) == 0)
         return;
     animator()->setValue(value, "backgroundFilters." + std::string(filterName) + "." + std::string(input));
 }

@@ -15,7 +15,12 @@ using testing::IsEmpty;
 class WordView : public NSView {
 public:
     using NSView::init;
-    void draw(Canvas&, const CGRect&) override { drawn.push_back(word); }
+    void draw(Canvas&, const CGRect&) override
+    {
+        if (word.empty())
+            raiseInvalidArgument("draw", "no word");
+        drawn.push_back(word);
+    }
     std::string word = "first";
     std::vector<std::string> drawn;
 };
@@ -74,6 +79,30 @@ TEST_F(RVScreenshotControllerTest, thePictureIsTakenOnceWhenTheViewIsLoaded)
     EXPECT_THAT(source->drawn, ElementsAre("second"));
     EXPECT_EQ(controller->imageView()->image(), image);
     EXPECT_EQ(controller->view()->frame().size, (CGSize{300, 200}));
+}
+
+TEST_F(RVScreenshotControllerTest, aViewThatIsSetBeforeLoadingIsTheOneInThePicture)
+{
+    const auto controller = make<RVScreenshotController>(source);
+    const auto other = make<WordView>(CGRect(0, 0, 40, 30));
+    setBackgroundColor(*other, makeColor(0, 0, 1));
+    controller->setScreenShotView(other);
+    EXPECT_EQ(controller->view()->frame().size, (CGSize{40, 30}));
+    EXPECT_EQ(backgroundColor(*controller->view())->cgColor(), (CGColor{0, 0, 1, 1}));
+    EXPECT_THAT(source->drawn, IsEmpty());
+    EXPECT_THAT(other->drawn, ElementsAre("first"));
+}
+
+TEST_F(RVScreenshotControllerTest, aPictureThatFailedIsTakenWhenTheViewIsAskedForAgain)
+{
+    source->word = "";
+    const auto controller = make<RVScreenshotController>(source);
+    EXPECT_THAT(raised([&] { controller->view(); }), testing::HasSubstr("no word"));
+    EXPECT_FALSE(controller->isViewLoaded());
+    source->word = "second";
+    EXPECT_EQ(controller->view()->frame().size, (CGSize{300, 200}));
+    EXPECT_THAT(source->drawn, ElementsAre("second"));
+    EXPECT_THAT(controller->view()->subviews(), ElementsAre(controller->imageView()));
 }
 
 TEST_F(RVScreenshotControllerTest, theFieldsAreReadThroughTheirProperties)

@@ -4,6 +4,8 @@
 #include <Extensions/NSProgressIndicator+RVCore.h>
 #include <Foundation/Message.h>
 #include <Foundation/NSCoder.h>
+#include <Foundation/NSException.h>
+#include <Platform/Foundation/Raised.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -51,6 +53,7 @@ public:
     std::vector<std::shared_ptr<NSAnimation>> animations;
     std::vector<double> asked;
     bool lets = true; // animations start
+    bool raises = false;
 
 private:
     std::mutex m_mutex;
@@ -66,6 +69,8 @@ Class& RecordingIndicator::staticClass()
             publish.method("animationShouldStart:",
                            [](RecordingIndicator& self, const std::shared_ptr<NSAnimation>& animation) {
                                self.animations.push_back(animation);
+                               if (self.raises)
+                                   raiseInvalidArgument("animationShouldStart:", "not now");
                                return self.lets;
                            });
             publish.method("setDoubleValueAnimatedWithValue:", [](RecordingIndicator& self, double value) {
@@ -110,6 +115,16 @@ TEST_F(SetDoubleValueAnimated, AnAnimationThatWasNotLetStartIsNotWaitedFor)
     setDoubleValueAnimated(*bar, 0.8);
     clock.advance(0.2);
     EXPECT_EQ(bar->doubleValue(), 0.8);
+}
+
+TEST_F(SetDoubleValueAnimated, AnAnimationWhoseStartRaisedIsNotWaitedFor)
+{
+    bar->raises = true;
+    EXPECT_THAT(raised([&] { setDoubleValueAnimated(*bar, 0.5); }), testing::HasSubstr("not now"));
+    bar->raises = false;
+    setDoubleValueAnimated(*bar, 0.7);
+    clock.advance(1);
+    EXPECT_EQ(bar->doubleValue(), 0.7);
 }
 
 TEST_F(SetDoubleValueAnimated, TheAnimationIsOneOfTheFrameworksWithAThreadOfItsOwn)

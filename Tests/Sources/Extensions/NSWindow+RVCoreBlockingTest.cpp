@@ -1,6 +1,7 @@
 #include <AppKit/NSAccessibility.h>
 #include <Platform/AppKit/InputTesting.h>
 #include <Platform/AppKit/WindowTesting.h>
+#include <Platform/Foundation/Raised.h>
 #include <Sources/Views/BlockingTesting.h>
 
 #include <gmock/gmock.h>
@@ -9,6 +10,7 @@ namespace RVCore {
 namespace {
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
@@ -35,7 +37,7 @@ Class& Target::staticClass()
     return theClass;
 }
 
-// Writes down what it is told.
+// Writes down what it is told, and may have something done when it validates itself.
 class LoggingItem : public NSToolbarItem {
 public:
     void setTarget(const ObjectRef& target) override
@@ -52,8 +54,11 @@ public:
     {
         log.emplace_back("validate");
         NSToolbarItem::validate();
+        if (onValidate)
+            std::exchange(onValidate, nullptr)();
     }
     std::vector<std::string> log;
+    std::function<void()> onValidate; // once
 };
 
 class WindowBlocking : public WindowTest {
@@ -206,27 +211,37 @@ TEST_F(WindowBlocking, anItemThatHasGoneMeanwhileIsForgotten)
     EXPECT_EQ(item.use_count(), 1);
 }
 
-TEST_F(WindowBlocking, anItemWhoseTargetHasDiedStaysDisabled)
+TEST_F(WindowBlocking, theTargetsAreHeldUntilTheFadeOutIsOver)
 {
     const auto item = addItem(target, "save");
+    const std::weak_ptr<NSObject> saved = target;
     showBlockingView(*window);
     target.reset();
     hideBlockingView(*window);
-    EXPECT_FALSE(item->isEnabled());
-    EXPECT_FALSE(item->sendAction());
+    EXPECT_EQ(item->target(), saved.lock());
+    EXPECT_TRUE(item->isEnabled());
+    clock.advance(0.5);
+    EXPECT_TRUE(saved.expired());
 }
 
-TEST_F(WindowBlocking, anItemThatWasGivenAnotherTargetMeanwhileKeepsItAndGetsItsAction)
+TEST_F(WindowBlocking, anItemThatRaisesWhenItIsDisabledGetsBackWhatItHad)
 {
     const auto item = addItem(target, "save");
-    showBlockingView(*window);
-    target.reset();
-    const auto next = make<Target>();
-    item->setTarget(next);
+    item->onValidate = [] { raiseInvalidArgument("validate", "not now"); };
+    EXPECT_THAT(raised([&] { showBlockingView(*window); }), HasSubstr("not now"));
+    EXPECT_FALSE(item->action());
     hideBlockingView(*window);
-    EXPECT_EQ(item->target(), next);
+    EXPECT_EQ(item->target(), ObjectRef(target));
     EXPECT_EQ(item->action(), Selector("save"));
-    EXPECT_TRUE(item->isEnabled());
+}
+
+TEST_F(WindowBlocking, anItemThatHidesTheOverlayWhenItIsDisabledGetsBackWhatItHad)
+{
+    const auto item = addItem(target, "save");
+    item->onValidate = [&] { hideBlockingView(*window); };
+    showBlockingView(*window);
+    EXPECT_EQ(item->target(), ObjectRef(target));
+    EXPECT_EQ(item->action(), Selector("save"));
 }
 
 TEST_F(WindowBlocking, anItemWithAClosureGetsItBack)

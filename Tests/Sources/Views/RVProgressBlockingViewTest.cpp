@@ -415,6 +415,35 @@ TEST_F(RVProgressBlockingViewTest, theViewsFadesFadeItThisWayInThreeTenths)
     EXPECT_EQ(shownAlpha(*overlay), 0);
 }
 
+TEST_F(RVProgressBlockingViewTest, theViewsFadesCallAnOverrideOfASubclass)
+{
+    class Own : public RVProgressBlockingView {
+    public:
+        using RVProgressBlockingView::init;
+        void animateAlpha(CGFloat alpha, CGFloat duration, const std::function<void()>&) override
+        {
+            fades.emplace_back(alpha, duration);
+        }
+        std::vector<std::pair<CGFloat, CGFloat>> fades;
+    };
+    const auto overlay = make<Own>(BlockingViewContent());
+    showAnimated(*overlay);
+    hideAnimated(*overlay);
+    EXPECT_THAT(overlay->fades, ElementsAre(std::pair(1.0, 0.3), std::pair(0.0, 0.3)));
+}
+
+TEST_F(RVProgressBlockingViewTest, aFilterOfTheNameThatHasNoSuchInputStaysAsItIs)
+{
+    const auto overlay = overlayOf();
+    const auto other = makeFilter("CIColorControls");
+    other->setName("blur");
+    overlay->setBackgroundFilters({other});
+    overlay->animateAlpha(1, 0.1, note("shown"));
+    clock.advance(1);
+    EXPECT_THAT(log, ElementsAre("shown"));
+    EXPECT_TRUE(other->isNeutral());
+}
+
 TEST_F(RVProgressBlockingViewTest, withoutACompletionNothingIsCalled)
 {
     overlayOf({.showProgress = false})->animateAlpha(1, 0.1);

@@ -1,0 +1,23 @@
+#include <ConstraintLibrary/ConstraintLibrary.h>
+#include <Extensions/BlockingOverlay.h>
+
+#include <QuartzCore/LayerMotion.h>
+
+namespace RVCore {
+
+std::shared_ptr<RVProgressBlockingView> putOverlayOver(NSView& covered, const BlockingViewContent& content)
+{
+    const LayerMotion::Scope none(nullptr); // in a group that moves all that is set, the content would fade out first
+    const auto overlay = make<RVProgressBlockingView>(content);
+    covered.addSubview(overlay);
+    autoPinEdgesToSuperviewEdges(*overlay);
+    return overlay;
+}
+
+void updateTexts(RVProgressBlockingView& overlay, const BlockingViewContent& content)
+{
+    overlay.setMessage(content.message);
+    overlay.setTitle(content.title);
+}
+
+} // namespace RVCore
