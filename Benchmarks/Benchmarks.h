@@ -25,6 +25,14 @@ inline void report(const std::string& name, double value)
     std::fflush(stdout);
 }
 
+// The value below which this part of them lies, from 0 to 1; 0.5 is the median.
+inline double percentile(std::vector<double> values, double part)
+{
+    const auto place = values.begin() + static_cast<std::ptrdiff_t>(part * static_cast<double>(values.size() - 1));
+    std::nth_element(values.begin(), place, values.end());
+    return *place;
+}
+
 // Keeps the compiler from leaving out work whose result nobody looks at.
 template <class T> void keep(const T& value)
 {
@@ -51,9 +59,7 @@ template <class Prepare, class Work> double nanoseconds(int rounds, Prepare&& pr
         work();
         taken.push_back(std::chrono::duration<double, std::nano>(Clock::now() - start).count());
     }
-    const auto middle = taken.begin() + static_cast<std::ptrdiff_t>(taken.size() / 2);
-    std::nth_element(taken.begin(), middle, taken.end());
-    return *middle;
+    return percentile(taken, 0.5);
 }
 
 template <class Work> double nanoseconds(int rounds, Work&& work)

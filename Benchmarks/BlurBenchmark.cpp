@@ -64,13 +64,7 @@ class Samples {
 public:
     template <class Work> void add(Work&& work) { m_taken.push_back(processorMilliseconds(work)); }
 
-    double median() const
-    {
-        auto taken = m_taken;
-        const auto middle = taken.begin() + static_cast<std::ptrdiff_t>(taken.size() / 2);
-        std::nth_element(taken.begin(), middle, taken.end());
-        return *middle;
-    }
+    double median() const { return percentile(m_taken, 0.5); }
 
 private:
     std::vector<double> m_taken; // milliseconds

@@ -42,6 +42,11 @@ public:
 
     std::string name() const override { return "qgraphicsblur"; }
 
+    void setSigma(double sigma) override
+    {
+        static const double radiusPerSigma = qGraphicsBlurRadius(8) / 8;
+        m_effect->setBlurRadius(radiusPerSigma * sigma);
+    }
     void blur() override { render(); }
     void doWithoutBlur() override
     {
@@ -85,6 +90,7 @@ public:
     }
 
     std::string name() const override { return "opencv"; }
+    void setSigma(double sigma) override { m_sigma = sigma; }
     void blur() override { cv::GaussianBlur(m_picture, m_blurred, {}, m_sigma, m_sigma, cv::BORDER_REPLICATE); }
 
     Bitmap blurred() override

@@ -12,6 +12,8 @@ class BlurPeer {
 public:
     virtual ~BlurPeer() = default;
     virtual std::string name() const = 0;
+    // From now on it blurs with this standard deviation, in pixels.
+    virtual void setSigma(double sigma) = 0;
     // Blurs the picture once more.
     virtual void blur() = 0;
     // Does what `blur` has to do besides.

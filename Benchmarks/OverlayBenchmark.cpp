@@ -1,9 +1,21 @@
 #include "Benchmarks.h"
 #include "BlurPeers.h"
 
+#include <AppKit/MainQueueDriver.h>
+#include <AppKit/MovingViews.h>
 #include <AppKit/WindowPainter.h>
+#include <Backend/Backend.h>
 #include <Dispatch/ManualDispatchClock.h>
+#include <Foundation/Stop.h>
+#include <Platform/CoreImage/Pictures.h>
+#include <Platform/LayoutEngine/AllocationCounter.h>
 #include <RVCore.h>
+
+#include <QApplication>
+#include <QtBackend/QtBackend.h>
+#include <QuartzCore/LayerPresentation.h>
+
+#include <set>
 
 namespace RVCore {
 
@@ -11,7 +23,7 @@ namespace {
 
 constexpr CGSize area{1280, 800};
 constexpr double frameInterval = 1.0 / 60; // seconds
-constexpr int repaintsPerSecond = 30;      // of the spinner
+constexpr double fadeDuration = 0.3;       // of an overlay, in seconds
 
 // A window full of things to read: twenty lines of ten labels, every other one on a coloured ground.
 std::shared_ptr<NSWindow> makeFullWindow()
@@ -35,11 +47,11 @@ class FrameTimer {
 public:
     explicit FrameTimer(NSWindow& window) : m_window(window) { paint(); }
 
-    // Moves the clock on by the seconds; how many milliseconds the frame then takes.
-    double frameAfter(ManualDispatchClock& clock, double seconds)
+    // Moves the clock on by the seconds and makes the frame that is due then.
+    void makeFrame(ManualDispatchClock& clock, double seconds)
     {
         clock.advance(seconds);
-        return processorMilliseconds([&] { paint(); });
+        paint();
     }
     const Bitmap& pixels() const { return m_painter.pixels(); }
 
@@ -47,6 +59,7 @@ private:
     void paint()
     {
         m_window.layoutIfNeeded();
+        MovingViews::prepareFrame(m_window);
         keep(m_painter.paint(m_window, 1));
     }
 
@@ -54,66 +67,102 @@ private:
     WindowPainter m_painter;
 };
 
-double percentile(std::vector<double> values, double part)
+// What is measured has to be a picture: text and spokes come out as many colours.
+void requirePicture(const Bitmap& pixels)
 {
-    std::ranges::sort(values);
-    return values[static_cast<std::size_t>(part * static_cast<double>(values.size() - 1))];
+    std::set<std::uint32_t> colors;
+    for (int y = 0; y < pixels.height(); ++y)
+        colors.insert(pixels.row(y).begin(), pixels.row(y).end());
+    if (colors.size() < 500)
+        fatalError("the overlay benchmark's window is not painted");
 }
 
-Bitmap copyOf(const Bitmap& bitmap)
+double shownRadius(const RVProgressBlockingView& overlay)
 {
-    Bitmap copy(bitmap.width(), bitmap.height());
-    for (int y = 0; y < bitmap.height(); ++y)
-        std::ranges::copy(bitmap.row(y), copy.row(y).begin());
-    return copy;
+    const CIFilter& blur = *overlay.backgroundFilters().at(1);
+    return LayerPresentation(*overlay.layer()).filterInput(blur, "inputRadius").value_or(blur.inputs()[0]);
 }
 
+// Each frame beside the peer's blur, with the same radius, of what the window showed without the overlay.
 void measureFade(NSWindow& window, ManualDispatchClock& clock)
 {
     FrameTimer timer(window);
-    const auto peer = makeQGraphicsBlurPeer(copyOf(timer.pixels()), 8);
+    const auto peer = makeQGraphicsBlurPeer(copied(timer.pixels()), 8);
     std::vector<double> frames;
-    std::vector<double> peerFrames;
+    std::vector<double> blurs;
+    std::size_t allocations = 0;
+    std::size_t laterFrames = 0;
     for (int round = 0; round < 10; ++round) {
         showBlockingView(window, {.title = "Reading", .message = "usr/share/doc"});
         clock.advance(0); // the fade begins on the main queue
-        // The first frame paints what is new; the last one before the end has all but the final radius.
-        for (double time = frameInterval; time < 0.3; time += frameInterval)
-            frames.push_back(timer.frameAfter(clock, frameInterval));
-        peerFrames.push_back(processorMilliseconds([&] { peer->blur(); }));
+        for (int frame = 0; (frame + 1) * frameInterval < fadeDuration; ++frame) {
+            const std::size_t before = allocationCount();
+            frames.push_back(processorMilliseconds([&] { timer.makeFrame(clock, frameInterval); }));
+            if (frame > 0) {
+                allocations += allocationCount() - before;
+                ++laterFrames;
+            }
+            if (round > 2)
+                continue; // the peer is slow
+            peer->setSigma(shownRadius(*progressBlockingView(window)));
+            const double rest = processorMilliseconds([&] { peer->doWithoutBlur(); });
+            blurs.push_back(processorMilliseconds([&] { peer->blur(); }) - rest);
+        }
+        requirePicture(timer.pixels());
         clock.advance(1);
         hideBlockingView(window);
         clock.advance(1);
     }
     report("overlay.frame_ms", percentile(frames, 0.5));
     report("overlay.frame_ms.p99", percentile(frames, 0.99));
-    report("overlay.frame_ms.vs_qgraphicsblur", percentile(frames, 0.5) / percentile(peerFrames, 0.5));
+    report("overlay.frame_ms.vs_qgraphicsblur", percentile(frames, 0.5) / percentile(blurs, 0.5));
+    report("overlay.allocations_per_frame", static_cast<double>(allocations) / static_cast<double>(laterFrames));
 }
 
-// The share of one core that painting takes while only the spinner turns.
-void measureStillFrame(NSWindow& window, ManualDispatchClock& clock)
+// A view with something in it fades; each frame after the first is only blended.
+void measurePlainFade(NSWindow& window, ManualDispatchClock& clock)
 {
-    showBlockingView(window, {.title = "Reading"});
-    clock.advance(1);
     FrameTimer timer(window);
-    constexpr int seconds = 4;
-    double taken = 0; // milliseconds
-    for (int frame = 0; frame < seconds * repaintsPerSecond; ++frame)
-        taken += timer.frameAfter(clock, 1.0 / repaintsPerSecond);
-    report("overlay.still_frame.cpu", taken / 1000 / seconds);
-    hideBlockingView(window);
-    clock.advance(1);
+    const auto panel = make<NSView>(CGRect(300, 200, 400, 300));
+    setBackgroundColor(*panel, makeColor(0.9, 0.9, 0.2, 1));
+    panel->addSubview(makeLabel("A panel"));
+    window.contentView()->addSubview(panel);
+    timer.makeFrame(clock, 0);
+    hideAnimated(*panel);
+    timer.makeFrame(clock, frameInterval);
+    const std::size_t before = allocationCount();
+    int frames = 0;
+    for (double time = 2 * frameInterval; time < fadeDuration; time += frameInterval, ++frames)
+        timer.makeFrame(clock, frameInterval);
+    report("fade.allocations_per_frame", static_cast<double>(allocationCount() - before) / frames);
+    panel->removeFromSuperview();
+}
+
+// The share of one core that the program takes while the desktop, off screen here, goes on by itself.
+double processorShare(double seconds)
+{
+    DispatchQueue::main().asyncAfter(DispatchTime::now() + seconds, [] { Backend::shared().stop(); });
+    return processorMilliseconds([] { Backend::shared().run(); }) / 1000 / seconds;
 }
 
 } // namespace
 
 void benchmarkOverlay()
 {
-    ManualDispatchClock clock;
+    Backend::install(nullptr); // the next to ask gets the one that paints
+    connectMainQueue();
     const auto window = makeFullWindow();
+    {
+        ManualDispatchClock clock;
+        measureFade(*window, clock);
+        measurePlainFade(*window, clock);
+    }
     window->orderFront();
-    measureFade(*window, clock);
-    measureStillFrame(*window, clock);
+    processorShare(1); // until all is painted
+    report("overlay.idle_window.cpu", processorShare(3));
+    showBlockingView(*window, {.title = "Reading"});
+    processorShare(1); // until the fade is over
+    report("overlay.still_frame.cpu", processorShare(5));
     window->close();
 }
 

@@ -1,5 +1,7 @@
 #include "Benchmarks.h"
 
+#include <HeadlessBackend/HeadlessBackend.h>
+
 #include <QApplication>
 
 #include <cstring>
@@ -16,6 +18,7 @@ int main(int argc, char** argv)
     mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
     mallopt(M_MMAP_THRESHOLD, std::numeric_limits<int>::max());
     const QApplication application(argc, argv);
+    RVCore::Backend::install(std::make_unique<RVCore::HeadlessBackend>()); // layout costs the same without a desktop
     const auto isWanted = [&](const char* part) { return argc < 2 || std::strcmp(argv[1], part) == 0; };
     if (isWanted("messaging"))
         RVCore::benchmarkMessaging();

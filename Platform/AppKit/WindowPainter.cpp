@@ -1,6 +1,8 @@
 #include <AppKit/NSApplication.h>
+#include <AppKit/NSToolbar.h>
 #include <AppKit/NSView.h>
 #include <AppKit/NSWindow.h>
+#include <AppKit/ToolbarView.h>
 #include <AppKit/WindowPainter.h>
 #include <Backend/Backend.h>
 
@@ -50,8 +52,12 @@ void WindowPainter::compose(NSWindow& window, ViewComposer& composer, Compositio
             Backend::shared().controlLook().windowColor(appearance);
     }
     const DispatchTime now = DispatchTime::now();
-    for (const auto& root : window.rootViews({}))
-        composer.add(*root, CGAffineTransform::translation(0, area.height - root->frame().maxY()), now, into);
+    const auto addRoot = [&](NSView& root) {
+        composer.add(root, CGAffineTransform::translation(0, area.height - root.frame().maxY()), now, into);
+    };
+    addRoot(*window.contentView());
+    if (const auto& toolbar = window.toolbar())
+        addRoot(*toolbar->view({}));
 }
 
 } // namespace RVCore
