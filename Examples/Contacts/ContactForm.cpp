@@ -9,6 +9,7 @@ using namespace RVCore;
 
 namespace {
 
+constexpr CGFloat margin = 16; // a part of the form, so that what covers it does not end at its fields
 constexpr CGFloat rowSpacing = 10;
 constexpr CGFloat columnSpacing = 8;
 constexpr CGFloat helpWidth = 240;
@@ -61,7 +62,8 @@ void ContactForm::init()
                                                .alignment = RVGroupView::Edge::fillParent(),
                                                .resizePolicy = RVGroupView::ResizePolicy::trailingEdge});
     addSubview(group);
-    autoPinEdgesToSuperviewEdges(*group);
+    for (const LayoutEdge edge : {LayoutEdge::top, LayoutEdge::left, LayoutEdge::bottom, LayoutEdge::right})
+        autoPinEdgeToSuperviewEdge(*group, edge, margin);
     // One column: every label ends where the first one does, and that is as wide as the widest.
     for (const Labelled& row : rows)
         if (row.label != rows.front().label)

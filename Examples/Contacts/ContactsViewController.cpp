@@ -10,7 +10,7 @@ using namespace RVCore;
 namespace {
 
 constexpr CGFloat margin = 16;
-constexpr CGFloat smallestFormWidth = 340;
+constexpr CGFloat smallestFormWidth = 372;
 constexpr CGFloat spacing = 8;
 
 std::shared_ptr<NSView> makeLine(LayoutDimension thickness)
@@ -76,15 +76,15 @@ void ContactsViewController::loadView()
         root->addSubview(part);
     autoPinEdgeToSuperviewEdge(*m_list, LayoutEdge::left, margin);
     autoPinEdge(*upright, LayoutEdge::left, LayoutEdge::right, *m_list, margin);
-    autoPinEdge(*m_form, LayoutEdge::left, LayoutEdge::right, *upright, margin);
-    autoPinEdgeToSuperviewEdge(*m_form, LayoutEdge::right, margin);
+    autoPinEdge(*m_form, LayoutEdge::left, LayoutEdge::right, *upright);
+    autoPinEdgeToSuperviewEdge(*m_form, LayoutEdge::right);
     autoSetDimension(*m_form, LayoutDimension::width, smallestFormWidth, NSLayoutRelation::greaterThanOrEqual);
     autoPinEdgeToSuperviewEdge(*upright, LayoutEdge::top);
     autoPinEdge(*upright, LayoutEdge::bottom, LayoutEdge::top, *level);
     autoPinEdgeToSuperviewEdge(*m_list, LayoutEdge::top, margin);
-    autoPinEdgeToSuperviewEdge(*m_form, LayoutEdge::top, margin);
+    autoPinEdgeToSuperviewEdge(*m_form, LayoutEdge::top);
     autoPinEdge(*m_list, LayoutEdge::bottom, LayoutEdge::top, *level, -margin);
-    autoPinEdge(*m_form, LayoutEdge::bottom, LayoutEdge::top, *level, -margin);
+    autoPinEdge(*m_form, LayoutEdge::bottom, LayoutEdge::top, *level);
     for (const LayoutEdge edge : {LayoutEdge::left, LayoutEdge::right}) {
         autoPinEdgeToSuperviewEdge(*level, edge);
         autoPinEdgeToSuperviewEdge(*m_footer, edge, margin);
