@@ -31,7 +31,7 @@ public:
     void addContact();
     void removeContact();
     // Writes the file; the status says how that went. A large list is written on a thread, and the form is covered
-    // meanwhile. Asked for again by then, it writes once more when it is done, if there is anything new.
+    // meanwhile. Asked for again before that is over, it writes once more afterwards, if there is anything new.
     void save();
     bool isSaving() const { return m_isSaving; }
     // Asks the window to close when the saving that goes on has succeeded.
