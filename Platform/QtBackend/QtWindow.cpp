@@ -11,6 +11,7 @@
 #include <QtBackend/QtBitmap.h>
 #include <QtBackend/QtCanvas.h>
 #include <QtBackend/QtConversions.h>
+#include <QtBackend/QtFrameLog.h>
 #include <QtBackend/QtInput.h>
 #include <QtBackend/QtTextEditor.h>
 #include <QtBackend/QtWindow.h>
@@ -310,13 +311,19 @@ void QtWindowSurface::paintFrame()
 {
     if (!m_needsFrame || !isExposed() || !m_store || m_callDepth > 0)
         return;
+    QtFrameLog* const log = QtFrameLog::shared();
+    const double begin = log ? QtFrameLog::now() : 0;
     call([](WindowClient& client) { client.prepareFrame(); });
     // What preparing asked for is in this frame; what painting asks for is the next one.
     m_needsFrame = false;
     m_frameTimer.stop();
     m_sinceFrame.start();
-    if (m_client && isExposed())
-        paintContent();
+    if (!m_client || !isExposed())
+        return;
+    const std::string title = log ? this->title().toStdString() : std::string();
+    paintContent();
+    if (log)
+        log->add(begin, QtFrameLog::now(), title);
 }
 
 void QtWindowSurface::paintContent()
