@@ -9,6 +9,9 @@ using namespace RVCore;
 namespace {
 
 constexpr CGFloat columnSpacing = 16;
+constexpr CGFloat cornerRadius = 6;
+constexpr CGFloat focusWidth = 2;
+constexpr double chosenOpacity = 0.25;
 const EdgeInsets rowPadding{.top = 6, .left = 12, .bottom = 6, .right = 12};
 
 std::shared_ptr<NSTextField> makeCellText(NSTextAlignment alignment, const std::shared_ptr<NSFont>& font)
@@ -80,6 +83,83 @@ void EntryRow::emphasise()
     for (const auto& text : {m_name, m_size})
         text->setFont(boldSystemFontOfSize(13));
     m_bar->setHidden(true);
+}
+
+void EntryRow::addStripe()
+{
+    m_isStriped = true;
+    updateLook();
+}
+
+void EntryRow::makeChoosable(Actions actions)
+{
+    m_actions = std::move(actions);
+    setAccessibilityLabel(m_name->stringValue());
+}
+
+void EntryRow::setChosen(bool chosen)
+{
+    if (m_isChosen == chosen)
+        return;
+    m_isChosen = chosen;
+    updateLook();
+}
+
+void EntryRow::updateLook()
+{
+    const bool hasKeys = window() && window()->firstResponder() == this;
+    setBackgroundColor(*this, m_isChosen ? accentColor(chosenOpacity) : m_isStriped ? stripeColor() : clearColor());
+    layer()->setCornerRadius(cornerRadius);
+    layer()->setBorderColor(accentColor()->cgColor());
+    layer()->setBorderWidth(hasKeys ? focusWidth : 0);
+}
+
+NSView* EntryRow::hitTest(CGPoint point)
+{
+    NSView* hit = RVGroupView::hitTest(point);
+    return hit && isChoosable() ? this : hit;
+}
+
+// The first click has given it the keys.
+void EntryRow::mouseDown(NSEvent& event)
+{
+    if (isChoosable() && event.clickCount() == 2)
+        std::function(m_actions.open)(); // a copy: the list may be replaced
+    else if (!isChoosable())
+        RVGroupView::mouseDown(event);
+}
+
+bool EntryRow::becomeFirstResponder()
+{
+    m_actions.choose();
+    updateLook();
+    return RVGroupView::becomeFirstResponder();
+}
+
+bool EntryRow::resignFirstResponder()
+{
+    updateLook();
+    return RVGroupView::resignFirstResponder();
+}
+
+AccessibleRole EntryRow::accessibilityRole() const
+{
+    return isChoosable() ? AccessibleRole::button : RVGroupView::accessibilityRole();
+}
+
+AccessibleState EntryRow::accessibilityState() const
+{
+    AccessibleState state = RVGroupView::accessibilityState();
+    state.isPressable = isChoosable();
+    return state;
+}
+
+bool EntryRow::accessibilityPerformPress()
+{
+    if (!isChoosable())
+        return false;
+    std::function(m_actions.open)();
+    return true;
 }
 
 void EntryRow::alignWith(const std::array<std::shared_ptr<NSView>, columnCount>& headings)

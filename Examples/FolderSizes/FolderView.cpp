@@ -45,6 +45,8 @@ std::string contentsText(const FolderListing& listing)
                        countText(listing.entries.size() - folders, "other entry", "other entries");
     if (listing.unreadableCount > 0)
         text += " — " + std::to_string(listing.unreadableCount) + " could not be read";
+    if (listing.isStopped)
+        text += " — reading was stopped";
     return text;
 }
 
@@ -70,7 +72,9 @@ void FolderView::init(const FolderListing& listing, std::size_t rowLimit)
 {
     RVBaseView::init();
     setTranslatesAutoresizingMaskIntoConstraints(false);
-    makeRows(listing.entries.size(), rowLimit);
+    m_entries.assign(listing.entries.begin(), listing.entries.begin() + static_cast<std::ptrdiff_t>(std::min(
+                                                                            rowLimit, listing.entries.size())));
+    makeRows(listing.entries.size());
 
     RVGroupView::Views members{makeTitle(listing), makeHeadings(), makeLine()};
     members.insert(members.end(), m_rows.begin(), m_rows.end());
@@ -146,16 +150,13 @@ std::shared_ptr<RVGroupView> FolderView::makeHeadings()
     return group;
 }
 
-void FolderView::makeRows(std::size_t entryCount, std::size_t rowLimit)
+void FolderView::makeRows(std::size_t entryCount)
 {
-    m_entryRowCount = std::min(rowLimit, entryCount);
-    const std::size_t rowCount = m_entryRowCount + (m_entryRowCount < entryCount ? 1 : 0);
+    const std::size_t rowCount = m_entries.size() + (m_entries.size() < entryCount ? 1 : 0);
     for (std::size_t i = 0; i < rowCount; ++i) {
         auto row = make<EntryRow>();
-        if (i % 2 == 0) {
-            setBackgroundColor(*row, stripeColor());
-            row->layer()->setCornerRadius(6);
-        }
+        if (i % 2 == 0)
+            row->addStripe();
         m_rows.push_back(row);
     }
     m_total = make<EntryRow>();
@@ -165,13 +166,13 @@ void FolderView::makeRows(std::size_t entryCount, std::size_t rowLimit)
 void FolderView::show(const FolderListing& listing)
 {
     std::uint64_t rest = listing.totalSize;
-    for (std::size_t i = 0; i < m_entryRowCount; ++i) {
-        m_rows[i]->show(listing.entries[i], listing.totalSize);
-        rest -= listing.entries[i].size;
+    for (std::size_t i = 0; i < m_entries.size(); ++i) {
+        m_rows[i]->show(m_entries[i], listing.totalSize);
+        rest -= m_entries[i].size;
     }
-    if (m_entryRowCount < m_rows.size())
+    if (m_entries.size() < m_rows.size())
         m_rows.back()->showSummary(
-            countText(listing.entries.size() - m_entryRowCount, "smaller entry", "smaller entries"), "", rest,
+            countText(listing.entries.size() - m_entries.size(), "smaller entry", "smaller entries"), "", rest,
             listing.totalSize);
     m_total->showSummary("Total", countText(listing.entries.size(), "entry", "entries"), listing.totalSize,
                          listing.totalSize);
@@ -180,6 +181,79 @@ void FolderView::show(const FolderListing& listing)
 void FolderView::setRowVisible(std::size_t row, bool visible)
 {
     m_list->setVisibility(m_rows.at(row), visible);
+}
+
+void FolderView::makeChoosable(Actions actions)
+{
+    m_actions = std::move(actions);
+    for (std::size_t i = 0; i < m_entries.size(); ++i)
+        m_rows[i]->makeChoosable({.choose =
+                                      [this, i] {
+                                          setChosenRow(i);
+                                          m_actions.choose(*m_rows[i]);
+                                      },
+                                  .open = [this, i] { open(i); }});
+    if (!m_entries.empty())
+        setChosenRow(0);
+}
+
+void FolderView::setChosenRow(std::size_t row)
+{
+    for (const auto& other : {m_rows[m_chosenRow], m_rows[row]}) {
+        other->setChosen(other == m_rows[row]);
+        other->setTabStop(other == m_rows[row]);
+    }
+    m_chosenRow = row;
+}
+
+std::string FolderView::chosenName() const
+{
+    return m_entries.empty() ? std::string() : m_entries[m_chosenRow].name;
+}
+
+void FolderView::choose(const std::string& name)
+{
+    const auto entry = std::ranges::find(m_entries, name, &Entry::name);
+    if (entry != m_entries.end())
+        setChosenRow(static_cast<std::size_t>(entry - m_entries.begin()));
+}
+
+void FolderView::takeKeys()
+{
+    if (!m_entries.empty())
+        chooseAndTakeKeys(m_chosenRow);
+}
+
+void FolderView::chooseAndTakeKeys(std::size_t row)
+{
+    if (NSWindow* host = window())
+        host->makeFirstResponder(m_rows[row].get());
+}
+
+void FolderView::open(std::size_t row)
+{
+    const Entry entry = m_entries[row]; // a copy, as that of the closure: the list may be replaced
+    if (entry.kind == EntryKind::folder)
+        std::function(m_actions.open)(entry.name);
+}
+
+void FolderView::keyDown(NSEvent& event)
+{
+    const std::string& key = event.charactersIgnoringModifiers();
+    if (m_entries.empty() || isShortcut(event) || contains(event.modifierFlags(), NSEventModifierFlags::option))
+        RVBaseView::keyDown(event);
+    else if (key == NSKey::down)
+        chooseAndTakeKeys(std::min(m_chosenRow + 1, m_entries.size() - 1));
+    else if (key == NSKey::up)
+        chooseAndTakeKeys(m_chosenRow - std::min<std::size_t>(m_chosenRow, 1));
+    else if (key == NSKey::home)
+        chooseAndTakeKeys(0);
+    else if (key == NSKey::end)
+        chooseAndTakeKeys(m_entries.size() - 1);
+    else if ((key == NSKey::carriageReturn || key == NSKey::enter) && !event.isARepeat())
+        open(m_chosenRow);
+    else
+        RVBaseView::keyDown(event);
 }
 
 } // namespace FolderSizes

@@ -60,7 +60,7 @@ std::string usageText()
            "  --width POINTS        width of the content (default 760)\n"
            "  --scale N             pixels to a point in the picture (default 2)\n"
            "  --appearance LOOK     light or dark (default: as the desktop)\n"
-           "  --hide N              hide row N\n"
+           "  --hide N              hide row N in what is written\n"
            "  --hide-and-show N     hide row N, lay out, and show it again\n"
            "  --help                this text\n"
            "\n"

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdio>
 #include <string_view>
+#include <vector>
 
 namespace FolderSizes {
 
@@ -70,8 +71,10 @@ std::string countText(std::size_t count, const std::string& singular, const std:
 
 std::string kindText(const Entry& entry)
 {
+    if (!entry.isComplete && entry.kind == EntryKind::folder)
+        return entry.size > 0 ? "Folder, partly read" : "Folder, not read";
     if (!entry.isComplete)
-        return entry.kind == EntryKind::folder ? "Folder, partly read" : "Unreadable";
+        return "Unreadable";
     switch (entry.kind) {
     case EntryKind::folder:
         return "Folder";
@@ -96,6 +99,21 @@ std::string displayName(const std::string& name)
         rest.remove_prefix(length == 0 ? 1 : length);
     }
     return result;
+}
+
+std::string shortenedInMiddle(const std::string& text, std::size_t characterLimit)
+{
+    std::vector<std::size_t> starts; // of the characters, as bytes
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool continues = (static_cast<unsigned char>(text[i]) & 0xC0) == 0x80;
+        if (!continues)
+            starts.push_back(i);
+    }
+    if (starts.size() <= characterLimit)
+        return text;
+    const std::size_t kept = characterLimit - 1;
+    const std::size_t keptAtEnd = kept / 2;
+    return text.substr(0, starts[kept - keptAtEnd]) + "…" + text.substr(starts[starts.size() - keptAtEnd]);
 }
 
 } // namespace FolderSizes

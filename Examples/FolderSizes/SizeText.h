@@ -21,4 +21,7 @@ std::string kindText(const Entry& entry);
 // A file name as text to show: bytes that are not UTF-8 and control characters become the replacement character.
 std::string displayName(const std::string& name);
 
+// A text of at most this many characters, at least 3: an ellipsis stands for what is left out in the middle.
+std::string shortenedInMiddle(const std::string& text, std::size_t characterLimit);
+
 } // namespace FolderSizes

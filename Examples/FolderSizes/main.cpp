@@ -2,8 +2,8 @@
 #include <Common/CommandLine.h>
 #include <FolderSizes/FolderListing.h>
 #include <FolderSizes/FolderView.h>
+#include <FolderSizes/FolderWindowController.h>
 #include <FolderSizes/Options.h>
-#include <FolderSizes/SizeText.h>
 #include <RVCore.h>
 
 #include <chrono>
@@ -45,7 +45,7 @@ private:
 FolderListing readFolder(const std::string& path)
 {
     ProgressLine line;
-    return listFolder(path, [&](std::size_t fileCount) { line.update(fileCount); });
+    return listFolder(path, {.progress = [&](const FolderProgress& progress) { line.update(progress.fileCount); }});
 }
 
 void writeText(const std::string& path, const std::string& text)
@@ -88,13 +88,28 @@ void writeFiles(FolderView& view, const Options& options)
     }
 }
 
-void runWindow(const std::shared_ptr<FolderView>& view, const FolderListing& listing)
+bool writesFiles(const Options& options)
 {
-    auto window = make<NSWindow>(view->frame().size);
-    window->setTitle(displayName(listing.path.string()) + " – FolderSizes");
-    window->setContentView(view);
-    window->makeKeyAndOrderFront();
+    return !options.snapshot.empty() || !options.dump.empty() || !options.diagram.empty();
+}
+
+void runWindow(const Options& options)
+{
+    if (options.hiddenRow)
+        throw Examples::UsageError("a row is hidden in what --snapshot, --dump and --explain write, not in a window");
+    const auto controller = make<FolderWindowController>(
+        FolderWindowController::Settings{.folder = options.path, .rows = options.rows, .width = options.width});
+    controller->showWindow(nullptr);
     NSApplication::shared().run();
+}
+
+void writePictures(const Options& options)
+{
+    const auto view = make<FolderView>(readFolder(options.path), options.rows);
+    view->setFrameSize({options.width, 1}); // as high as its content
+    applyVisibility(*view, options);
+    view->layoutSubtreeIfNeeded();
+    writeFiles(*view, options);
 }
 
 int run(Options options)
@@ -104,23 +119,16 @@ int run(Options options)
         return Examples::fail(programName, Examples::statusUsage,
                               "\"" + options.path + "\" is not a folder" + (error ? ": " + error.message() : ""));
     NSApplication::shared().setAppearance(options.appearance);
-    const FolderListing listing = readFolder(options.path);
-    const auto view = make<FolderView>(listing, options.rows);
-    view->setFrameSize({options.width, 1}); // as high as its content
-    applyVisibility(*view, options);
-    view->layoutSubtreeIfNeeded();
-
-    const bool writesFiles = !options.snapshot.empty() || !options.dump.empty() || !options.diagram.empty();
-    if (!writesFiles && Backend::shared().hasDisplay()) {
-        runWindow(view, listing);
+    if (!writesFiles(options) && Backend::shared().hasDisplay()) {
+        runWindow(options);
         return 0;
     }
-    if (!writesFiles) {
+    if (!writesFiles(options)) {
         std::printf("There is no display to open a window on.\n");
         options.snapshot = "foldersizes.png";
         options.dump = "foldersizes.txt";
     }
-    writeFiles(*view, options);
+    writePictures(options);
     return 0;
 }
 

@@ -27,7 +27,7 @@ TEST(EntryRow, saysNothingOfTheSizeOfWhatCannotBeRead)
 {
     auto row = make<EntryRow>();
     row->show({.name = "closed", .kind = EntryKind::folder, .isComplete = false}, 10000);
-    EXPECT_EQ(texts(*row), (std::vector<std::string>{"closed", "Folder, partly read", "–", "(bar)", "–"}));
+    EXPECT_EQ(texts(*row), (std::vector<std::string>{"closed", "Folder, not read", "–", "(bar)", "–"}));
 }
 
 } // namespace

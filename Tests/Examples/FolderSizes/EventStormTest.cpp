@@ -1,4 +1,5 @@
-#include <FolderSizes/FolderView.h>
+#include "FolderSizesDesktop.h"
+
 #include <Platform/AppKit/EventStorm.h>
 
 namespace FolderSizes {
@@ -6,29 +7,42 @@ namespace {
 
 using namespace RVCore;
 
-class FolderSizesStorm : public testing::TestWithParam<unsigned> {};
+// Every folder holds the same, and is read as fast as a thread can.
+class FolderSizesStorm : public FolderSizesDesktop, public testing::WithParamInterface<unsigned> {
+protected:
+    FolderSizesStorm()
+    {
+        controller = make<FolderWindowController>(
+            FolderWindowController::Settings{.folder = "/home/sample",
+                                             .rows = 8,
+                                             .reader = [](const std::filesystem::path& folder, const FolderReading&) {
+                                                 return listingOf(folder, 10);
+                                             }});
+        controller->showWindow(nullptr);
+    }
+};
 
 TEST_P(FolderSizesStorm, leavesTheProgramInOrder)
 {
-    auto owned = std::make_unique<HeadlessBackend>();
-    HeadlessBackend& desktop = *owned;
-    Backend::install(std::move(owned));
-    FolderListing listing;
-    listing.path = "/home/sample";
-    for (int i = 0; i < 10; ++i)
-        listing.entries.push_back({.name = "entry " + std::to_string(i), .kind = EntryKind::file, .size = 10});
-    listing.totalSize = 100;
-    std::weak_ptr<NSWindow> last;
-    {
-        const auto window = make<NSWindow>(CGSize{760, 500});
-        last = window;
-        window->setContentView(make<FolderView>(listing, 100));
-        window->makeKeyAndOrderFront();
-        EventStorm(desktop, GetParam()).run(25'000);
-        window->close();
+    EventStorm storm(*desktop, GetParam());
+    std::size_t readings = 0;
+    for (int i = 0; i < 250; ++i) {
+        storm.run(100);
+        if (controller->scan()) {
+            ++readings;
+            controller->scan()->wait();
+        }
+        wait(0.1);
     }
+    EXPECT_GT(readings, 1U) << "the storm has opened nothing";
+    if (controller->scan())
+        awaitEnd();
+    wait(2);
+    const std::weak_ptr<NSWindow> last = controller->window();
+    window().close();
+    controller.reset();
+    clock.advance(3);
     EXPECT_TRUE(last.expired()) << "nothing holds the window when it is closed";
-    Backend::install(nullptr);
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, FolderSizesStorm, testing::Values(1U, 2U, 3U, 4U));

@@ -90,10 +90,65 @@ TEST(FolderListing, copesWithThousandsOfEntriesAndTellsItsProgress)
     const Examples::TemporaryFolder folder;
     for (int i = 0; i < 2500; ++i)
         folder.addFile("file" + std::to_string(i), 1);
-    std::vector<std::size_t> progress;
-    const FolderListing listing = listFolder(folder.path(), [&](std::size_t count) { progress.push_back(count); });
+    std::vector<std::size_t> counts;
+    const auto progress = [&](const FolderProgress& present) { counts.push_back(present.fileCount); };
+    const FolderListing listing = listFolder(folder.path(), {.progress = progress});
     EXPECT_EQ(listing.entries.size(), 2500U);
-    EXPECT_EQ(progress, (std::vector<std::size_t>{1000, 2000}));
+    EXPECT_EQ(counts, (std::vector<std::size_t>{0, 1000, 2000}));
+}
+
+TEST(FolderListing, tellsEveryDirectoryAndHowManyOfItsOwnEntriesAreFinished)
+{
+    const Examples::TemporaryFolder folder;
+    folder.addFile("file", 1);
+    folder.addFile("deep/er/file", 1);
+    std::vector<std::filesystem::path> directories;
+    FolderProgress last;
+    const auto progress = [&](const FolderProgress& present) {
+        directories.push_back(present.directory);
+        last = present;
+    };
+    listFolder(folder.path(), {.progress = progress});
+    const auto top = std::filesystem::canonical(folder.path());
+    EXPECT_EQ(directories, (std::vector<std::filesystem::path>{top, top / "deep", top / "deep/er"}));
+    EXPECT_EQ(last.entryCount, 2U);
+    EXPECT_LE(last.finishedCount, 1U) << "the folder is still being read";
+}
+
+TEST(FolderListing, stoppedHoldsWhatWasFound)
+{
+    const Examples::TemporaryFolder folder;
+    folder.addFile("file", 5);
+    folder.addFile("a/file", 10);
+    folder.addFile("b/file", 10);
+    std::stop_source source;
+    std::vector<std::string> begun;
+    const auto progress = [&](const FolderProgress& present) {
+        if (present.entryCount > 0)
+            begun.push_back(present.directory.filename().string());
+        if (begun.size() == 2)
+            source.request_stop();
+    };
+    const FolderListing listing = listFolder(folder.path(), {.progress = progress, .stop = source.get_token()});
+    EXPECT_TRUE(listing.isStopped);
+    ASSERT_EQ(begun.size(), 2U);
+    EXPECT_EQ(names(listing), (std::vector<std::string>{begun[0], "file", begun[1]}));
+    EXPECT_TRUE(listing.entries[0].isComplete);
+    EXPECT_TRUE(listing.entries[1].isComplete);
+    EXPECT_FALSE(listing.entries[2].isComplete);
+    EXPECT_EQ(listing.totalSize, 15U);
+    EXPECT_EQ(listing.unreadableCount, 0U);
+}
+
+TEST(FolderListing, stoppedBeforeItBeginsFindsNothing)
+{
+    const Examples::TemporaryFolder folder;
+    folder.addFile("file", 5);
+    std::stop_source source;
+    source.request_stop();
+    const FolderListing listing = listFolder(folder.path(), {.stop = source.get_token()});
+    EXPECT_TRUE(listing.isStopped);
+    EXPECT_TRUE(listing.entries.empty());
 }
 
 } // namespace

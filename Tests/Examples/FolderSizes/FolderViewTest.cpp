@@ -143,6 +143,45 @@ TEST(FolderView, closesTheGapOfAHiddenRowAndShowingItRestoresEveryFrame)
     EXPECT_EQ(allFrames(*view), before);
 }
 
+TEST(FolderView, saysThatReadingWasStopped)
+{
+    FolderListing listing = sampleListing();
+    listing.isStopped = true;
+    const auto view = laidOut(listing, 20);
+    const auto texts = views(*view, "NSTextField");
+    EXPECT_TRUE(std::ranges::any_of(texts, [](const NSView* text) {
+        return static_cast<const NSTextField*>(text)->stringValue() ==
+               "1 folder, 3 other entries — reading was stopped";
+    }));
+}
+
+TEST(FolderView, rowsOfAPictureAreNothingToChoose)
+{
+    const auto view = laidOut(sampleListing(), 20);
+    for (const auto& row : view->rows()) {
+        EXPECT_FALSE(row->isChosen());
+        EXPECT_FALSE(row->acceptsFirstResponder());
+        EXPECT_EQ(row->accessibilityRole(), AccessibleRole::none);
+        EXPECT_FALSE(row->accessibilityPerformPress());
+    }
+}
+
+TEST(FolderView, ofTheChoosableRowsOneIsChosen)
+{
+    const auto view = laidOut(sampleListing(), 3);
+    view->makeChoosable({.open = [](const std::string&) {}, .choose = [](NSView&) {}});
+    EXPECT_EQ(view->chosenName(), "photographs");
+    view->choose("notes");
+    view->choose("not there");
+    EXPECT_EQ(view->chosenName(), "notes");
+    std::vector<std::pair<bool, bool>> states; // choosable, chosen
+    for (const auto& row : view->rows())
+        states.emplace_back(row->acceptsFirstResponder(), row->isChosen());
+    EXPECT_EQ(states, (std::vector<std::pair<bool, bool>>{
+                          {true, false}, {true, false}, {true, true}, {false, false}})) // the smaller ones
+        << "the row of smaller entries is none";
+}
+
 TEST(FolderView, laysOutTwoHundredRows)
 {
     FolderListing listing;

@@ -1,33 +1,13 @@
+#include "DisplayTesting.h"
+
 #include <Examples/TemporaryFolder.h>
 
-#include <QElapsedTimer>
-#include <QGuiApplication>
-#include <QImage>
-#include <QPixmap>
-#include <QProcess>
-#include <QScreen>
-#include <QThread>
 #include <gtest/gtest.h>
-
-#include <functional>
-#include <optional>
-
-// The program in a window on an X server of its own, resized by a real pointer (see Tests/VirtualDisplay).
 
 namespace FolderSizes {
 namespace {
 
-constexpr int patience = 20000; // milliseconds until the test gives up waiting for the desktop
-constexpr int margin = 16;      // of the content, at scale 1
-const QRgb lineColor = qRgb(179, 181, 186);
-
-QString answerOf(const QString& program, const QStringList& arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    process.waitForFinished(patience);
-    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
-}
+constexpr int margin = 16; // of the content, at scale 1
 
 // The width of the window's content, as the X server knows it.
 int contentWidth(const QString& window)
@@ -37,35 +17,6 @@ int contentWidth(const QString& window)
             return line.section('=', 1).toInt();
     }
     return 0;
-}
-
-// How far the line below the headings reaches in what the window shows now: the first and last column of pixels.
-std::optional<std::pair<int, int>> lineExtent(const QString& window)
-{
-    const QImage picture = QGuiApplication::primaryScreen()->grabWindow(window.toULongLong()).toImage();
-    for (int y = 0; y < picture.height(); ++y) {
-        int first = 0;
-        while (first < picture.width() && picture.pixel(first, y) != lineColor)
-            ++first;
-        int last = first;
-        while (last + 1 < picture.width() && picture.pixel(last + 1, y) == lineColor)
-            ++last;
-        if (last - first > picture.width() / 2)
-            return std::pair(first, last);
-    }
-    return std::nullopt;
-}
-
-bool waitUntil(const std::function<bool()>& condition)
-{
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.elapsed() > patience)
-            return false;
-        QThread::msleep(20);
-    }
-    return true;
 }
 
 TEST(FolderSizesWindow, IsLaidOutWhileAUserDragsItsCorner)
@@ -81,9 +32,8 @@ TEST(FolderSizesWindow, IsLaidOutWhileAUserDragsItsCorner)
     QProcess program;
     program.setProcessChannelMode(QProcess::ForwardedChannels);
     program.start(FOLDER_SIZES, {QString::fromStdString(folder.path())});
+    const QString window = windowOf(QString::fromStdString(folder.path()));
     const QString title = QString::fromStdString(folder.path()) + " – FolderSizes";
-    const QString window =
-        answerOf("xdotool", {"search", "--sync", "--onlyvisible", "--name", "^" + title + "$"}).section('\n', 0, 0);
     ASSERT_FALSE(window.isEmpty());
 
     const auto isLaidOut = [&] { return lineExtent(window) == std::pair(margin, contentWidth(window) - margin - 1); };

@@ -47,7 +47,9 @@ TEST(SizeText, kindsSayWhatCouldNotBeRead)
     EXPECT_EQ(kindText({.name = {}, .kind = EntryKind::file}), "File");
     EXPECT_EQ(kindText({.name = {}, .kind = EntryKind::link}), "Link");
     EXPECT_EQ(kindText({.name = {}, .kind = EntryKind::special}), "Device");
-    EXPECT_EQ(kindText({.name = {}, .kind = EntryKind::folder, .isComplete = false}), "Folder, partly read");
+    EXPECT_EQ(kindText({.name = {}, .kind = EntryKind::folder, .isComplete = false}), "Folder, not read");
+    EXPECT_EQ(kindText({.name = {}, .kind = EntryKind::folder, .size = 1, .isComplete = false}),
+              "Folder, partly read");
     EXPECT_EQ(kindText({.name = {}, .kind = EntryKind::file, .isComplete = false}), "Unreadable");
 }
 
@@ -59,6 +61,15 @@ TEST(SizeText, namesThatAreNoTextAreMadeReadable)
     EXPECT_EQ(displayName("cut\xE6\x97"), "cut\uFFFD\uFFFD");
     EXPECT_EQ(displayName("\xED\xA0\x80"), "\uFFFD\uFFFD\uFFFD"); // a lone surrogate
     EXPECT_EQ(displayName(""), "");
+}
+
+TEST(SizeText, longTextsLoseTheirMiddle)
+{
+    EXPECT_EQ(shortenedInMiddle("", 5), "");
+    EXPECT_EQ(shortenedInMiddle("abcde", 5), "abcde");
+    EXPECT_EQ(shortenedInMiddle("abcdef", 5), "ab…ef");
+    EXPECT_EQ(shortenedInMiddle("abcdefg", 4), "ab…g");
+    EXPECT_EQ(shortenedInMiddle("日本日本日本", 3), "日…本");
 }
 
 } // namespace
