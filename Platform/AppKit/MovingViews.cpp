@@ -45,7 +45,8 @@ void MovingViews::prepareFrame(const NSWindow& window)
         if (index >= views.size() || views[index]->window() != &window)
             continue;
         const auto view = shared(*views[index]);
-        if (!view->layer()->prepareFrame(now))
+        const auto layer = view->layer(); // which the view may have lost by then
+        if (!layer->prepareFrame(now) && view->layer() == layer)
             remove(*view);
     }
 }

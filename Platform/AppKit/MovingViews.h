@@ -13,7 +13,7 @@ public:
     static void add(NSView& view);
     static void remove(const NSView& view);
 
-    // Tells of what has moved in the window since its last frame, and forgets what has come to its end.
+    // Before the window's frame: tells of what has come to its end, and forgets it.
     static void prepareFrame(const NSWindow& window);
     // Whether something that moves is seen in the window.
     static bool areSeenIn(const NSWindow& window);

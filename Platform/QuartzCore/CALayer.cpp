@@ -48,20 +48,6 @@ std::pair<AnimatableValue, AnimatableValue> ends(const std::optional<CGColor>& f
     return {orClear(from, to), orClear(to, from)};
 }
 
-// What is seen of a property now.
-template <class T> T shownValue(const CALayer& layer, LayerProperty property, const T& model)
-{
-    const DispatchTime now = DispatchTime::now();
-    const LayerAnimation* animation = layer.animationOf(property, now);
-    if (!animation)
-        return model;
-    const AnimatableValue value = animation->valueAt(now);
-    if constexpr (std::same_as<T, std::optional<CGColor>>)
-        return std::get<CGColor>(value);
-    else
-        return std::get<T>(value);
-}
-
 bool isMovement(LayerProperty property)
 {
     return property == LayerProperty::position || property == LayerProperty::bounds ||
@@ -73,12 +59,15 @@ std::optional<double> numberOf(const Value& value)
     return ValueConversion<double>::unwrap(value);
 }
 
-// The parts of "backgroundFilters.blur.inputRadius"; nothing for a key path of another kind.
-struct FilterInputPath {
-    std::string_view list;
+} // namespace
+
+// "backgroundFilters.blur.inputRadius" and its parts.
+struct CALayer::FilterInputPath {
+    std::string_view whole;
     std::string_view filter; // with its list
     std::string_view input;
 
+    // Nothing for a key path of another kind.
     static std::optional<FilterInputPath> of(std::string_view path)
     {
         const std::size_t first = path.find('.');
@@ -89,11 +78,9 @@ struct FilterInputPath {
         if (second == std::string_view::npos || (list != "filters" && list != "backgroundFilters") ||
             path.find('.', second + 1) != std::string_view::npos)
             return std::nullopt;
-        return FilterInputPath{list, path.substr(0, second), path.substr(second + 1)};
+        return FilterInputPath{path, path.substr(0, second), path.substr(second + 1)};
     }
 };
-
-} // namespace
 
 Class& CALayer::staticClass()
 {
@@ -163,33 +150,32 @@ template <class T> void CALayer::store(T& field, const T& value)
     changed();
 }
 
-// The same for what can move. An equal value moves what is still on its way there, as a motion of its own.
-template <class T> void CALayer::storeMoving(LayerProperty property, T& field, const T& value)
+// The same for what can move. An equal value moves what is still on its way there, as a motion of its own, or ends
+// its way when no motion is in force.
+template <class T>
+void CALayer::storeMoving(LayerProperty property, T& field, T (LayerPresentation::*shown)() const, const T& value)
 {
-    LayerMotion* motion = LayerMotion::current();
-    const bool isNew = !(field == value);
-    bool hasBegun = false;
-    if (motion) {
-        const auto [from, to] = ends(shownValue(*this, property, field), value);
-        hasBegun =
-            move({property, nullptr, {}, from, to, DispatchTime::now(), motion->duration, motion->timingFunction},
-                 *motion);
-    } else if (isNew) {
-        stop(property);
+    bool isNew = !(field == value);
+    if (LayerMotion* motion = LayerMotion::current()) {
+        const DispatchTime now = DispatchTime::now();
+        const auto [from, to] = ends((LayerPresentation(*this, now).*shown)(), value);
+        isNew |= move({property, nullptr, {}, from, to, now, motion->duration, motion->timingFunction}, *motion);
+    } else {
+        isNew |= stop(property);
     }
     field = value;
-    if (isNew || hasBegun)
+    if (isNew)
         changed();
 }
 
-// Takes the place of the property's earlier animation. Returns whether there is something to see of it.
+// Takes the place of the property's earlier animation. Returns whether there is something to see of that.
 bool CALayer::move(LayerAnimation&& animation, LayerMotion& motion)
 {
     motion.begin();
-    stop(animation.property, animation.filter.get(), animation.input);
+    const bool hasStopped = stop(animation.property, animation.filter.get(), animation.input);
     if (animation.from == animation.to || animation.duration <= 0 ||
         (motion.reducesMovement && isMovement(animation.property)))
-        return false;
+        return hasStopped;
     if (!animation.timingFunction)
         animation.timingFunction = CAMediaTimingFunction::functionWithName(kCAMediaTimingFunctionDefault);
     auto& animations = extras().animations;
@@ -198,22 +184,25 @@ bool CALayer::move(LayerAnimation&& animation, LayerMotion& motion)
     return true;
 }
 
-void CALayer::stop(LayerProperty property, const CIFilter* filter, std::string_view input)
+// Returns whether the property was on its way.
+bool CALayer::stop(LayerProperty property, const CIFilter* filter, std::string_view input)
 {
+    const bool wasMoving = animationOf(property, DispatchTime::now(), filter, input);
     if (m_extras)
         std::erase_if(m_extras->animations, [&](const auto& other) { return other.moves(property, filter, input); });
+    return wasMoving;
 }
 
 void CALayer::setPosition(CGPoint position)
 {
     requireFinite("CALayer.setPosition:", "position", position);
-    storeMoving(LayerProperty::position, m_position, position);
+    storeMoving(LayerProperty::position, m_position, &LayerPresentation::position, position);
 }
 
 void CALayer::setBounds(const CGRect& bounds)
 {
     requireFinite("CALayer.setBounds:", "bounds", bounds);
-    storeMoving(LayerProperty::bounds, m_bounds, bounds);
+    storeMoving(LayerProperty::bounds, m_bounds, &LayerPresentation::bounds, bounds);
 }
 
 void CALayer::setAnchorPoint(CGPoint anchorPoint)
@@ -225,19 +214,19 @@ void CALayer::setAnchorPoint(CGPoint anchorPoint)
 void CALayer::setAffineTransform(const CGAffineTransform& transform)
 {
     requireFinite("CALayer.setAffineTransform:", "transform", transform);
-    storeMoving(LayerProperty::affineTransform, m_affineTransform, transform);
+    storeMoving(LayerProperty::affineTransform, m_affineTransform, &LayerPresentation::affineTransform, transform);
 }
 
 void CALayer::setZPosition(CGFloat zPosition)
 {
     requireFinite("CALayer.setZPosition:", "zPosition", zPosition);
-    storeMoving(LayerProperty::zPosition, m_zPosition, zPosition);
+    storeMoving(LayerProperty::zPosition, m_zPosition, &LayerPresentation::zPosition, zPosition);
 }
 
 void CALayer::setOpacity(CGFloat opacity)
 {
     requireFinite("CALayer.setOpacity:", "opacity", opacity);
-    storeMoving(LayerProperty::opacity, m_opacity, std::clamp(opacity, 0.0, 1.0));
+    storeMoving(LayerProperty::opacity, m_opacity, &LayerPresentation::opacity, std::clamp(opacity, 0.0, 1.0));
 }
 
 void CALayer::setHidden(bool hidden)
@@ -248,25 +237,25 @@ void CALayer::setHidden(bool hidden)
 void CALayer::setBackgroundColor(std::optional<CGColor> color)
 {
     requireColor("CALayer.setBackgroundColor:", color);
-    storeMoving(LayerProperty::backgroundColor, m_backgroundColor, color);
+    storeMoving(LayerProperty::backgroundColor, m_backgroundColor, &LayerPresentation::backgroundColor, color);
 }
 
 void CALayer::setCornerRadius(CGFloat radius)
 {
     requireNotNegative("CALayer.setCornerRadius:", "radius", radius);
-    storeMoving(LayerProperty::cornerRadius, m_cornerRadius, radius);
+    storeMoving(LayerProperty::cornerRadius, m_cornerRadius, &LayerPresentation::cornerRadius, radius);
 }
 
 void CALayer::setBorderWidth(CGFloat width)
 {
     requireNotNegative("CALayer.setBorderWidth:", "width", width);
-    storeMoving(LayerProperty::borderWidth, m_borderWidth, width);
+    storeMoving(LayerProperty::borderWidth, m_borderWidth, &LayerPresentation::borderWidth, width);
 }
 
 void CALayer::setBorderColor(std::optional<CGColor> color)
 {
     requireColor("CALayer.setBorderColor:", color);
-    storeMoving(LayerProperty::borderColor, m_borderColor, color);
+    storeMoving(LayerProperty::borderColor, m_borderColor, &LayerPresentation::borderColor, color);
 }
 
 void CALayer::setMasksToBounds(bool masks)
@@ -367,14 +356,15 @@ void CALayer::insertSublayer(const std::shared_ptr<CALayer>& layer, std::size_t 
         raiseInvalidArgument("CALayer.addSublayer:",
                              layer->description() + " cannot be put into " +
                                  (layer.get() == this ? "itself" : "its own descendant " + description()));
-    const auto kept = layer; // the argument may be an element of the list that it is taken out of
-    CALayer* const before = kept->m_superlayer;
+    const auto kept = layer;         // the argument may be an element of the list that it is taken out of
+    const auto self = shared(*this); // who hears of the move may let go of both ends of it
+    const auto before = kept->m_superlayer ? shared(*kept->m_superlayer) : nullptr;
     kept->leaveSuperlayer();
-    if (before && before != this)
-        before->changed();
     auto& list = extras().sublayers;
     list.insert(list.begin() + static_cast<std::ptrdiff_t>(std::min(index, list.size())), kept);
     kept->m_superlayer = this;
+    if (before && before != self)
+        before->changed();
     changed();
 }
 
@@ -383,9 +373,9 @@ void CALayer::removeFromSuperlayer()
     if (!m_superlayer)
         return;
     const auto kept = shared(*this);
-    CALayer& superlayer = *m_superlayer;
+    const auto superlayer = shared(*m_superlayer);
     leaveSuperlayer();
-    superlayer.changed();
+    superlayer->changed();
 }
 
 void CALayer::leaveSuperlayer()
@@ -406,41 +396,39 @@ bool CALayer::isDescendantOf(const CALayer& layer) const
 
 void CALayer::setValue(const Value& value, std::string_view keyPath)
 {
-    if (FilterInputPath::of(keyPath))
-        setFilterInput(value, keyPath);
+    if (const auto path = FilterInputPath::of(keyPath))
+        setFilterInput(value, *path);
     else
         setValueAlongKeyPath(*this, keyPath, value);
 }
 
-void CALayer::setFilterInput(const Value& value, std::string_view keyPath)
+void CALayer::setFilterInput(const Value& value, const FilterInputPath& path)
 {
-    const FilterInputPath path = *FilterInputPath::of(keyPath);
     const auto filter = valueForKeyPath(*this, path.filter).as<std::shared_ptr<CIFilter>>();
-    const Value before = valueForKeyPath(*this, keyPath);
+    const Value before = valueForKeyPath(*this, path.whole);
     {
         struct Setting { // also when the filter refuses the value
             bool& flag;
             explicit Setting(bool& isSetting) : flag(isSetting) { flag = true; }
             ~Setting() { flag = false; }
         } setting(m_extras->setsFilterInput);
-        setValueAlongKeyPath(*this, keyPath, value);
+        setValueAlongKeyPath(*this, path.whole, value);
     }
-    const Value after = valueForKeyPath(*this, keyPath); // the filter may have put it into its range
+    const Value after = valueForKeyPath(*this, path.whole); // the filter may have put it into its range
     const auto from = numberOf(before);
     const auto to = numberOf(after);
-    const bool isNew = !(before == after);
+    bool isNew = !(before == after);
     LayerMotion* motion = LayerMotion::current();
-    bool hasBegun = false;
     if (motion && from && to) {
         const DispatchTime now = DispatchTime::now();
         const double shown = LayerPresentation(*this, now).filterInput(*filter, path.input).value_or(*from);
-        hasBegun = move({LayerProperty::filterInput, filter, std::string(path.input), shown, *to, now,
-                         motion->duration, motion->timingFunction},
-                        *motion);
-    } else if (isNew) {
-        stop(LayerProperty::filterInput, filter.get(), path.input);
+        isNew |= move({LayerProperty::filterInput, filter, std::string(path.input), shown, *to, now, motion->duration,
+                       motion->timingFunction},
+                      *motion);
+    } else {
+        isNew |= stop(LayerProperty::filterInput, filter.get(), path.input);
     }
-    if (isNew || hasBegun)
+    if (isNew)
         changed();
 }
 
@@ -466,15 +454,16 @@ bool CALayer::prepareFrame(DispatchTime now)
 {
     if (!m_extras)
         return false;
+    const auto kept = shared(*this); // who hears of it may let go of the layer
     bool goesOn = false;
-    for (std::size_t index = 0; index < m_extras->sublayers.size(); ++index)
-        goesOn = m_extras->sublayers[index]->prepareFrame(now) || goesOn;
-    if (m_extras->animations.empty())
-        return goesOn;
-    std::erase_if(m_extras->animations, [now](const auto& animation) { return !animation.isRunning(now); });
-    goesOn = goesOn || !m_extras->animations.empty();
-    changed();
-    return goesOn;
+    // By index and from the end, as who hears of it may take sublayers away.
+    for (std::size_t index = m_extras->sublayers.size(); index-- > 0;) {
+        if (index < m_extras->sublayers.size())
+            goesOn |= m_extras->sublayers[index]->prepareFrame(now);
+    }
+    if (std::erase_if(m_extras->animations, [now](const auto& other) { return !other.isRunning(now); }) > 0)
+        changed();
+    return goesOn || !m_extras->animations.empty();
 }
 
 std::vector<std::string> CALayer::animationKeys() const

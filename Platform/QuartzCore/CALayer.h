@@ -17,8 +17,6 @@
 
 namespace RVCore {
 
-enum class LayerProperty : std::uint8_t;
-
 // A rectangle that is placed, transformed and painted as a whole: the look behind a layer-backed view.
 //
 //      position ─────┐        The anchor point of the layer's bounds, (0, 0) to (1, 1), lies at `position`
@@ -93,8 +91,8 @@ public:
     void setValue(const Value& value, std::string_view keyPath);
     // When the last of what now moves in this layer and its sublayers is over; nothing when all stands still.
     std::optional<DispatchTime> animationEnd(DispatchTime now = DispatchTime::now()) const;
-    // Before each frame of who shows the layer: tells the change handler if anything in it or its sublayers has moved
-    // since the last one, and lets go of animations that are over. Returns whether something goes on moving.
+    // Before each frame of who shows the layer: lets go of animations that are over, its sublayers' as well, and
+    // tells the change handler of those. Returns whether something goes on moving.
     bool prepareFrame(DispatchTime now);
     // The key paths of the properties that are on their way in this layer: "opacity".
     std::vector<std::string> animationKeys() const;
@@ -108,22 +106,24 @@ public:
     void setNeedsDisplay();
     void didDisplay() { m_needsDisplay = false; }
     // Called once after every change that is visible, of the layer or of a sublayer without a handler, and when an
-    // animation begins.
+    // animation begins or is over. It may let go of layers.
     void setChangeHandler(std::function<void()> handler) { m_changeHandler = std::move(handler); }
 
 private:
     struct Extras;
+    struct FilterInputPath;
 
     Extras& extras();
     void changed();
     template <class T> void store(T& field, const T& value);
-    template <class T> void storeMoving(LayerProperty property, T& field, const T& value);
+    template <class T>
+    void storeMoving(LayerProperty property, T& field, T (LayerPresentation::*shown)() const, const T& value);
     bool move(LayerAnimation&& animation, LayerMotion& motion);
-    void stop(LayerProperty property, const CIFilter* filter = nullptr, std::string_view input = {});
+    bool stop(LayerProperty property, const CIFilter* filter = nullptr, std::string_view input = {});
     void storeFilters(FilterList Extras::*list, std::string_view operation, const FilterList& filters);
     void observeFilters();
     void filterChanged(const CIFilter* filter);
-    void setFilterInput(const Value& value, std::string_view keyPath);
+    void setFilterInput(const Value& value, const FilterInputPath& path);
     bool isDescendantOf(const CALayer& layer) const;
     void leaveSuperlayer();
     std::string keyPathOf(const LayerAnimation& animation) const;

@@ -116,6 +116,24 @@ TEST(CALayer, AddingALayerTakesItOutOfTheOneItWasIn)
     EXPECT_EQ(second->sublayers()[0]->superlayer(), second.get());
 }
 
+TEST(CALayer, WhoHearsThatALayerLeftMayAddItElsewhere)
+{
+    const auto first = make<CALayer>();
+    auto second = make<CALayer>();
+    const auto third = make<CALayer>();
+    const auto moved = make<CALayer>();
+    first->addSublayer(moved);
+    first->setChangeHandler([&] {
+        EXPECT_THAT(second->sublayers(), ElementsAre(moved)) << "the move is over when it is told";
+        third->addSublayer(moved);
+        EXPECT_THAT(second->sublayers(), IsEmpty());
+        second = nullptr;
+    });
+    second->addSublayer(moved);
+    EXPECT_EQ(moved->superlayer(), third.get());
+    EXPECT_THAT(third->sublayers(), ElementsAre(moved));
+}
+
 TEST(CALayer, ALayerThatCannotBeASublayerRaisesAndStaysWhereItIs)
 {
     const auto layer = make<CALayer>();

@@ -187,6 +187,32 @@ TEST_F(LayerMotionTest, AValueSetWithoutAMotionEndsTheWay)
     EXPECT_EQ(layer->animationEnd(), std::nullopt);
 }
 
+TEST_F(LayerMotionTest, TheValueThatTheModelHasAlreadyEndsTheWayAndIsTold)
+{
+    const auto blur = TestFilter::named("blur");
+    layer->setFilters({blur});
+    const auto moveBoth = [&](double opacity, double radius) {
+        layer->setOpacity(opacity);
+        layer->setValue(radius, "filters.blur.inputRadius");
+    };
+    for (const bool inMotionOfNoTime : {false, true}) {
+        move([&] { moveBoth(inMotionOfNoTime ? 1 : 0, inMotionOfNoTime ? 0 : 8); });
+        clock.advance(0.5);
+        changes = 0;
+        const auto setAgain = [&] { moveBoth(layer->opacity(), blur->inputRadius()); };
+        if (inMotionOfNoTime)
+            move(setAgain, 0);
+        else
+            setAgain();
+        EXPECT_EQ(shown().opacity(), layer->opacity());
+        EXPECT_EQ(shown().filterInput(*blur, "inputRadius"), std::nullopt);
+        EXPECT_EQ(layer->animationEnd(), std::nullopt);
+        EXPECT_EQ(changes, 2);
+        setAgain();
+        EXPECT_EQ(changes, 2) << "nothing was on its way";
+    }
+}
+
 TEST_F(LayerMotionTest, AMotionOfNoTimeJumpsAndEndsTheWay)
 {
     move([&] { layer->setOpacity(0); });
@@ -252,7 +278,7 @@ TEST_F(LayerMotionTest, TheLastEndIsThatOfLayerAndSublayers)
     EXPECT_EQ(layer->animationEnd(), std::nullopt);
 }
 
-TEST_F(LayerMotionTest, EveryFrameUntilTheEndAndTheOneAtTheEndIsTold)
+TEST_F(LayerMotionTest, TheFrameAfterAnEndTellsOfIt)
 {
     const auto sublayer = make<CALayer>();
     layer->addSublayer(sublayer);
@@ -263,13 +289,39 @@ TEST_F(LayerMotionTest, EveryFrameUntilTheEndAndTheOneAtTheEndIsTold)
     EXPECT_EQ(changesOfFrame(), std::pair(false, 0));
     move([&] { layer->setOpacity(0); }, 1);
     move([&] { sublayer->setOpacity(0); }, 2);
-    EXPECT_EQ(changesOfFrame(), std::pair(true, 2));
-    clock.advance(1);
-    EXPECT_EQ(changesOfFrame(), std::pair(true, 2));
+    clock.advance(0.5);
+    EXPECT_EQ(changesOfFrame(), std::pair(true, 0)) << "who paints finds by itself what has moved";
+    clock.advance(0.5);
     EXPECT_EQ(changesOfFrame(), std::pair(true, 1));
+    EXPECT_EQ(changesOfFrame(), std::pair(true, 0));
     clock.advance(1);
     EXPECT_EQ(changesOfFrame(), std::pair(false, 1));
     EXPECT_EQ(changesOfFrame(), std::pair(false, 0));
+}
+
+TEST_F(LayerMotionTest, WhoHearsOfAnEndMayLetGoOfTheLayers)
+{
+    auto owner = make<CALayer>();
+    const std::weak_ptr<CALayer> watched = owner;
+    for (int i = 0; i < 3; ++i)
+        owner->addSublayer(make<CALayer>());
+    move([&] {
+        owner->setOpacity(0);
+        for (const auto& sublayer : owner->sublayers())
+            sublayer->setOpacity(0);
+    });
+    int ends = 0;
+    owner->setChangeHandler([&] {
+        if (++ends > 1)
+            return;
+        for (const auto& sublayer : std::vector(owner->sublayers()))
+            sublayer->removeFromSuperlayer();
+        owner = nullptr;
+    });
+    clock.advance(1);
+    EXPECT_FALSE(owner->prepareFrame(DispatchTime::now()));
+    EXPECT_TRUE(watched.expired());
+    EXPECT_EQ(ends, 5) << "of an end, of the sublayers that left, and of its own";
 }
 
 TEST_F(LayerMotionTest, RemovingTheAnimationsJumpsToTheModel)

@@ -42,7 +42,7 @@ TEST(PresentationAllocations, AskingALayerThatMovesForEachFrameAllocatesNothing)
                shown.filterInput(*blur, "inputRadius").value_or(1000);
     }
     EXPECT_EQ(allocationCount(), before);
-    EXPECT_EQ(changes, 60);
+    EXPECT_EQ(changes, 0) << "nothing came to its end";
     EXPECT_LT(sum, 60 * 20);
 }
 
