@@ -33,7 +33,7 @@ public:
 
 protected:
     void applyInputs(const FilterInputs& inputs, Bitmap& image, CGFloat scale, FilterScratch& scratch) const override;
-    CGFloat reachOf(const FilterInputs&, CGFloat) const override { return 0; }
+    CGFloat reachOfInputs(const FilterInputs&, CGFloat) const override { return 0; }
 
 private:
     CGFloat m_saturation = 1;

@@ -3,6 +3,7 @@
 #include <CoreImage/CIFilter.h>
 #include <CoreImage/CIGaussianBlur.h>
 #include <Foundation/KeyPath.h>
+#include <Foundation/Stop.h>
 
 namespace RVCore {
 
@@ -47,6 +48,9 @@ std::shared_ptr<CIFilter> makeFilter(std::string_view name)
 void CIFilter::init()
 {
     m_name = classObject().name();
+    if (inputKeys().size() > FilterInputs().size())
+        fatalError(m_name + " has " + std::to_string(inputKeys().size()) + " input keys; there is room for " +
+                   std::to_string(FilterInputs().size()));
 }
 
 Value CIFilter::valueForKey(std::string_view key)
@@ -69,7 +73,13 @@ void CIFilter::apply(const FilterInputs& inputs, Bitmap& image, CGFloat scale, F
 CGFloat CIFilter::reach(const FilterInputs& inputs, CGFloat scale) const
 {
     requireScale("CIFilter.reach", scale);
-    return isNeutral(inputs) ? 0 : reachOf(inputs, scale);
+    return isNeutral(inputs) ? 0 : reachOfInputs(inputs, scale);
+}
+
+int CIFilter::grid(const FilterInputs& inputs, CGFloat scale) const
+{
+    requireScale("CIFilter.grid", scale);
+    return isNeutral(inputs) ? 1 : gridOfInputs(inputs, scale);
 }
 
 CIFilter::Observation CIFilter::observe(std::function<void()> handler)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <CoreGraphics/CGGeometry.h>
+#include <CoreGraphics/Forward.h>
 #include <CoreImage/Forward.h>
 #include <Foundation/NSObject.h>
 
@@ -12,8 +13,6 @@
 #include <vector>
 
 namespace RVCore {
-
-class Bitmap;
 
 // The numbers that a filter goes by, in the order of its inputKeys; what is behind them is 0.
 using FilterInputs = std::array<CGFloat, 4>;
@@ -38,6 +37,8 @@ public:
     // Every input as it was from the start; the name stays.
     virtual void setDefaults() = 0;
 
+    // The keys of its numbers, at most as many as FilterInputs holds: a class that has more stops the program when
+    // one is made.
     virtual std::span<const std::string_view> inputKeys() const = 0;
     virtual FilterInputs inputs() const = 0;
 
@@ -50,6 +51,10 @@ public:
     // How many pixels around an area have an influence on it: 0 when each pixel stands alone. Raises as above.
     CGFloat reach(CGFloat scale) const { return reach(inputs(), scale); }
     CGFloat reach(const FilterInputs& inputs, CGFloat scale) const;
+    // A part of a picture, with its reach on each side, comes out as in the whole, to the bit, when its corner lies
+    // at multiples of this many pixels from the picture's: a power of two, 1 where it may lie anywhere. Raises as
+    // above.
+    int grid(const FilterInputs& inputs, CGFloat scale) const;
     // Whether pictures stay as they are.
     bool isNeutral() const { return isNeutral(inputs()); }
     virtual bool isNeutral(const FilterInputs& inputs) const = 0;
@@ -65,7 +70,8 @@ protected:
     // The work of the above, for inputs that are not neutral and a scale that is right.
     virtual void applyInputs(const FilterInputs& inputs, Bitmap& image, CGFloat scale,
                              FilterScratch& scratch) const = 0;
-    virtual CGFloat reachOf(const FilterInputs& inputs, CGFloat scale) const = 0;
+    virtual CGFloat reachOfInputs(const FilterInputs& inputs, CGFloat scale) const = 0;
+    virtual int gridOfInputs(const FilterInputs&, CGFloat) const { return 1; }
 
 private:
     std::string m_name;

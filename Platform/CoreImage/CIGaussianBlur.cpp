@@ -31,9 +31,14 @@ void CIGaussianBlur::applyInputs(const FilterInputs& inputs, Bitmap& image, CGFl
     gaussianBlur(image, GaussianPlan(inputs[0] * scale), scratch);
 }
 
-CGFloat CIGaussianBlur::reachOf(const FilterInputs& inputs, CGFloat scale) const
+CGFloat CIGaussianBlur::reachOfInputs(const FilterInputs& inputs, CGFloat scale) const
 {
     return GaussianPlan(inputs[0] * scale).reach();
+}
+
+int CIGaussianBlur::gridOfInputs(const FilterInputs& inputs, CGFloat scale) const
+{
+    return 1 << GaussianPlan(inputs[0] * scale).levels;
 }
 
 } // namespace RVCore

@@ -25,7 +25,8 @@ public:
 
 protected:
     void applyInputs(const FilterInputs& inputs, Bitmap& image, CGFloat scale, FilterScratch& scratch) const override;
-    CGFloat reachOf(const FilterInputs& inputs, CGFloat scale) const override;
+    CGFloat reachOfInputs(const FilterInputs& inputs, CGFloat scale) const override;
+    int gridOfInputs(const FilterInputs& inputs, CGFloat scale) const override;
 
 private:
     CGFloat m_radius = defaultRadius;

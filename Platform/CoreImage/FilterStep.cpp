@@ -23,6 +23,14 @@ int reachOf(std::span<const FilterStep> steps, CGFloat scale)
     return static_cast<int>(std::min(reach, furthest));
 }
 
+int gridOf(std::span<const FilterStep> steps, CGFloat scale)
+{
+    int grid = 1; // powers of two: the largest is a multiple of the others
+    for (const FilterStep& step : steps)
+        grid = std::max(grid, step.filter->grid(step.inputs, scale));
+    return grid;
+}
+
 bool areNeutral(std::span<const FilterStep> steps)
 {
     return std::ranges::all_of(steps, &FilterStep::isNeutral);

@@ -18,8 +18,12 @@ struct FilterStep {
 // "CIGaussianBlur inputRadius 8"
 std::string describe(const FilterStep& step);
 
-// How many pixels around an area have an influence on it when the steps are applied one after the other.
+// Of steps that are applied one after the other; a scale that is not finite and above 0 raises as CIFilter does.
+//
+// How many pixels around an area have an influence on it.
 int reachOf(std::span<const FilterStep> steps, CGFloat scale);
+// At multiples of how many pixels the corner of a part has to lie so that it comes out as in the whole.
+int gridOf(std::span<const FilterStep> steps, CGFloat scale);
 // Whether none of the steps changes anything.
 bool areNeutral(std::span<const FilterStep> steps);
 void apply(std::span<const FilterStep> steps, Bitmap& image, CGFloat scale, FilterScratch& scratch);

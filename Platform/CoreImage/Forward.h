@@ -6,5 +6,6 @@ class CIColorControls;
 class CIFilter;
 class CIGaussianBlur;
 class FilterScratch;
+struct FilterStep;
 
 } // namespace RVCore

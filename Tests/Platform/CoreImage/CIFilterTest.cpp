@@ -92,6 +92,37 @@ Class& FilterHolder::staticClass()
     return theClass;
 }
 
+// With more inputs than there is room for.
+class BoundlessFilter : public CIFilter {
+    RVCORE_CLASS(BoundlessFilter)
+
+public:
+    void setDefaults() override {}
+    std::span<const std::string_view> inputKeys() const override
+    {
+        static constexpr std::string_view keys[] = {"inputA", "inputB", "inputC", "inputD", "inputE"};
+        return keys;
+    }
+    FilterInputs inputs() const override { return {}; }
+    using CIFilter::isNeutral;
+    bool isNeutral(const FilterInputs&) const override { return true; }
+
+protected:
+    void applyInputs(const FilterInputs&, Bitmap&, CGFloat, FilterScratch&) const override {}
+    CGFloat reachOfInputs(const FilterInputs&, CGFloat) const override { return 0; }
+};
+
+Class& BoundlessFilter::staticClass()
+{
+    static Class& theClass = defineClass<BoundlessFilter>("BoundlessFilter", CIFilter::staticClass(), [](auto&) {});
+    return theClass;
+}
+
+TEST(CIFilter, OfMoreInputsThanThereIsRoomForStopsTheProgramNamingIt)
+{
+    EXPECT_DEATH(make<BoundlessFilter>(), "Fatal error: BoundlessFilter has 5 input keys; there is room for 4");
+}
+
 TEST(CIFilter, IsFoundInAListByItsName)
 {
     const auto color = makeFilter("CIColorControls");

@@ -31,7 +31,7 @@ public:
 
 protected:
     void applyInputs(const FilterInputs&, Bitmap&, CGFloat, FilterScratch&) const override {}
-    CGFloat reachOf(const FilterInputs&, CGFloat) const override { return 0; }
+    CGFloat reachOfInputs(const FilterInputs&, CGFloat) const override { return 0; }
 
 private:
     static constexpr std::string_view keys[] = {"inputRadius"};
