@@ -17,7 +17,6 @@ struct PixelRect {
     int maxY() const { return y + height; }
     bool isEmpty() const { return width <= 0 || height <= 0; }
 
-    bool contains(int column, int row) const { return column >= x && column < maxX() && row >= y && row < maxY(); }
     // Whether every pixel of the other one lies in this one; an empty one has none.
     bool contains(const PixelRect& other) const;
     // The common part; an empty rectangle at the origin when there is none.

@@ -22,11 +22,6 @@ PixelRect DamageRegion::bounds() const
     return all;
 }
 
-bool DamageRegion::intersects(const PixelRect& rect) const
-{
-    return std::ranges::any_of(rects(), [&](const PixelRect& own) { return !own.intersection(rect).isEmpty(); });
-}
-
 void DamageRegion::add(PixelRect rect)
 {
     if (rect.isEmpty())

@@ -17,7 +17,6 @@ public:
     bool isEmpty() const { return m_count == 0; }
     std::span<const PixelRect> rects() const { return {m_rects.data(), m_count}; }
     PixelRect bounds() const; // around all of them
-    bool intersects(const PixelRect& rect) const;
 
     void clear() { m_count = 0; }
     void add(PixelRect rect); // an empty one adds nothing

@@ -15,17 +15,6 @@ TEST(PixelRect, IsEmptyUntilBothSidesAreAboveZero)
     EXPECT_FALSE((PixelRect{-3, -3, 1, 1}).isEmpty());
 }
 
-TEST(PixelRect, ContainsItsFirstColumnAndRowButNotTheOnesBehindIt)
-{
-    const PixelRect rect{2, 3, 4, 5};
-    EXPECT_TRUE(rect.contains(2, 3));
-    EXPECT_TRUE(rect.contains(5, 7));
-    EXPECT_FALSE(rect.contains(6, 7));
-    EXPECT_FALSE(rect.contains(5, 8));
-    EXPECT_FALSE(rect.contains(1, 3));
-    EXPECT_FALSE(rect.contains(2, 2));
-}
-
 TEST(PixelRect, ContainsARectangleThatDoesNotStandOutAnywhere)
 {
     const PixelRect rect{2, 3, 4, 5};
