@@ -64,7 +64,7 @@ void ViewComposer::addInside(NSView& view, const CGAffineTransform& placement)
     if (isMasked)
         m_into->beginGroup(layer, {.placement = placement,
                                    .size = size,
-                                   .radius = LayerPresentation(*layer, m_time).cornerRadius(),
+                                   .cornerRadius = LayerPresentation(*layer, m_time).cornerRadius(),
                                    .clips = true});
     if (layer)
         addContents(*layer, placement, size);
@@ -128,8 +128,9 @@ void ViewComposer::addLayer(CALayer& layer, const CGAffineTransform& around, con
     const bool isGroup = beginGroup(layer, &layer, shown.opacity(), placement, size);
     addGround(layer, placement, size);
     if (layer.masksToBounds())
-        m_into->beginGroup(shared(layer),
-                           {.placement = placement, .size = size, .radius = shown.cornerRadius(), .clips = true});
+        m_into->beginGroup(
+            shared(layer),
+            {.placement = placement, .size = size, .cornerRadius = shown.cornerRadius(), .clips = true});
     addContents(layer, placement, size);
     addSublayers(layer, placement, isFlipped);
     if (layer.masksToBounds())
@@ -151,7 +152,7 @@ bool ViewComposer::beginGroup(NSObject& owner, const CALayer* layer, CGFloat opa
         return true;
     }
     const LayerPresentation shown(*layer, m_time);
-    group.radius = shown.cornerRadius();
+    group.cornerRadius = shown.cornerRadius();
     m_into->beginGroup(shared(owner), group);
     for (const auto& filter : layer->filters())
         m_into->addFilter(stepOf(filter, shown));
@@ -166,7 +167,7 @@ void ViewComposer::addGround(CALayer& layer, const CGAffineTransform& placement,
     if (const auto color = shown.backgroundColor()) {
         CompositionItem& fill = m_into->add(Kind::fill, shared(layer), placement, size);
         fill.color = *color;
-        fill.radius = shown.cornerRadius();
+        fill.cornerRadius = shown.cornerRadius();
     }
 }
 
@@ -182,8 +183,8 @@ void ViewComposer::addBorder(CALayer& layer, const CGAffineTransform& placement,
     if (shown.borderWidth() <= 0)
         return;
     CompositionItem& border = m_into->add(Kind::border, shared(layer), placement, size);
-    border.width = shown.borderWidth();
-    border.radius = shown.cornerRadius();
+    border.borderWidth = shown.borderWidth();
+    border.cornerRadius = shown.cornerRadius();
     border.color = shown.borderColor().value_or(black);
 }
 

@@ -41,10 +41,12 @@ CompositionItem& Composition::add(CompositionItem::Kind kind, const std::shared_
 
 void Composition::beginGroup(const std::shared_ptr<NSObject>& owner, const Group& group)
 {
+    requireFinite("Composition.beginGroup", "opacity", group.opacity);
+    requireNotNegative("Composition.beginGroup", "cornerRadius", group.cornerRadius);
     CompositionItem& item = add(CompositionItem::Kind::group, owner, group.placement, group.size);
-    item.radius = group.radius;
+    item.cornerRadius = group.cornerRadius;
     item.clips = group.clips;
-    item.opacity = group.opacity;
+    item.opacity = std::clamp(group.opacity, 0.0, 1.0);
     item.firstStep = static_cast<std::uint32_t>(m_steps.size());
     m_openGroup = static_cast<std::uint32_t>(m_items.size() - 1);
 }
@@ -112,7 +114,7 @@ std::string describeItem(const CompositionItem& item, const std::vector<FilterSt
         text = "content";
         break;
     case Kind::border:
-        text = "border " + numberText(item.width);
+        text = "border " + numberText(item.borderWidth);
         break;
     case Kind::group:
         text = "group";
@@ -121,8 +123,8 @@ std::string describeItem(const CompositionItem& item, const std::vector<FilterSt
         return "end";
     }
     text += " " + describe(place);
-    if (item.radius > 0)
-        text += " radius " + numberText(item.radius);
+    if (item.cornerRadius > 0)
+        text += " radius " + numberText(item.cornerRadius);
     if (item.kind == Kind::fill || item.kind == Kind::border)
         text += " " + describe(item.color);
     if (item.kind == Kind::group) {
@@ -153,8 +155,8 @@ std::string Composition::describe() const
 bool looksSame(const CompositionItem& a, const Composition& inA, const CompositionItem& b, const Composition& inB)
 {
     return a.kind == b.kind && a.owner == b.owner && a.revision == b.revision && a.clips == b.clips &&
-           a.placement == b.placement && a.size == b.size && a.radius == b.radius && a.width == b.width &&
-           a.opacity == b.opacity && a.color == b.color && a.image == b.image &&
+           a.placement == b.placement && a.size == b.size && a.cornerRadius == b.cornerRadius &&
+           a.borderWidth == b.borderWidth && a.opacity == b.opacity && a.color == b.color && a.image == b.image &&
            std::ranges::equal(a.filters(inA.steps()), b.filters(inB.steps())) &&
            std::ranges::equal(a.backgroundFilters(inA.steps()), b.backgroundFilters(inB.steps()));
 }

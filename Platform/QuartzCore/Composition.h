@@ -42,11 +42,11 @@ struct CompositionItem {
     std::uint64_t revision = 0;
     CGAffineTransform placement; // from the item's coordinates, origin at its top left corner, to the area's
     CGSize size;
-    CGFloat radius = 0; // of the outline's corners
-    CGFloat width = 0;
-    CGFloat opacity = 1; // of a group
+    CGFloat cornerRadius = 0; // of the outline; at least 0
+    CGFloat borderWidth = 0;  // at least 0
+    CGFloat opacity = 1;      // of a group, from 0 to 1
     CGColor color{};
-    CGImageRef image;
+    CGImageRef image; // null for none
     // Of a group: what its content goes through, and what lies behind its outline.
     std::span<const FilterStep> filters(const std::vector<FilterStep>& steps) const;
     std::span<const FilterStep> backgroundFilters(const std::vector<FilterStep>& steps) const;
@@ -64,15 +64,17 @@ public:
     struct Group {
         CGAffineTransform placement;
         CGSize size;
-        CGFloat radius = 0;
+        CGFloat cornerRadius = 0; // at least 0
         bool clips = false;
-        CGFloat opacity = 1;
+        CGFloat opacity = 1; // from 0 to 1, clipped
     };
 
     void clear();
     // The item's owner lives until the composition is cleared or lets go.
     CompositionItem& add(CompositionItem::Kind kind, const std::shared_ptr<NSObject>& owner,
                          const CGAffineTransform& placement, CGSize size);
+    // Raises NSInvalidArgumentException for an opacity that is not finite and a radius that is negative or not
+    // finite.
     void beginGroup(const std::shared_ptr<NSObject>& owner, const Group& group);
     // For the group that has just begun: what its content goes through, and after all of those, what lies behind its
     // outline. In any other order they stop the program.

@@ -2,6 +2,8 @@
 
 #include <QuartzCore/CompositionGroup.h>
 
+#include <algorithm>
+
 namespace RVCore {
 
 void Surface::setPlace(const PixelRect& newPlace)
@@ -44,25 +46,26 @@ void CompositionGroup::filterBackground(std::span<const FilterStep> steps, CGFlo
                                         Bitmap& part)
 {
     const PixelRect& place = background.place;
-    const PixelTarget shown{filteredBackground, place.x, place.y};
-    if (isBackgroundFilterNew) {
+    const MutablePlacedBitmap shown{filteredBackground, place.x, place.y};
+    if (std::ranges::count(backgroundReach.rects(), place) > 0) {
         filteredBackground.resize(place.width, place.height);
         copyPixels(background.placed(), shown, place);
         apply(steps, filteredBackground, scale, scratch);
     } else {
         const int reach = reachOf(steps, scale);
-        DamageRegion changed = background.damage.grownBy(reach);
-        changed.clip(place);
-        for (const PixelRect& rect : changed.rects()) {
+        const int grid = gridOf(steps, scale);
+        for (const PixelRect& rect : backgroundReach.rects()) {
             // The edges of the part go on for ever where they are the picture's, and do not matter elsewhere.
-            const PixelRect seen = rect.insetBy(-reach, -reach).intersection(place);
+            PixelRect seen = rect.insetBy(-reach, -reach).intersection(place);
+            const int left = (seen.x - place.x) % grid;
+            const int top = (seen.y - place.y) % grid;
+            seen = {seen.x - left, seen.y - top, seen.width + left, seen.height + top};
             part.resize(seen.width, seen.height);
             copyPixels(background.placed(), {part, seen.x, seen.y}, seen);
             apply(steps, part, scale, scratch);
             copyPixels({part, seen.x, seen.y}, shown, rect);
         }
     }
-    isBackgroundFilterNew = false;
     background.damage.clear();
 }
 

@@ -3,6 +3,7 @@
 #include <CoreGraphics/Bitmap.h>
 #include <CoreGraphics/CGAffineTransform.h>
 #include <CoreImage/FilterScratch.h>
+#include <CoreImage/Forward.h>
 
 #include <QuartzCore/DamageRegion.h>
 #include <QuartzCore/PixelBlend.h>
@@ -12,8 +13,6 @@
 
 namespace RVCore {
 
-struct FilterStep;
-
 // A part of the area that is painted apart and kept from frame to frame, with what of it has to be painted again.
 struct Surface {
     Bitmap bitmap;
@@ -21,7 +20,7 @@ struct Surface {
     DamageRegion damage; // in the area's pixels
 
     PlacedBitmap placed() const { return {bitmap, place.x, place.y}; }
-    PixelTarget target() { return {bitmap, place.x, place.y}; }
+    MutablePlacedBitmap target() { return {bitmap, place.x, place.y}; }
     // Takes another place; unless it is the old one, everything has to be painted again.
     void setPlace(const PixelRect& newPlace);
     void damageAll();
@@ -58,9 +57,9 @@ struct CompositionGroup {
 
     // What was painted behind the group, and how its filters show it.
     bool hasBackground = false;
-    Surface background;                 // its damage: where it differs from what the filters have seen
-    bool isBackgroundFilterNew = false; // everything is filtered anew
+    Surface background; // its damage: where it differs from what the filters have seen
     Bitmap filteredBackground;
+    DamageRegion backgroundReach; // what of the filtered one changes with that, or with the filters
     OutlineMask backgroundMask;
 
     // Give the memory back.

@@ -17,8 +17,13 @@ bool isUpright(const CGAffineTransform& placement)
     return placement.b == 0 && placement.c == 0;
 }
 
+// Nothing where an edge is not a number, as those of what is infinitely far away may be.
 PixelRect between(CGFloat left, CGFloat top, CGFloat right, CGFloat bottom)
 {
+    for (const CGFloat edge : {left, top, right, bottom}) {
+        if (std::isnan(edge))
+            return {};
+    }
     const auto whole = [](CGFloat edge) {
         constexpr CGFloat furthest = 1 << 24; // beyond any area
         return static_cast<int>(std::clamp(edge, -furthest, furthest));
@@ -41,7 +46,7 @@ Composition& CompositionPlan::begin()
 
 ClipOutline CompositionPlan::outlineOf(const CompositionItem& group)
 {
-    return {group.placement, group.size, group.radius};
+    return {group.placement, group.size, group.cornerRadius};
 }
 
 void CompositionPlan::make(Surface& area, CGFloat scale)
@@ -235,16 +240,17 @@ void CompositionPlan::planBackground(std::uint32_t index, std::uint32_t before)
     group.background.damage.clip(visible);
     const PixelRect placeBefore = group.background.place;
     group.background.setPlace(visible);
-    group.isBackgroundFilterNew = !hadBackground || visible != placeBefore ||
-                                  !std::ranges::equal(steps, itemBefore(before).backgroundFilters(m_before.steps()));
-    if (!hadBackground || visible != placeBefore) {
+    const bool isNew = !hadBackground || visible != placeBefore;
+    if (isNew)
         group.background.damageAll();
-        around.damage.add(visible);
-        return;
+    if (isNew || !std::ranges::equal(steps, itemBefore(before).backgroundFilters(m_before.steps()))) {
+        group.backgroundReach.clear();
+        group.backgroundReach.add(visible);
+    } else {
+        group.backgroundReach = group.background.damage.grownBy(reachOf(steps, m_scale));
+        group.backgroundReach.clip(visible);
     }
-    DamageRegion reached = group.background.damage.grownBy(reachOf(steps, m_scale));
-    reached.clip(visible);
-    around.damage.add(reached);
+    around.damage.add(group.backgroundReach);
 }
 
 void CompositionPlan::planEnd(std::uint32_t index)
@@ -267,7 +273,7 @@ void CompositionPlan::collectOutlines(std::uint32_t index, bool withOwn, const P
     mask.visible = around;
     const auto cut = [&](const CompositionItem& group) {
         mask.visible = mask.visible.intersection(insideOf(group));
-        if (group.radius > 0 || !isUpright(group.placement))
+        if (group.cornerRadius > 0 || !isUpright(group.placement))
             mask.outlines.push_back(outlineOf(group));
     };
     if (withOwn)

@@ -22,7 +22,7 @@ public:
     // Where in the area the item is to be seen, at most.
     const PixelRect& place(std::uint32_t index) const { return m_places[index]; }
     CompositionGroup& group(std::uint32_t index) const { return *m_groupOf[index]; }
-    // The outlines that cut what a group contains, if it clips.
+    // The outline along which a group cuts what it contains, if it clips.
     static ClipOutline outlineOf(const CompositionItem& group);
     // The next frame is planned without a look at this one.
     void forget() { m_startsAnew = true; }

@@ -12,7 +12,7 @@ using Kind = CompositionItem::Kind;
 
 RoundedRect outlineOf(const CompositionItem& item)
 {
-    return {{{}, item.size}, item.radius};
+    return {{{}, item.size}, item.cornerRadius};
 }
 
 void clipTo(const ClipOutline& outline, Canvas& canvas)
@@ -31,10 +31,11 @@ void drawItem(const CompositionItem& item, Canvas& canvas, const Compositor::Dra
         canvas.fill(outlineOf(item), item.color);
         break;
     case Kind::border:
-        canvas.strokeInside(outlineOf(item), item.width, item.color);
+        canvas.strokeInside(outlineOf(item), item.borderWidth, item.color);
         break;
     case Kind::image:
-        canvas.drawImage(*item.image, {{}, item.size});
+        if (item.image)
+            canvas.drawImage(*item.image, {{}, item.size});
         break;
     case Kind::content:
         canvas.clip({{{}, item.size}, 0});
@@ -83,6 +84,16 @@ Compositor::Compositor(MakeCanvas makeCanvas, DrawContent drawContent)
 
 const DamageRegion& Compositor::compose(CGSize area, CGFloat scale)
 {
+    struct AtEnd { // also when the frame is refused or drawing raises
+        CompositionPlan& plan;
+        bool isPainted = false;
+        ~AtEnd()
+        {
+            plan.letGoOfOwners();
+            if (!isPainted)
+                plan.forget();
+        }
+    } atEnd{m_plan};
     requireFinite("Compositor.compose", "area", area);
     requireFinite("Compositor.compose", "scale", scale);
     const CGFloat width = std::max(0.0, pixelsAcross(area.width, scale));
@@ -94,16 +105,6 @@ const DamageRegion& Compositor::compose(CGSize area, CGFloat scale)
     m_area.setPlace({0, 0, static_cast<int>(width), static_cast<int>(height)});
     m_plan.make(m_area, scale);
     m_changed = m_area.damage;
-    struct AtEnd { // also when drawing raises
-        CompositionPlan& plan;
-        bool isPainted = false;
-        ~AtEnd()
-        {
-            plan.letGoOfOwners();
-            if (!isPainted)
-                plan.forget();
-        }
-    } atEnd{m_plan};
     paint(0, static_cast<std::uint32_t>(composition().items().size()), m_area);
     atEnd.isPainted = true;
     return m_changed;

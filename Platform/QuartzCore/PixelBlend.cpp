@@ -45,8 +45,8 @@ PixelRect placeOf(const Bitmap& bitmap, int x, int y)
 
 // Calls `work` with the parts of the rows that all of them have.
 template <class Work>
-void forEachRow(const PlacedBitmap& source, const PlacedBitmap* mask, const PixelTarget& target, PixelRect rect,
-                Work work)
+void forEachRow(const PlacedBitmap& source, const PlacedBitmap* mask, const MutablePlacedBitmap& target,
+                PixelRect rect, Work work)
 {
     rect = rect.intersection(placeOf(source.bitmap, source.x, source.y))
                .intersection(placeOf(target.bitmap, target.x, target.y));
@@ -75,21 +75,21 @@ template <PixelBlend Blend> void blendRow(const Rows& rows, std::uint32_t weight
 
 } // namespace
 
-void clearPixels(const PixelTarget& target, const PixelRect& rect)
+void clearPixels(const MutablePlacedBitmap& target, const PixelRect& rect)
 {
     const PixelRect part = rect.intersection(placeOf(target.bitmap, target.x, target.y));
     for (int y = part.y; y < part.maxY(); ++y)
         std::fill_n(target.bitmap.row(y - target.y).data() + (part.x - target.x), part.width, 0U);
 }
 
-void copyPixels(const PlacedBitmap& source, const PixelTarget& target, const PixelRect& rect)
+void copyPixels(const PlacedBitmap& source, const MutablePlacedBitmap& target, const PixelRect& rect)
 {
     forEachRow(source, nullptr, target, rect,
                [](const Rows& rows) { std::copy_n(rows.source, rows.count, rows.target); });
 }
 
 void blendPixels(const PlacedBitmap& source, double opacity, const PlacedBitmap* mask, PixelBlend blend,
-                 const PixelTarget& target, const PixelRect& rect)
+                 const MutablePlacedBitmap& target, const PixelRect& rect)
 {
     const auto weight = static_cast<std::uint32_t>(std::lround(std::clamp(opacity, 0.0, 1.0) * 255));
     if (weight == 0)

@@ -1,10 +1,9 @@
 #pragma once
 
+#include <CoreGraphics/Forward.h>
 #include <CoreGraphics/PixelRect.h>
 
 namespace RVCore {
-
-class Bitmap;
 
 // A bitmap that stands for a part of a larger area, whose pixels count from the area's top left corner.
 struct PlacedBitmap {
@@ -13,8 +12,8 @@ struct PlacedBitmap {
     int y = 0; // of its first row
 };
 
-// A bitmap to paint into, placed in the same way.
-struct PixelTarget {
+// The same to paint into.
+struct MutablePlacedBitmap {
     Bitmap& bitmap;
     int x = 0;
     int y = 0;
@@ -29,12 +28,12 @@ enum class PixelBlend {
 // These take the pixels inside `rect` of the area, as far as source, target and mask have them.
 
 // Makes the pixels transparent.
-void clearPixels(const PixelTarget& target, const PixelRect& rect);
+void clearPixels(const MutablePlacedBitmap& target, const PixelRect& rect);
 // Puts the source's pixels in place of the target's.
-void copyPixels(const PlacedBitmap& source, const PixelTarget& target, const PixelRect& rect);
+void copyPixels(const PlacedBitmap& source, const MutablePlacedBitmap& target, const PixelRect& rect);
 // Blends the source in with this opacity, from 0 to 1, which is taken to the nearest 255th. With a mask the weight of
 // each pixel is the opacity times the mask's alpha there. Each channel is off by less than 2/255.
 void blendPixels(const PlacedBitmap& source, double opacity, const PlacedBitmap* mask, PixelBlend blend,
-                 const PixelTarget& target, const PixelRect& rect);
+                 const MutablePlacedBitmap& target, const PixelRect& rect);
 
 } // namespace RVCore

@@ -72,7 +72,7 @@ protected:
     {
         auto& item = next->add(Kind::fill, host, CGAffineTransform::translation(rect.minX(), rect.minY()), rect.size);
         item.color = color;
-        item.radius = radius;
+        item.cornerRadius = radius;
     }
     void addContent(const std::shared_ptr<Painter>& painter, CGPoint origin)
     {
@@ -83,7 +83,7 @@ protected:
     {
         next->beginGroup(host, {.placement = CGAffineTransform::translation(rect.minX(), rect.minY()),
                                 .size = rect.size,
-                                .radius = radius,
+                                .cornerRadius = radius,
                                 .clips = clips,
                                 .opacity = opacity});
     }
@@ -312,6 +312,59 @@ TEST_F(CompositorTest, WhileOnlyBackgroundFiltersMoveNobodyBehindDraws)
     EXPECT_EQ(inFront->drawCount, 3); // painted over what the filter made
 }
 
+TEST_F(CompositorTest, WhenOnlySomethingInFrontOfABackgroundFilterChangesOnlyItIsPainted)
+{
+    const auto behind = make<Painter>();
+    const auto spinner = make<Painter>();
+    spinner->size = {4, 4};
+    const FilterStep blur = blurOf(8);
+    for (int frame = 0; frame < 3; ++frame) {
+        begin();
+        addContent(behind, {15, 10});
+        beginFilteredGroup({0, 0, 40, 30}, {blur});
+        addFill({10, 8, 20, 14}, white);
+        addContent(spinner, {18, 13});
+        next->endGroup();
+        const auto changed = compose().rects();
+        EXPECT_THAT(changed, ElementsAre(frame == 0 ? PixelRect{0, 0, 40, 30} : PixelRect{18, 13, 4, 4}));
+        EXPECT_EQ(pixel(19, 14), frame == 1 ? bluePixel : redPixel);
+        spinner->setColor(frame == 0 ? blue : red);
+    }
+    EXPECT_EQ(behind->drawCount, 1);
+    EXPECT_EQ(spinner->drawCount, 3);
+}
+
+TEST_F(CompositorTest, WhatLiesNowhereIsNotPainted)
+{
+    constexpr CGFloat nan = std::numeric_limits<CGFloat>::quiet_NaN();
+    begin();
+    compose();
+    begin();
+    addFill({nan, 2, 3, 3}, red);
+    addFill({2, 2, nan, 3}, red);
+    beginGroup({2, nan, 3, 3}, 0.5, true);
+    addFill({0, 0, 40, 30}, red);
+    next->endGroup();
+    EXPECT_THAT(compose().rects(), IsEmpty());
+}
+
+TEST_F(CompositorTest, AnImageThatIsAbsentIsNotPainted)
+{
+    begin();
+    next->add(Kind::image, host, {}, {10, 10});
+    compose();
+    EXPECT_EQ(pixel(2, 2), whitePixel);
+}
+
+TEST_F(CompositorTest, GroupsWithoutASensibleOpacityOrRadiusAreRefused)
+{
+    begin();
+    EXPECT_THROW(beginGroup({0, 0, 40, 30}, std::numeric_limits<CGFloat>::infinity()), NSException);
+    EXPECT_THROW(beginGroup({0, 0, 40, 30}, 1, true, -1), NSException);
+    beginGroup({0, 0, 40, 30}, 7);
+    EXPECT_EQ(next->items().back().opacity, 1);
+}
+
 TEST_F(CompositorTest, AGroupsOwnFiltersChangeItsPictureOnly)
 {
     begin();
@@ -374,8 +427,13 @@ TEST_F(CompositorTest, AFrameThatWasRefusedLeavesNothingBehind)
     addFill({0, 0, 10, 10}, red);
     next->endGroup();
     compose();
+    auto owner = make<Painter>();
+    const std::weak_ptr<Painter> watched = owner;
     begin();
+    addContent(owner, {0, 0});
+    owner = nullptr;
     EXPECT_THROW(compositor.compose({40000, 30}, 1), NSException);
+    EXPECT_TRUE(watched.expired());
     begin();
     beginGroup({0, 0, 40, 30}, 0.5);
     addFill({0, 0, 10, 10}, blue);
@@ -398,7 +456,8 @@ TEST_F(CompositorTest, PrintsItself)
 
 // --- Painting what changed ends where painting everything ends
 
-// A random picture that changes at random: contents, groups in groups, clips, opacities, filters.
+// A random picture that changes at random: contents, images, borders, groups in groups, turned ones, clips,
+// opacities, filters, and in front of all a wide background filter with something small on it.
 class RandomScene {
 public:
     explicit RandomScene(unsigned seed) : m_random(seed)
@@ -410,7 +469,7 @@ public:
     void change()
     {
         const std::size_t index = below(m_nodes.size());
-        switch (below(6)) {
+        switch (below(9)) {
         case 0:
             m_nodes[index].painter->setColor(randomColor());
             break;
@@ -421,9 +480,19 @@ public:
             m_nodes[index].opacity = randomOpacity();
             break;
         case 3:
-            m_nodes[index].radius = randomRadius();
+            m_nodes[index].filters = randomFilters();
             break;
         case 4:
+            m_nodes[index].filtersBehind = randomFilters();
+            break;
+        case 5:
+            m_spinner->setColor(randomColor());
+            break;
+        case 6:
+            if (below(4) == 0)
+                m_filtersBehindAll = wideFilters();
+            break;
+        case 7:
             if (m_nodes.size() > 3)
                 m_nodes.erase(m_nodes.begin() + static_cast<std::ptrdiff_t>(index));
             break;
@@ -436,20 +505,29 @@ public:
     void compose(Compositor& compositor, CGFloat scale) const
     {
         Composition& next = compositor.begin();
-        auto& ground = next.add(Kind::fill, m_host, {}, {40, 30});
+        auto& ground = next.add(Kind::fill, m_host, {}, area);
         ground.color = white;
         std::size_t open = 0;
         for (const Node& node : m_nodes) {
-            const auto placement = CGAffineTransform::translation(node.origin.x, node.origin.y);
+            const auto placement = CGAffineTransform::rotation(node.angle)
+                                       .concatenating(CGAffineTransform::translation(node.origin.x, node.origin.y));
             next.beginGroup(node.painter, {.placement = placement,
                                            .size = {18, 14},
-                                           .radius = node.clips ? 4.0 : 0.0,
+                                           .cornerRadius = node.clips ? 4.0 : 0.0,
                                            .clips = node.clips,
                                            .opacity = node.opacity});
-            if (node.radius > 0)
-                next.addBackgroundFilter({m_blur, {node.radius}});
-            auto& content = next.add(Kind::content, node.painter, placement, node.painter->size);
-            content.revision = node.painter->revision;
+            for (const FilterStep& step : node.filters)
+                next.addFilter(step);
+            for (const FilterStep& step : node.filtersBehind)
+                next.addBackgroundFilter(step);
+            addContent(next, node.painter, placement);
+            if (node.isFramed) {
+                next.add(Kind::image, node.painter, placement, {6, 6}).image = m_image;
+                auto& border = next.add(Kind::border, node.painter, placement, {18, 14});
+                border.color = blue;
+                border.borderWidth = 1.5;
+                border.cornerRadius = 3;
+            }
             if (node.staysOpen)
                 ++open;
             else
@@ -457,25 +535,61 @@ public:
         }
         for (; open > 0; --open)
             next.endGroup();
-        compositor.compose({40, 30}, scale);
+        next.beginGroup(m_host, {.placement = CGAffineTransform::translation(3, 5), .size = {area.width - 9, 60}});
+        for (const FilterStep& step : m_filtersBehindAll)
+            next.addBackgroundFilter(step);
+        addContent(next, m_spinner, CGAffineTransform::translation(30, 20));
+        next.endGroup();
+        compositor.compose(area, scale);
     }
 
 private:
+    static constexpr CGSize area{170, 70};
+
     struct Node {
         std::shared_ptr<Painter> painter;
         CGPoint origin;
+        CGFloat angle;
         CGFloat opacity;
-        CGFloat radius; // of the blur behind it
+        std::vector<FilterStep> filters;
+        std::vector<FilterStep> filtersBehind;
         bool clips;
+        bool isFramed;
         bool staysOpen; // what follows is in it
     };
 
+    static void addContent(Composition& next, const std::shared_ptr<Painter>& painter,
+                           const CGAffineTransform& placement)
+    {
+        next.add(Kind::content, painter, placement, painter->size).revision = painter->revision;
+    }
+    static CGImageRef makeTestImage()
+    {
+        std::vector<std::uint8_t> pixels;
+        for (int i = 0; i < 9; ++i)
+            pixels.insert(pixels.end(), {static_cast<std::uint8_t>(28 * i), 90, 200, 255});
+        return std::make_shared<const CGImage>(3, 3, pixels);
+    }
+
     std::size_t below(std::size_t end) { return m_random() % end; }
     CGFloat randomOpacity() { return below(2) == 0 ? 1 : static_cast<CGFloat>(1 + below(9)) / 10; }
-    CGFloat randomRadius() { return below(3) == 0 ? static_cast<CGFloat>(1 + below(3)) : 0; }
+    FilterStep randomColors() { return {m_colors, {static_cast<CGFloat>(below(3)), 0, 1}}; }
+    std::vector<FilterStep> randomFilters()
+    {
+        std::vector<FilterStep> filters;
+        if (below(5) == 0)
+            filters.push_back(randomColors());
+        if (below(4) == 0)
+            filters.push_back({m_blur, {static_cast<CGFloat>(1 + below(4))}});
+        return filters;
+    }
+    std::vector<FilterStep> wideFilters()
+    {
+        return {randomColors(), {m_blur, {8 + static_cast<CGFloat>(below(17)) / 2}}};
+    }
     CGPoint randomPoint()
     {
-        return {static_cast<CGFloat>(below(60)) / 2 - 5, static_cast<CGFloat>(below(50)) / 2 - 5};
+        return {static_cast<CGFloat>(below(320)) / 2 - 5, static_cast<CGFloat>(below(130)) / 2 - 5};
     }
     CGColor randomColor()
     {
@@ -487,12 +601,18 @@ private:
         const auto painter = make<Painter>();
         painter->setColor(randomColor());
         painter->size = {static_cast<CGFloat>(1 + below(20)), static_cast<CGFloat>(1 + below(16))};
-        return {painter, randomPoint(), randomOpacity(), randomRadius(), below(3) == 0, below(4) == 0};
+        const CGFloat angle = below(4) == 0 ? static_cast<CGFloat>(below(7)) : 0;
+        return {painter,         randomPoint(), angle,         randomOpacity(), randomFilters(),
+                randomFilters(), below(3) == 0, below(3) == 0, below(4) == 0};
     }
 
     std::mt19937 m_random;
     std::shared_ptr<NSObject> m_host = make<NSObject>();
     std::shared_ptr<CIGaussianBlur> m_blur = make<CIGaussianBlur>();
+    std::shared_ptr<CIColorControls> m_colors = make<CIColorControls>();
+    std::shared_ptr<Painter> m_spinner = make<Painter>();
+    CGImageRef m_image = makeTestImage();
+    std::vector<FilterStep> m_filtersBehindAll = wideFilters();
     std::vector<Node> m_nodes;
 };
 
@@ -516,7 +636,7 @@ int largestDifference(const Bitmap& a, const Bitmap& b)
 TEST(CompositorLaw, PaintingWhatChangedEndsWherePaintingEverythingDoes)
 {
     for (const CGFloat scale : {1.0, 1.5, 2.0}) {
-        for (unsigned seed = 1; seed <= 4; ++seed) {
+        for (unsigned seed = 1; seed <= (scale == 1 ? 4 : 1); ++seed) {
             RandomScene scene(seed);
             Compositor kept = makeCompositor();
             for (int step = 0; step < 25; ++step) {
@@ -524,8 +644,7 @@ TEST(CompositorLaw, PaintingWhatChangedEndsWherePaintingEverythingDoes)
                 scene.compose(kept, scale);
                 Compositor fresh = makeCompositor();
                 scene.compose(fresh, scale);
-                // A blurred part may be rounded differently from the whole.
-                ASSERT_LE(largestDifference(kept.pixels(), fresh.pixels()), 2)
+                ASSERT_EQ(largestDifference(kept.pixels(), fresh.pixels()), 0)
                     << "seed " << seed << ", step " << step << ", scale " << scale << "\n"
                     << fresh.composition().describe();
             }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace RVCore {
 
@@ -61,22 +62,59 @@ void PixelCanvas::clip(const RoundedRect& shape)
     m_states.back().clips.push_back({toDevice.inverted(), alignedToDevice(toDevice, shape)});
 }
 
-void PixelCanvas::fill(const RoundedRect& shape, const CGColor& color)
+// Asks for the colour at points of the shape, which may have none.
+template <class ColorAt> void PixelCanvas::paint(const RoundedRect& shape, ColorAt colorAt)
 {
     const State& state = m_states.back();
     const CGAffineTransform fromDevice = state.toDevice.inverted();
-    const RoundedRect aligned = alignedToDevice(state.toDevice, shape);
-    for (int y = 0; y < m_bitmap.height(); ++y) {
-        for (int x = 0; x < m_bitmap.width(); ++x) {
+    const CGRect device = state.toDevice.apply(shape.rect);
+    const auto part = [](CGFloat from, CGFloat to, int end) {
+        return std::pair(static_cast<int>(std::clamp(std::floor(from), 0.0, static_cast<CGFloat>(end))),
+                         static_cast<int>(std::clamp(std::ceil(to), 0.0, static_cast<CGFloat>(end))));
+    };
+    const auto [left, right] = part(device.minX(), device.maxX(), m_bitmap.width());
+    const auto [top, bottom] = part(device.minY(), device.maxY(), m_bitmap.height());
+    for (int y = top; y < bottom; ++y) {
+        for (int x = left; x < right; ++x) {
             const CGPoint centre{x + 0.5, y + 0.5};
             const bool isVisible = std::ranges::all_of(
                 state.clips, [&](const Clip& clip) { return isInside(clip.shape, clip.fromDevice.apply(centre)); });
-            if (!isVisible || !isInside(aligned, fromDevice.apply(centre)))
+            const CGPoint point = fromDevice.apply(centre);
+            if (!isVisible || !isInside(shape, point))
                 continue;
             auto& pixel = m_bitmap.row(y)[static_cast<std::size_t>(x)];
-            pixel = over(color, pixel);
+            if (const std::optional<CGColor> color = colorAt(point))
+                pixel = over(*color, pixel);
         }
     }
+}
+
+void PixelCanvas::fill(const RoundedRect& shape, const CGColor& color)
+{
+    paint(alignedToDevice(m_states.back().toDevice, shape), [&](CGPoint) { return std::optional(color); });
+}
+
+void PixelCanvas::strokeInside(const RoundedRect& shape, CGFloat width, const CGColor& color)
+{
+    const RoundedRect outer = alignedToDevice(m_states.back().toDevice, shape);
+    const RoundedRect inner{outer.rect.insetBy(width, width), std::max(outer.radius - width, 0.0)};
+    paint(outer, [&](CGPoint point) { return isInside(inner, point) ? std::nullopt : std::optional(color); });
+}
+
+// The nearest pixel of the image, which is opaque.
+void PixelCanvas::drawImage(const CGImage& image, const CGRect& rect)
+{
+    const CGRect aligned = alignedToDevice(m_states.back().toDevice, {rect, 0}).rect;
+    const auto part = [](CGFloat at, CGFloat from, CGFloat size, int count) {
+        return static_cast<std::size_t>(std::clamp(static_cast<int>((at - from) / size * count), 0, count - 1));
+    };
+    paint({aligned, 0}, [&](CGPoint point) {
+        const std::uint8_t* const pixel =
+            image.pixels().data() +
+            part(point.y, aligned.minY(), aligned.size.height, image.height()) * image.bytesPerRow() +
+            4 * part(point.x, aligned.minX(), aligned.size.width, image.width());
+        return std::optional(CGColor{pixel[0] / 255.0, pixel[1] / 255.0, pixel[2] / 255.0, 1});
+    });
 }
 
 } // namespace RVCore

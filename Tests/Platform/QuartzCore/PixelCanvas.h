@@ -7,8 +7,8 @@
 
 namespace RVCore {
 
-// A canvas on a bitmap that paints what can be said exactly without a drawing library: rectangles and rounded ones
-// under transforms, every pixel whose centre is inside, in plain colours. Everything else it leaves out.
+// A canvas on a bitmap that paints what can be said exactly without a drawing library: rectangles, rounded ones,
+// their borders and images under transforms, every pixel whose centre is inside. Everything else it leaves out.
 class PixelCanvas : public Canvas {
 public:
     PixelCanvas(Bitmap& bitmap, int x, int y, CGFloat scale);
@@ -18,9 +18,9 @@ public:
     void concatenate(const CGAffineTransform& transform) override;
     void clip(const RoundedRect& shape) override;
     void fill(const RoundedRect& shape, const CGColor& color) override;
-    void strokeInside(const RoundedRect&, CGFloat, const CGColor&) override {}
+    void strokeInside(const RoundedRect& shape, CGFloat width, const CGColor& color) override;
     void drawText(const TextDescription&, const CGRect&) override {}
-    void drawImage(const CGImage&, const CGRect&) override {}
+    void drawImage(const CGImage& image, const CGRect& rect) override;
     void drawMask(const CGImage&, const CGRect&, const CGColor&) override {}
     void drawControl(const ControlDescription&, const CGRect&) override {}
     void beginTransparencyLayer(CGFloat) override { save(); }
@@ -35,6 +35,8 @@ private:
         CGAffineTransform toDevice;
         std::vector<Clip> clips;
     };
+
+    template <class ColorAt> void paint(const RoundedRect& shape, ColorAt colorAt);
 
     Bitmap& m_bitmap;
     std::vector<State> m_states;
