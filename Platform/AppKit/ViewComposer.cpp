@@ -1,5 +1,6 @@
 #include <AppKit/NSProgressIndicator.h>
 #include <AppKit/NSView.h>
+#include <AppKit/PaintingOrder.h>
 #include <AppKit/ViewComposer.h>
 #include <AppKit/ViewPlacement.h>
 #include <Backend/Backend.h>
@@ -7,8 +8,6 @@
 
 #include <QuartzCore/Compositor.h>
 #include <QuartzCore/LayerPresentation.h>
-
-#include <algorithm>
 
 namespace RVCore {
 
@@ -35,7 +34,8 @@ void ViewComposer::add(NSView& root, const CGAffineTransform& placement, Dispatc
     NSProgressIndicator::prepareFrame(root, {});
     m_into = &into;
     m_time = time;
-    m_order.clear();
+    m_views.clear();
+    m_layers.clear();
     addView(root, placement);
 }
 
@@ -82,37 +82,28 @@ void ViewComposer::addInside(NSView& view, const CGAffineTransform& placement)
 
 void ViewComposer::addSubviews(NSView& view, const CGAffineTransform& placement)
 {
-    const std::size_t first = m_order.size();
-    for (const auto& subview : view.subviews())
-        m_order.push_back(subview.get());
-    const std::size_t last = m_order.size();
-    const auto begin = m_order.begin() + static_cast<std::ptrdiff_t>(first);
-    const auto shownZ = [&](const NSView* subview) {
-        return subview->layer() ? LayerPresentation(*subview->layer(), m_time).zPosition() : 0;
+    const auto shownZ = [&](const NSView& subview) {
+        return subview.layer() ? LayerPresentation(*subview.layer(), m_time).zPosition() : 0;
     };
-    if (!std::ranges::is_sorted(begin, m_order.end(), {}, shownZ))
-        std::ranges::stable_sort(begin, m_order.end(), {}, shownZ);
+    const std::size_t first = m_views.size();
+    appendInPaintingOrder(view.subviews(), shownZ, m_views);
+    const std::size_t last = m_views.size();
     for (std::size_t i = first; i < last; ++i) {
-        NSView& subview = *m_order[i];
+        NSView& subview = *m_views[i];
         addView(subview, shownPlacementInSuperview(subview, m_time).concatenating(placement));
     }
-    m_order.resize(first);
+    m_views.resize(first);
 }
 
 void ViewComposer::addSublayers(const CALayer& layer, const CGAffineTransform& placement, bool isFlipped)
 {
-    const auto addAll = [&](const std::vector<std::shared_ptr<CALayer>>& order) {
-        for (const auto& sublayer : order)
-            addLayer(*sublayer, placement, layer.bounds(), isFlipped);
-    };
-    const auto shownZ = [&](const auto& sublayer) { return LayerPresentation(*sublayer, m_time).zPosition(); };
-    if (std::ranges::is_sorted(layer.sublayers(), {}, shownZ)) {
-        addAll(layer.sublayers());
-        return;
-    }
-    auto order = layer.sublayers();
-    std::ranges::stable_sort(order, {}, shownZ);
-    addAll(order);
+    const auto shownZ = [&](const CALayer& sublayer) { return LayerPresentation(sublayer, m_time).zPosition(); };
+    const std::size_t first = m_layers.size();
+    appendInPaintingOrder(layer.sublayers(), shownZ, m_layers);
+    const std::size_t last = m_layers.size();
+    for (std::size_t i = first; i < last; ++i)
+        addLayer(*m_layers[i], placement, layer.bounds(), isFlipped);
+    m_layers.resize(first);
 }
 
 // `around` is the placement of the layer that it is in, `outer` that one's bounds.

@@ -36,7 +36,8 @@ private:
 
     Composition* m_into = nullptr;
     DispatchTime m_time{0};
-    std::vector<NSView*> m_order; // of the subviews of the views that are under way
+    std::vector<NSView*> m_views;   // the subviews of the views that are under way
+    std::vector<CALayer*> m_layers; // and the sublayers of the layers
 };
 
 // A compositor for what view composers put together: on the backend's canvases.

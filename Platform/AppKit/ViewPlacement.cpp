@@ -1,20 +1,10 @@
 #include <AppKit/NSView.h>
+#include <AppKit/PaintingOrder.h>
 #include <AppKit/ViewPlacement.h>
 
 #include <QuartzCore/LayerPresentation.h>
 
-#include <algorithm>
-
 namespace RVCore {
-
-namespace {
-
-CGFloat zPosition(const NSView* view)
-{
-    return view->layer() ? view->layer()->zPosition() : 0;
-}
-
-} // namespace
 
 CGAffineTransform placementIn(const CGRect& outer, bool isMirrored, const LayerGeometry& geometry)
 {
@@ -99,12 +89,10 @@ std::optional<CGPoint> pointInside(const NSView& view, CGPoint point)
 
 std::vector<NSView*> subviewsInPaintingOrder(const NSView& view)
 {
+    const auto zPosition = [](const NSView& subview) { return subview.layer() ? subview.layer()->zPosition() : 0; };
     std::vector<NSView*> subviews;
     subviews.reserve(view.subviews().size());
-    for (const auto& subview : view.subviews())
-        subviews.push_back(subview.get());
-    std::stable_sort(subviews.begin(), subviews.end(),
-                     [](const NSView* below, const NSView* above) { return zPosition(below) < zPosition(above); });
+    appendInPaintingOrder(view.subviews(), zPosition, subviews);
     return subviews;
 }
 
