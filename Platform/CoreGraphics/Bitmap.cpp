@@ -15,8 +15,7 @@ Bitmap::Bitmap(int width, int height)
 
 Bitmap::Bitmap(Bitmap&& other) noexcept
     : m_width(std::exchange(other.m_width, 0)), m_height(std::exchange(other.m_height, 0)),
-      m_wordsPerRow(std::exchange(other.m_wordsPerRow, 0)), m_capacity(std::exchange(other.m_capacity, 0)),
-      m_words(std::move(other.m_words))
+      m_wordsPerRow(std::exchange(other.m_wordsPerRow, 0)), m_words(std::move(other.m_words))
 {
 }
 
@@ -26,7 +25,6 @@ Bitmap& Bitmap::operator=(Bitmap&& other) noexcept
     std::swap(m_width, taken.m_width);
     std::swap(m_height, taken.m_height);
     std::swap(m_wordsPerRow, taken.m_wordsPerRow);
-    std::swap(m_capacity, taken.m_capacity);
     std::swap(m_words, taken.m_words);
     return *this;
 }
@@ -34,7 +32,7 @@ Bitmap& Bitmap::operator=(Bitmap&& other) noexcept
 void Bitmap::clear()
 {
     if (!isEmpty())
-        std::memset(m_words.get(), 0, bytesPerRow() * static_cast<std::size_t>(m_height));
+        std::memset(m_words.data(), 0, bytesPerRow() * static_cast<std::size_t>(m_height));
 }
 
 void Bitmap::resize(int width, int height)
@@ -42,13 +40,10 @@ void Bitmap::resize(int width, int height)
     if (width < 0 || height < 0 || width > largestSide || height > largestSide)
         raiseInvalidArgument("Bitmap", "sides are from 0 to " + std::to_string(largestSide) + " pixels, got " +
                                            std::to_string(width) + " × " + std::to_string(height));
-    constexpr std::size_t step = static_cast<std::size_t>(alignment) / sizeof(std::uint32_t);
+    constexpr std::size_t step = AlignedWords<std::uint32_t>::alignment / sizeof(std::uint32_t);
     const std::size_t wordsPerRow = (static_cast<std::size_t>(width) + step - 1) / step * step;
-    const std::size_t words = wordsPerRow * static_cast<std::size_t>(height);
-    if (words > m_capacity) {
-        m_words.reset(static_cast<std::uint32_t*>(::operator new(words * sizeof(std::uint32_t), alignment)));
-        m_capacity = words;
-    }
+    m_width = m_height = 0;
+    m_words.reserve(wordsPerRow * static_cast<std::size_t>(height));
     m_width = width;
     m_height = height;
     m_wordsPerRow = wordsPerRow;

@@ -1,12 +1,11 @@
 #pragma once
 
+#include <CoreGraphics/AlignedWords.h>
 #include <CoreGraphics/CGImage.h>
 #include <CoreGraphics/PixelRect.h>
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
-#include <new>
 #include <span>
 
 namespace RVCore {
@@ -40,28 +39,23 @@ public:
     // Makes every pixel transparent.
     void clear();
     // Takes another size, after which the pixels are whatever the memory held. Allocates only when the memory it has
-    // is not enough, and gives none back. Raises as the constructor does, and has the old size then.
+    // is not enough, and gives none back. Raises as the constructor does, and has the old size then; where there is
+    // no memory it is empty.
     void resize(int width, int height);
 
 private:
-    struct Free {
-        void operator()(std::uint32_t* words) const { ::operator delete(words, alignment); }
-    };
-    static constexpr std::align_val_t alignment{64};
-
     std::uint32_t* start(int y) const
     {
         if (y < 0 || y >= m_height)
             stopForRow(y);
-        return m_words.get() + static_cast<std::size_t>(y) * m_wordsPerRow;
+        return m_words.data() + static_cast<std::size_t>(y) * m_wordsPerRow;
     }
     [[noreturn]] void stopForRow(int y) const;
 
     int m_width = 0;
     int m_height = 0;
     std::size_t m_wordsPerRow = 0;
-    std::size_t m_capacity = 0; // in words
-    std::unique_ptr<std::uint32_t[], Free> m_words;
+    AlignedWords<std::uint32_t> m_words;
 };
 
 // A picture of the pixels as they are now. Raises NSInvalidArgumentException for an empty bitmap.

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <cstddef>
+#include <CoreGraphics/AlignedWords.h>
+
 #include <cstdint>
-#include <memory>
-#include <new>
 
 namespace RVCore {
 
@@ -13,18 +12,12 @@ class FilterScratch {
 public:
     // Room for this many words, from a multiple of 64 bytes on; what it holds is not defined. It takes the place of
     // what an earlier call gave.
-    std::uint16_t* words(std::size_t count);
+    std::uint16_t* words(std::size_t count) { return m_words.reserve(count); }
     // How much it holds, in words.
-    std::size_t capacity() const { return m_capacity; }
+    std::size_t capacity() const { return m_words.capacity(); }
 
 private:
-    static constexpr std::align_val_t alignment{64};
-    struct Free {
-        void operator()(std::uint16_t* words) const { ::operator delete(words, alignment); }
-    };
-
-    std::unique_ptr<std::uint16_t[], Free> m_words;
-    std::size_t m_capacity = 0;
+    AlignedWords<std::uint16_t> m_words;
 };
 
 } // namespace RVCore
