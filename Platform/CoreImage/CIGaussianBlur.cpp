@@ -1,4 +1,5 @@
 #include <CoreImage/CIGaussianBlur.h>
+#include <CoreImage/FilterWorkers.h>
 #include <CoreImage/GaussianBlur.h>
 #include <Foundation/NSException.h>
 
@@ -28,7 +29,7 @@ std::span<const std::string_view> CIGaussianBlur::inputKeys() const
 void CIGaussianBlur::applyInputs(const FilterInputs& inputs, Bitmap& image, CGFloat scale,
                                  FilterScratch& scratch) const
 {
-    gaussianBlur(image, GaussianPlan(inputs[0] * scale), scratch);
+    gaussianBlur(image, GaussianPlan(inputs[0] * scale), scratch, rowKernels(), &FilterWorkers::shared());
 }
 
 CGFloat CIGaussianBlur::reachOfInputs(const FilterInputs& inputs, CGFloat scale) const

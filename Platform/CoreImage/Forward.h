@@ -6,6 +6,7 @@ class CIColorControls;
 class CIFilter;
 class CIGaussianBlur;
 class FilterScratch;
+class FilterWorkers;
 struct FilterStep;
 
 } // namespace RVCore

@@ -1,3 +1,4 @@
+#include <CoreImage/FilterWorkers.h>
 #include <CoreImage/GaussianBlur.h>
 
 #include <algorithm>
@@ -67,47 +68,65 @@ struct Level {
     }
 };
 
+// What a band of rows is worked on with. Bands have the last level in common, which is kept whole; the rest is their
+// own.
+struct Band {
+    // Rows that are convolved at a time.
+    static constexpr int batch = 8;
+    static constexpr int ringRows = 2 * GaussianPlan::largestRadius + batch;
+    static constexpr int ownRows = 1 + ringRows + GaussianPlan::largestRadius;
+
+    using Levels = std::array<Level, GaussianPlan::mostLevels + 1>;
+
+    Levels levels;          // from 1 on
+    std::size_t stride = 0; // of the rows that follow
+    Word* line = nullptr;   // one row; room of `margin` pixels before it
+    Word* ring = nullptr;   // `ringRows` rows
+    Word* tail = nullptr;   // `largestRadius` rows
+};
+
 // The words that a blur takes. It asks for as many as any blur of a picture of that size takes: a radius that grows
-// from frame to frame never asks for more. Only the last level is kept whole.
+// from frame to frame never asks for more.
 class Workspace {
 public:
-    Workspace(const Bitmap& picture, const GaussianPlan& plan, FilterScratch& scratch)
+    Workspace(const Bitmap& picture, const GaussianPlan& plan, int bandCount, FilterScratch& scratch)
     {
         Extent x{0, picture.width() - 1};
         Extent y{0, picture.height() - 1};
         const std::size_t widest = strideFor(picture.width() + 2 * GaussianPlan::largestRadius);
-        std::size_t total = (1 + ringRows) * widest;
+        std::size_t ofBand = Band::ownRows * widest;
+        std::size_t ofLastLevel = 0;
+        Band::Levels levels;
         for (int level = 1; level <= GaussianPlan::mostLevels; level++) {
             x = x.half();
             y = y.half();
             const std::size_t stride = strideFor(x.count());
-            total += stride * static_cast<std::size_t>(level == 1 ? Level::window + y.count() : Level::window);
+            ofBand += stride * Level::window;
+            ofLastLevel = std::max(ofLastLevel, stride * static_cast<std::size_t>(y.count()));
             levels[static_cast<std::size_t>(level)] = {x, y, stride, nullptr,
                                                        level < plan.levels ? Level::window : y.count()};
         }
 
-        Word* next = scratch.words(total);
-        line = next + lanes(margin);
-        ring = line + widest;
-        ringStride = widest;
-        next += (1 + ringRows) * widest;
-        for (int level = 1; level <= plan.levels; level++) {
-            Level& taken = levels[static_cast<std::size_t>(level)];
-            taken.words = next + lanes(margin);
-            next += taken.stride * static_cast<std::size_t>(taken.kept);
+        Word* const lastLevel = scratch.words(ofLastLevel + static_cast<std::size_t>(bandCount) * ofBand);
+        for (int number = 0; number < bandCount; number++) {
+            Word* next = lastLevel + ofLastLevel + static_cast<std::size_t>(number) * ofBand;
+            Band& band = bands[static_cast<std::size_t>(number)];
+            band.levels = levels;
+            band.stride = widest;
+            band.line = next + lanes(margin);
+            band.ring = band.line + widest;
+            band.tail = band.ring + Band::ringRows * widest;
+            next += Band::ownRows * widest;
+            for (int level = 1; level < plan.levels; level++) {
+                Level& own = band.levels[static_cast<std::size_t>(level)];
+                own.words = next + lanes(margin);
+                next += own.stride * Level::window;
+            }
+            band.levels[static_cast<std::size_t>(plan.levels)].words = lastLevel + lanes(margin);
         }
     }
 
-    // Rows that are convolved at a time.
-    static constexpr int batch = 8;
-    static constexpr int ringRows = 2 * GaussianPlan::largestRadius + batch;
-
-    using Levels = std::array<Level, GaussianPlan::mostLevels + 1>;
-
-    Levels levels;        // from 1 on
-    Word* line = nullptr; // one row; room of `margin` pixels before it
-    Word* ring = nullptr; // `ringRows` rows
-    std::size_t ringStride = 0;
+    std::array<Band, FilterWorkers::most> bands;
 };
 
 // Carries the pixels at both ends on for some pixels.
@@ -147,21 +166,32 @@ struct LevelRows {
     }
 };
 
-// Convolves rows in place. A ring of rows holds what has been convolved horizontally; `batch` rows at a time are then
-// convolved vertically, in blocks of columns that stay in the nearest cache while all these rows pass over them.
+// Convolves a band of rows in place. A ring of rows holds what has been convolved horizontally; `batch` rows at a
+// time are then convolved vertically, in blocks of columns that stay in the nearest cache while all these rows pass
+// over them.
 template <class Rows> class Convolution {
 public:
-    Convolution(const Rows& rows, const GaussianPlan& plan, const Workspace& workspace, const RowKernels& kernels)
-        : m_rows(rows), m_plan(plan), m_workspace(workspace), m_kernels(kernels)
+    // The rows from `first` to before `end`.
+    Convolution(const Rows& rows, int first, int end, const GaussianPlan& plan, const Band& band,
+                const RowKernels& kernels)
+        : m_rows(rows), m_first(first), m_end(end), m_plan(plan), m_band(band), m_kernels(kernels)
     {
     }
 
+    // Takes what the rows above and below the band add to it. Once all bands have, each may change its own rows.
+    void takeSurroundings()
+    {
+        for (int y = std::max(m_first - m_plan.radius, 0); y < m_first; y++)
+            convolveHorizontally(y);
+        for (int y = m_end; y < std::min(m_end + m_plan.radius, m_rows.height()); y++)
+            convolveHorizontally(y);
+    }
     void run()
     {
-        int filtered = 0; // rows that have been convolved horizontally
-        for (int y = 0; y < m_rows.height(); y += Workspace::batch) {
-            const int end = std::min(y + Workspace::batch, m_rows.height());
-            for (; filtered < std::min(end + m_plan.radius, m_rows.height()); filtered++)
+        int filtered = m_first; // the first row that has not been convolved horizontally
+        for (int y = m_first; y < m_end; y += Band::batch) {
+            const int end = std::min(y + Band::batch, m_end);
+            for (; filtered < std::min(end + m_plan.radius, m_end); filtered++)
                 convolveHorizontally(filtered);
             convolveVertically(y, end);
         }
@@ -171,20 +201,22 @@ private:
     using Runs = std::array<const Word*, 2 * GaussianPlan::largestRadius + 1>;
     static constexpr std::size_t block = 4 * RowKernels::slack;
 
-    Word* ringRow(int y) const
+    // Where the row is kept that has been convolved horizontally: those below the band stay until its end.
+    Word* filteredRow(int y) const
     {
-        return m_workspace.ring + static_cast<std::size_t>(y % Workspace::ringRows) * m_workspace.ringStride;
+        return y < m_end ? m_band.ring + static_cast<std::size_t>(y % Band::ringRows) * m_band.stride
+                         : m_band.tail + static_cast<std::size_t>(y - m_end) * m_band.stride;
     }
 
     void convolveHorizontally(int y)
     {
-        Word* const line = m_workspace.line + lanes(m_plan.radius);
+        Word* const line = m_band.line + lanes(m_plan.radius);
         m_rows.read(y, line);
         extend(line, m_rows.width(), m_plan.radius);
         Runs runs;
         for (int tap = 0; tap <= 2 * m_plan.radius; tap++)
-            runs[static_cast<std::size_t>(tap)] = m_workspace.line + lanes(tap);
-        m_kernels.convolve(runs.data(), m_plan.weights.data(), m_plan.radius, ringRow(y), lanes(m_rows.width()));
+            runs[static_cast<std::size_t>(tap)] = m_band.line + lanes(tap);
+        m_kernels.convolve(runs.data(), m_plan.weights.data(), m_plan.radius, filteredRow(y), lanes(m_rows.width()));
     }
 
     void convolveVertically(int y, int end)
@@ -197,7 +229,7 @@ private:
                 Runs runs;
                 for (int tap = 0; tap <= 2 * m_plan.radius; tap++) {
                     const int from = std::clamp(row + tap - m_plan.radius, 0, m_rows.height() - 1);
-                    runs[static_cast<std::size_t>(tap)] = ringRow(from) + begin;
+                    runs[static_cast<std::size_t>(tap)] = filteredRow(from) + begin;
                 }
                 m_kernels.convolve(runs.data(), m_plan.weights.data(), m_plan.radius, result, count);
                 m_rows.write(row, begin, result, count);
@@ -206,8 +238,10 @@ private:
     }
 
     Rows m_rows;
+    int m_first;
+    int m_end;
     const GaussianPlan& m_plan;
-    const Workspace& m_workspace;
+    const Band& m_band;
     const RowKernels& m_kernels;
 };
 
@@ -215,16 +249,19 @@ private:
 // just been written is read from the nearest cache, and a few rows of each level are all that is kept.
 class Passage {
 public:
-    Passage(Bitmap& picture, int last, const Workspace& workspace, const RowKernels& kernels)
-        : m_picture{picture, kernels}, m_last(last), m_levels(workspace.levels), m_line(workspace.line),
-          m_kernels(kernels)
+    Passage(Bitmap& picture, int last, const Band& band, const RowKernels& kernels)
+        : m_picture{picture, kernels}, m_last(last), m_levels(band.levels), m_line(band.line), m_kernels(kernels)
     {
-        for (std::size_t level = 1; level < m_levels.size(); level++)
-            m_next[level] = m_levels[level].y.first;
     }
 
 protected:
     const Level& level(int number) const { return m_levels[static_cast<std::size_t>(number)]; }
+    // The first row of a level that will be asked for, or the nearest that there is, which it returns.
+    int startAt(int number, int y)
+    {
+        const Extent& rows = level(number).y;
+        return m_next[static_cast<std::size_t>(number)] = std::clamp(y, rows.first, rows.last);
+    }
     // The next row of a level that has to be made before row `upTo` can be read; nothing when all have been.
     std::optional<int> takeNext(int number, int upTo)
     {
@@ -236,7 +273,7 @@ protected:
 
     const PictureRows m_picture;
     const int m_last;
-    const Workspace::Levels& m_levels;
+    const Band::Levels& m_levels;
     Word* const m_line;
     const RowKernels& m_kernels;
 
@@ -249,7 +286,14 @@ class Descent : public Passage {
 public:
     using Passage::Passage;
 
-    void run() { make(m_last, level(m_last).y.last); }
+    // The last level's rows from `first` to before `end`.
+    void run(int first, int end)
+    {
+        int y = startAt(m_last, first);
+        for (int number = m_last - 1; number >= 1; number--)
+            y = startAt(number, 2 * y - 1);
+        make(m_last, end - 1);
+    }
 
 private:
     void make(int number, int upTo)
@@ -296,10 +340,14 @@ class Ascent : public Passage {
 public:
     using Passage::Passage;
 
-    void run()
+    // The picture's rows from `first` to before `end`.
+    void run(int first, int end)
     {
+        int start = first;
+        for (int number = 1; number < m_last; number++)
+            start = startAt(number, halfDown(start - 1));
         const Extent& half = level(1).x;
-        for (int y = 0; y < m_picture.height(); y++) {
+        for (int y = first; y < end; y++) {
             mixLine(1, y);
             m_kernels.spreadColumnsToBytes(m_line - half.first * channels, m_picture.bytes(y),
                                            lanes(halfUp(m_picture.width())));
@@ -330,6 +378,16 @@ private:
         m_kernels.mixRows(from.row(near), from.row(far), m_line, lanes(from.x.count()));
     }
 };
+
+// Threads cost some hundredths of a millisecond.
+int bandCountFor(const Bitmap& picture, const FilterWorkers* workers)
+{
+    constexpr int leastPixels = 1 << 16;
+    constexpr int leastRows = 32; // of a band
+    const bool pays = workers && picture.width() * picture.height() >= leastPixels &&
+                      picture.height() >= leastRows * workers->shareCount();
+    return pays ? workers->shareCount() : 1;
+}
 
 } // namespace
 
@@ -376,20 +434,44 @@ int GaussianPlan::reach() const
     return (radius << levels) + 3 * ((1 << levels) - 1);
 }
 
-void gaussianBlur(Bitmap& picture, const GaussianPlan& plan, FilterScratch& scratch, const RowKernels& kernels)
+void gaussianBlur(Bitmap& picture, const GaussianPlan& plan, FilterScratch& scratch, const RowKernels& kernels,
+                  FilterWorkers* workers)
 {
     if (picture.isEmpty() || plan.isNeutral())
         return;
-    const Workspace workspace(picture, plan, scratch);
+    const int bandCount = bandCountFor(picture, workers);
+    const Workspace workspace(picture, plan, bandCount, scratch);
+    // Does the rows from `first` to before `end` in bands, and returns when all are done.
+    const auto inBands = [&](int first, int end, const auto& work) {
+        const auto doBand = [&](int band) {
+            const int from = first + (end - first) * band / bandCount;
+            const int to = first + (end - first) * (band + 1) / bandCount;
+            if (from < to)
+                work(workspace.bands[static_cast<std::size_t>(band)], from, to);
+        };
+        if (bandCount == 1)
+            doBand(0);
+        else
+            workers->run(doBand);
+    };
+    const auto convolve = [&](const auto& rows) {
+        inBands(0, rows.height(), [&](const Band& band, int from, int to) {
+            Convolution(rows, from, to, plan, band, kernels).takeSurroundings();
+        });
+        inBands(0, rows.height(),
+                [&](const Band& band, int from, int to) { Convolution(rows, from, to, plan, band, kernels).run(); });
+    };
     if (plan.levels == 0) {
-        Convolution(PictureRows{picture, kernels}, plan, workspace, kernels).run();
+        convolve(PictureRows{picture, kernels});
         return;
     }
 
-    const Level& last = workspace.levels[static_cast<std::size_t>(plan.levels)];
-    Descent(picture, plan.levels, workspace, kernels).run();
-    Convolution(LevelRows{last}, plan, workspace, kernels).run();
-    Ascent(picture, plan.levels, workspace, kernels).run();
+    const Level& last = workspace.bands[0].levels[static_cast<std::size_t>(plan.levels)];
+    inBands(last.y.first, last.y.last + 1,
+            [&](const Band& band, int from, int to) { Descent(picture, plan.levels, band, kernels).run(from, to); });
+    convolve(LevelRows{last});
+    inBands(0, picture.height(),
+            [&](const Band& band, int from, int to) { Ascent(picture, plan.levels, band, kernels).run(from, to); });
 }
 
 } // namespace RVCore

@@ -2,6 +2,7 @@
 
 #include <CoreGraphics/Bitmap.h>
 #include <CoreImage/FilterScratch.h>
+#include <CoreImage/Forward.h>
 #include <CoreImage/RowKernels.h>
 
 #include <array>
@@ -42,7 +43,10 @@ struct GaussianPlan {
 //
 // The coarse grid begins at the picture's corner. A part that is cut out with the plan's reach on each side comes out
 // as in the whole, to the bit, when its corner lies at a multiple of 2^levels; elsewhere it may differ by a little.
+//
+// With workers, pictures for which it pays are blurred in bands of rows, one for each share; what comes out is the
+// same to the bit. Without any, the calling thread does it all.
 void gaussianBlur(Bitmap& picture, const GaussianPlan& plan, FilterScratch& scratch,
-                  const RowKernels& kernels = rowKernels());
+                  const RowKernels& kernels = rowKernels(), FilterWorkers* workers = nullptr);
 
 } // namespace RVCore

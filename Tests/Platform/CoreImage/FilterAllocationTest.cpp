@@ -19,7 +19,8 @@ TEST(FilterAllocations, AFadeAllocatesNothingAfterItsFirstFrame)
     int changes = 0;
     const auto observation = blur->observe([&] { ++changes; });
     FilterScratch scratch;
-    Bitmap picture = makePicture(200, 120, [](int x, int y) { return 0xff000000U + static_cast<unsigned>(x * y); });
+    // Large enough for all the cores that there are.
+    Bitmap picture = makePicture(400, 260, [](int x, int y) { return 0xff000000U + static_cast<unsigned>(x * y); });
     const auto frame = [&](CGFloat progress) {
         color->setInputSaturation(1 + progress);
         blur->setInputRadius(30 * progress);

@@ -1,5 +1,6 @@
 #include "Pictures.h"
 
+#include <CoreImage/FilterWorkers.h>
 #include <CoreImage/GaussianBlur.h>
 
 #include <gtest/gtest.h>
@@ -232,6 +233,28 @@ TEST(GaussianBlur, APartWithItsReachComesOutAsInTheWhole)
         const int grid = 1 << plan.levels;
         EXPECT_EQ(differenceOfPart(plan, 3 * grid), 0) << sigma;
         EXPECT_LE(differenceOfPart(plan, 3 * grid + 1), 1) << sigma << ", off the grid";
+    }
+}
+
+TEST(GaussianBlur, InBandsComesOutTheSameToTheBit)
+{
+    for (const auto& [width, height] : {std::pair(512, 128), std::pair(301, 263), std::pair(4096, 129)}) {
+        FilterScratch scratch;
+        const Bitmap noise = std::move(makeTestPictures(width, height).front().bitmap);
+        for (const double sigma : {0.5, 1.7, 3.0, 4.0, 8.0, 15.0, 40.0, 300.0, 20000.0}) {
+            const GaussianPlan plan(sigma);
+            Bitmap alone = copied(noise);
+            gaussianBlur(alone, plan, scratch);
+            for (int count = 1; count <= FilterWorkers::most; count++) {
+                FilterWorkers workers(count);
+                FilterScratch scratchOfBands;
+                Bitmap inBands = copied(noise);
+                gaussianBlur(inBands, plan, scratchOfBands, rowKernels(), &workers);
+                EXPECT_TRUE(isSame(inBands, alone)) << width << " × " << height << " at " << sigma << " by " << count;
+                EXPECT_EQ(scratchOfBands.capacity() > scratch.capacity(), count > 1)
+                    << "bands have rows of their own";
+            }
+        }
     }
 }
 
