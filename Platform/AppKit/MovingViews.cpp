@@ -46,7 +46,8 @@ void MovingViews::prepareFrame(const NSWindow& window)
             continue;
         const auto view = shared(*views[index]);
         const auto layer = view->layer(); // which the view may have lost by then
-        if (!layer->prepareFrame(now) && view->layer() == layer)
+        // Who hears of an end may have set something else going.
+        if (!layer->prepareFrame(now) && view->layer() == layer && !layer->animationEnd(now))
             remove(*view);
     }
 }

@@ -148,6 +148,25 @@ TEST_F(MovingViewsTest, AViewThatDiesOrLosesItsLayerMovesNoMore)
     EXPECT_EQ(framesOfASecond(), 0);
 }
 
+TEST_F(MovingViewsTest, WhatIsSetGoingByWhoHearsOfAnEndGetsItsFrames)
+{
+    view->setWantsLayer(true);
+    const auto first = make<CALayer>();
+    const auto second = make<CALayer>();
+    view->layer()->addSublayer(first);
+    view->layer()->addSublayer(second);
+    framesOfASecond();
+    const auto fadeLayer = [](CALayer& layer, double duration) {
+        LayerMotion motion{.duration = duration};
+        const LayerMotion::Scope scope(&motion);
+        layer.setOpacity(0);
+    };
+    fadeLayer(*first, 0.25);
+    first->setChangeHandler([&] { fadeLayer(*second, 0.45); });
+    EXPECT_EQ(framesOfASecond(), 9); // until 0.3, when the second one begins, and until 0.8
+    first->setChangeHandler(nullptr);
+}
+
 TEST_F(MovingViewsTest, AViewThatIsRemovedByWhoHearsOfItsMoveIsNoTrouble)
 {
     fade(0.45);
