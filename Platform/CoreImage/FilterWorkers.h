@@ -4,6 +4,7 @@
 #include <memory>
 #include <mutex>
 #include <thread>
+#include <type_traits>
 #include <vector>
 
 namespace RVCore {
@@ -26,9 +27,9 @@ public:
     static FilterWorkers& shared();
 
     int shareCount() const { return static_cast<int>(m_threads.size()) + 1; }
-    // Calls the work with every share from 0 on, and returns when all are done. The work must not raise, and shares
-    // must not wait for each other: while another thread has its work done here, the caller does all of its own. It
-    // allocates nothing.
+    // Calls the work with every share from 0 on, and returns when all are done. The work must not raise nor call this
+    // again, and shares must not wait for each other: while another thread has its work done here, the caller does
+    // all of its own. It allocates nothing.
     template <class Work> void run(Work&& work)
     {
         runShares([](void* context, int share) { (*static_cast<std::remove_reference_t<Work>*>(context))(share); },

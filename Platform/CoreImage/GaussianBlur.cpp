@@ -23,6 +23,12 @@ constexpr std::size_t lanes(int pixels)
     return static_cast<std::size_t>(pixels) * channels;
 }
 
+// The same for distances, which may be negative.
+constexpr std::ptrdiff_t distance(int pixels)
+{
+    return std::ptrdiff_t{pixels} * channels;
+}
+
 // Words from one row to the next. An odd number of cache lines: with rows a power of two apart, the pixels of one
 // column would all compete for the same few places of the cache.
 std::size_t strideFor(int pixels)
@@ -330,8 +336,7 @@ private:
     void joinLine(const Extent& from, const Level& half, int y)
     {
         extend(m_line, from.count(), 4);
-        m_kernels.joinColumns(m_line + (2 * half.x.first - from.first) * channels, half.row(y),
-                              lanes(half.x.count()));
+        m_kernels.joinColumns(m_line + distance(2 * half.x.first - from.first), half.row(y), lanes(half.x.count()));
     }
 };
 
@@ -349,7 +354,7 @@ public:
         const Extent& half = level(1).x;
         for (int y = first; y < end; y++) {
             mixLine(1, y);
-            m_kernels.spreadColumnsToBytes(m_line - half.first * channels, m_picture.bytes(y),
+            m_kernels.spreadColumnsToBytes(m_line - distance(half.first), m_picture.bytes(y),
                                            lanes(halfUp(m_picture.width())));
         }
     }
@@ -362,8 +367,8 @@ private:
         const Extent pairs{halfDown(made.x.first), halfDown(made.x.last)};
         while (const auto y = takeNext(number, upTo)) {
             mixLine(number + 1, *y);
-            m_kernels.spreadColumns(m_line + (pairs.first - level(number + 1).x.first) * channels,
-                                    made.row(*y) + (2 * pairs.first - made.x.first) * channels, lanes(pairs.count()));
+            m_kernels.spreadColumns(m_line + distance(pairs.first - level(number + 1).x.first),
+                                    made.row(*y) + distance(2 * pairs.first - made.x.first), lanes(pairs.count()));
         }
     }
 
