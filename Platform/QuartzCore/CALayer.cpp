@@ -155,16 +155,16 @@ template <class T> void CALayer::store(T& field, const T& value)
 template <class T>
 void CALayer::storeMoving(LayerProperty property, T& field, T (LayerPresentation::*shown)() const, const T& value)
 {
-    bool isNew = !(field == value);
+    bool hasChanged = !(field == value);
     if (LayerMotion* motion = LayerMotion::current()) {
         const DispatchTime now = DispatchTime::now();
         const auto [from, to] = ends((LayerPresentation(*this, now).*shown)(), value);
-        isNew |= move({property, nullptr, {}, from, to, now, motion->duration, motion->timingFunction}, *motion);
+        hasChanged |= move({property, nullptr, {}, from, to, now, motion->duration, motion->timingFunction}, *motion);
     } else {
-        isNew |= stop(property);
+        hasChanged |= stop(property);
     }
     field = value;
-    if (isNew)
+    if (hasChanged)
         changed();
 }
 
@@ -417,18 +417,18 @@ void CALayer::setFilterInput(const Value& value, const FilterInputPath& path)
     const Value after = valueForKeyPath(*this, path.whole); // the filter may have put it into its range
     const auto from = numberOf(before);
     const auto to = numberOf(after);
-    bool isNew = !(before == after);
+    bool hasChanged = !(before == after);
     LayerMotion* motion = LayerMotion::current();
     if (motion && from && to) {
         const DispatchTime now = DispatchTime::now();
         const double shown = LayerPresentation(*this, now).filterInput(*filter, path.input).value_or(*from);
-        isNew |= move({LayerProperty::filterInput, filter, std::string(path.input), shown, *to, now, motion->duration,
-                       motion->timingFunction},
-                      *motion);
+        hasChanged |= move({LayerProperty::filterInput, filter, std::string(path.input), shown, *to, now,
+                            motion->duration, motion->timingFunction},
+                           *motion);
     } else {
-        isNew |= stop(LayerProperty::filterInput, filter.get(), path.input);
+        hasChanged |= stop(LayerProperty::filterInput, filter.get(), path.input);
     }
-    if (isNew)
+    if (hasChanged)
         changed();
 }
 
