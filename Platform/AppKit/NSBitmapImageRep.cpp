@@ -1,7 +1,6 @@
 #include <AppKit/NSBitmapImageRep.h>
 #include <CoreGraphics/Bitmap.h>
 #include <CoreGraphics/Canvas.h>
-#include <CoreGraphics/PixelGrid.h>
 #include <Foundation/NSException.h>
 
 namespace RVCore {
@@ -22,15 +21,14 @@ void NSBitmapImageRep::init(CGSize size, CGFloat scale)
     constexpr std::string_view operation = "NSBitmapImageRep.init";
     requireFinite(operation, "size", size);
     requireFinite(operation, "scale", scale);
-    const CGFloat width = pixelsAcross(size.width, scale);
-    const CGFloat height = pixelsAcross(size.height, scale);
-    if (scale <= 0 || width < 1 || height < 1 || width > Bitmap::largestSide || height > Bitmap::largestSide)
+    const auto pixels = pictureBounds(size, scale);
+    if (!pixels || pixels->isEmpty())
         raiseInvalidArgument(operation,
                              describe(size) + " points at the scale " + numberText(scale) + " are no picture");
     m_size = size;
-    m_extent = {width / scale, height / scale};
-    m_pixelsWide = static_cast<int>(width);
-    m_pixelsHigh = static_cast<int>(height);
+    m_extent = {pixels->width / scale, pixels->height / scale};
+    m_pixelsWide = pixels->width;
+    m_pixelsHigh = pixels->height;
 }
 
 void NSBitmapImageRep::init(const CGImageRef& image, CGSize size)

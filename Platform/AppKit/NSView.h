@@ -109,7 +109,7 @@ public:
     virtual void draw(Canvas& canvas, const CGRect& dirtyRect);
     // A picture of a part of the view, in its own coordinates, with everything in it: first the pixels, transparent,
     // at the backing scale of the view's window, or of the main screen where there is none; then what the view shows
-    // at this moment as it is laid out. Null for a part without a size or of more than 32,767 pixels on a side. A
+    // at this moment as it is laid out. Null for a part without a size or of more pixels than bitmaps have. A
     // backend that has no pixels leaves them transparent.
     virtual std::shared_ptr<NSBitmapImageRep> bitmapImageRepForCachingDisplay(const CGRect& rect);
     virtual void cacheDisplay(const CGRect& rect, NSBitmapImageRep& representation);

@@ -45,8 +45,8 @@ std::shared_ptr<NSBitmapImageRep> NSView::bitmapImageRepForCachingDisplay(const 
 {
     requireFinite("NSView.bitmapImageRepForCachingDisplayInRect:", "rect", rect);
     const CGFloat scale = window() ? window()->backingScaleFactor() : NSScreen::mainScreen()->backingScaleFactor();
-    const auto isSide = [&](CGFloat points) { return points > 0 && points * scale <= Bitmap::largestSide; };
-    if (!isSide(rect.size.width) || !isSide(rect.size.height))
+    const auto pixels = pictureBounds(rect.size, scale);
+    if (!pixels || pixels->isEmpty())
         return nullptr;
     return make<NSBitmapImageRep>(rect.size, scale);
 }

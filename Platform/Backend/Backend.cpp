@@ -1,5 +1,4 @@
 #include <Backend/Backend.h>
-#include <CoreGraphics/PixelGrid.h>
 #include <Foundation/NSException.h>
 #include <Foundation/Stop.h>
 
@@ -22,20 +21,6 @@ std::unique_ptr<Backend>& current()
 {
     static std::unique_ptr<Backend> backend;
     return backend;
-}
-
-// Whole pixels; a part of one at the edge counts as one.
-int pictureSide(std::string_view name, CGFloat points, CGFloat scale)
-{
-    const CGFloat pixels = pixelsAcross(points, scale);
-    if (!(pixels >= 1))
-        raiseInvalidArgument("Backend.writePicture",
-                             std::string(name) + " must be above 0, got " + numberText(points));
-    if (pixels > Bitmap::largestSide)
-        raiseInvalidArgument("Backend.writePicture", std::string(name) + " must be at most " +
-                                                         std::to_string(Bitmap::largestSide) + " pixels, got " +
-                                                         numberText(pixels));
-    return static_cast<int>(pixels);
 }
 
 } // namespace
@@ -66,10 +51,11 @@ void Backend::writePicture(const std::string& path, CGSize size, CGFloat scale,
 {
     requireFinite("Backend.writePicture", "size", size);
     requireFinite("Backend.writePicture", "scale", scale);
-    if (scale <= 0)
-        raiseInvalidArgument("Backend.writePicture", "scale must be above 0, got " + numberText(scale));
-    const int width = pictureSide("size.width", size.width, scale);
-    Bitmap picture(width, pictureSide("size.height", size.height, scale));
+    const auto pixels = pictureBounds(size, scale);
+    if (!pixels || pixels->isEmpty())
+        raiseInvalidArgument("Backend.writePicture",
+                             describe(size) + " points at the scale " + numberText(scale) + " are no picture");
+    Bitmap picture(pixels->width, pixels->height);
     paint(*makeCanvas(picture, 0, 0, scale));
     writePicture(path, picture, scale);
 }

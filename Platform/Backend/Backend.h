@@ -136,8 +136,8 @@ public:
                                                        CGSize size) = 0;
     virtual Clipboard& clipboard() = 0;
 
-    // A canvas in points, `scale` pixels each, on a bitmap that is a part of a larger area: its first pixel is this
-    // one of the area. The bitmap outlives the canvas. A backend without pixels has canvases on which nothing is
+    // A canvas in points, `scale` pixels each, above 0, on a bitmap that is a part of a larger area: its first pixel
+    // is this one of the area. The bitmap outlives the canvas. A backend without pixels has canvases on which nothing is
     // drawn.
     virtual std::unique_ptr<Canvas> makeCanvas(Bitmap& bitmap, int x, int y, CGFloat scale) = 0;
 
@@ -147,7 +147,7 @@ public:
     virtual std::vector<ScreenDescription> screens() = 0;
 
     // Paints a picture of this many points, `scale` pixels to a point, on a transparent ground, and writes it as a
-    // PNG file. Raises NSInvalidArgumentException when the size is empty or larger than 32,767 pixels on a side, or
+    // PNG file. Raises NSInvalidArgumentException when the size is empty or of more pixels than bitmaps have, or
     // when the file cannot be written (the reason says why); a file that was there before stays whole then.
     void writePicture(const std::string& path, CGSize size, CGFloat scale, const std::function<void(Canvas&)>& paint);
     // Writes a picture that is there already, in the same way. An empty one raises, too.

@@ -1,11 +1,22 @@
 #include <CoreGraphics/Bitmap.h>
+#include <CoreGraphics/PixelGrid.h>
 #include <Foundation/NSException.h>
 #include <Foundation/Stop.h>
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 
 namespace RVCore {
+
+namespace {
+
+bool isPossible(CGFloat width, CGFloat height)
+{
+    return width <= Bitmap::largestSide && height <= Bitmap::largestSide && width * height <= Bitmap::mostPixels;
+}
+
+} // namespace
 
 Bitmap::Bitmap(int width, int height)
 {
@@ -40,6 +51,9 @@ void Bitmap::resize(int width, int height)
     if (width < 0 || height < 0 || width > largestSide || height > largestSide)
         raiseInvalidArgument("Bitmap", "sides are from 0 to " + std::to_string(largestSide) + " pixels, got " +
                                            std::to_string(width) + " × " + std::to_string(height));
+    if (!isPossible(width, height))
+        raiseInvalidArgument("Bitmap", "there are at most " + std::to_string(mostPixels) + " pixels, got " +
+                                           std::to_string(width) + " × " + std::to_string(height));
     constexpr std::size_t step = AlignedWords<std::uint32_t>::alignment / sizeof(std::uint32_t);
     const std::size_t wordsPerRow = (static_cast<std::size_t>(width) + step - 1) / step * step;
     m_width = m_height = 0;
@@ -52,6 +66,15 @@ void Bitmap::resize(int width, int height)
 void Bitmap::stopForRow(int y) const
 {
     fatalError("Bitmap has " + std::to_string(m_height) + " rows, asked for row " + std::to_string(y));
+}
+
+std::optional<PixelRect> pictureBounds(CGSize points, CGFloat scale)
+{
+    const CGFloat width = std::max(0.0, pixelsAcross(points.width, scale));
+    const CGFloat height = std::max(0.0, pixelsAcross(points.height, scale));
+    if (!(scale > 0) || !isPossible(width, height))
+        return std::nullopt;
+    return PixelRect{0, 0, static_cast<int>(width), static_cast<int>(height)};
 }
 
 CGImageRef makeImage(const Bitmap& bitmap)

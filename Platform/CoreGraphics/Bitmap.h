@@ -1,11 +1,13 @@
 #pragma once
 
 #include <CoreGraphics/AlignedWords.h>
+#include <CoreGraphics/CGGeometry.h>
 #include <CoreGraphics/CGImage.h>
 #include <CoreGraphics/PixelRect.h>
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 
 namespace RVCore {
@@ -17,10 +19,12 @@ namespace RVCore {
 class Bitmap {
 public:
     static constexpr int largestSide = 32767;
+    static constexpr int mostPixels = 1 << 28; // a gigabyte
 
     // Empty: no pixels.
     Bitmap() = default;
-    // Transparent pixels. Raises NSInvalidArgumentException unless both sides are from 0 to 32,767.
+    // Transparent pixels. Raises NSInvalidArgumentException unless both sides are from 0 to 32,767, with no more than
+    // 268,435,456 pixels.
     Bitmap(int width, int height);
     Bitmap(Bitmap&& other) noexcept;
     Bitmap& operator=(Bitmap&& other) noexcept;
@@ -57,6 +61,10 @@ private:
     std::size_t m_wordsPerRow = 0;
     AlignedWords<std::uint32_t> m_words;
 };
+
+// The pixels of a bitmap that shows these points, from (0, 0); a part of a pixel at the edge counts as one, and what
+// is negative as nothing. Nothing where the scale is not above 0, or where there are more pixels than bitmaps have.
+std::optional<PixelRect> pictureBounds(CGSize points, CGFloat scale);
 
 // A picture of the pixels as they are now. Raises NSInvalidArgumentException for an empty bitmap.
 CGImageRef makeImage(const Bitmap& bitmap);

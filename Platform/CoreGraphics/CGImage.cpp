@@ -1,3 +1,4 @@
+#include <CoreGraphics/Bitmap.h>
 #include <CoreGraphics/CGImage.h>
 #include <Foundation/NSException.h>
 
@@ -6,7 +7,7 @@ namespace RVCore {
 CGImage::CGImage(int width, int height, std::vector<std::uint8_t> pixels)
     : m_width(width), m_height(height), m_pixels(std::move(pixels))
 {
-    constexpr int largest = 32767;
+    constexpr int largest = Bitmap::largestSide;
     if (width < 1 || height < 1 || width > largest || height > largest)
         raiseInvalidArgument("CGImage", "sides are from 1 to 32767 pixels, got " + std::to_string(width) + " × " +
                                             std::to_string(height));

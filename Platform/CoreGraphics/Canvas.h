@@ -48,6 +48,10 @@ public:
     // Nests with save and restore; the end brings back transform and clip, too.
     virtual void beginTransparencyLayer(CGFloat alpha) = 0;
     virtual void endTransparencyLayer() = 0;
+
+    // The canvas that does the work, ready to be drawn on: another one where this one stands in for it. For backends
+    // that draw on their own canvases in more ways than these.
+    virtual Canvas& target() { return *this; }
 };
 
 // Saves on construction, restores at the end of the scope.

@@ -1,3 +1,5 @@
+#include <CoreGraphics/Bitmap.h>
+
 #include <QImageReader>
 #include <QPainter>
 #include <QtBackend/QtConversions.h>
@@ -10,7 +12,7 @@ namespace RVCore {
 
 CGImageRef readImage(const std::string& path)
 {
-    constexpr int largest = 32767;
+    constexpr int largest = Bitmap::largestSide;
     QImageReader reader(toQString(path), "png");
     const QImage image = reader.read().convertToFormat(QImage::Format_RGBA8888_Premultiplied);
     if (image.isNull() || image.width() > largest || image.height() > largest)

@@ -534,7 +534,7 @@ void QtTextEditor::blink()
 
 void QtTextEditor::draw(Canvas& canvas, CGPoint origin)
 {
-    auto* qtCanvas = dynamic_cast<QtCanvas*>(&canvas);
+    auto* qtCanvas = dynamic_cast<QtCanvas*>(&canvas.target());
     if (!qtCanvas) {
         // A record of what is drawn: it cannot set selected text, but it can say what there is.
         TextDescription content = m_content;

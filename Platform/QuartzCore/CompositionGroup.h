@@ -55,9 +55,11 @@ struct CompositionGroup {
     bool isContentFilterNew = false;
     OutlineMask contentMask;
 
-    // What was painted behind the group, and how its filters show it.
-    bool hasBackground = false;
-    Surface background; // its damage: where it differs from what the filters have seen
+    // What was painted behind the group, while its opacity or its filters may ask for it again, and how these show
+    // it.
+    bool keepsBackground = false;
+    bool filtersBackground = false;
+    Surface background; // its damage: where what is behind differs from it
     Bitmap filteredBackground;
     DamageRegion backgroundReach; // what of the filtered one changes with that, or with the filters
     OutlineMask backgroundMask;

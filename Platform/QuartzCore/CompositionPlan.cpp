@@ -225,25 +225,34 @@ void CompositionPlan::planBackground(std::uint32_t index, std::uint32_t before)
     const CompositionItem& item = this->item(index);
     CompositionGroup& group = *m_groupOf[index];
     const auto steps = item.backgroundFilters(m_now.steps());
-    const bool hadBackground = group.hasBackground;
-    group.hasBackground = !areNeutral(steps);
-    if (!group.hasBackground) {
-        if (hadBackground)
+    const bool keptBackground = group.keepsBackground;
+    const bool filteredBackground = group.filtersBackground;
+    const bool isFading = before != CompositionItem::none && itemBefore(before).opacity != item.opacity;
+    group.filtersBackground = !areNeutral(steps);
+    group.keepsBackground = group.filtersBackground || isFading;
+    if (!group.keepsBackground) {
+        if (keptBackground)
             group.releaseBackground();
         return;
     }
     Surface& around = innermost();
-    collectOutlines(index, true, around.place, group.backgroundMask);
-    const PixelRect& visible = group.backgroundMask.visible;
+    if (group.filtersBackground)
+        collectOutlines(index, true, around.place, group.backgroundMask);
+    // What is faded may reach beyond the outline.
+    const PixelRect visible =
+        group.filtersBackground ? group.backgroundMask.visible : m_places[index].intersection(around.place);
     // What was damaged so far is what stands behind the group.
     group.background.damage = around.damage;
     group.background.damage.clip(visible);
     const PixelRect placeBefore = group.background.place;
     group.background.setPlace(visible);
-    const bool isNew = !hadBackground || visible != placeBefore;
+    const bool isNew = !keptBackground || visible != placeBefore;
     if (isNew)
         group.background.damageAll();
-    if (isNew || !std::ranges::equal(steps, itemBefore(before).backgroundFilters(m_before.steps()))) {
+    if (!group.filtersBackground)
+        return;
+    if (isNew || !filteredBackground ||
+        !std::ranges::equal(steps, itemBefore(before).backgroundFilters(m_before.steps()))) {
         group.backgroundReach.clear();
         group.backgroundReach.add(visible);
     } else {

@@ -1,4 +1,3 @@
-#include <CoreGraphics/PixelGrid.h>
 #include <CoreImage/FilterStep.h>
 #include <Foundation/NSException.h>
 
@@ -49,32 +48,31 @@ void drawItem(const CompositionItem& item, Canvas& canvas, const Compositor::Dra
 
 } // namespace
 
-// Made when something is first drawn on it: frames in which only groups are blended need none.
-class Compositor::LazyCanvas {
+// On a bitmap that shows a part of the area.
+class Compositor::SurfaceCanvas : public DeferredCanvas {
 public:
-    LazyCanvas(const MakeCanvas& makeCanvas, Bitmap& bitmap, const PixelRect& place, CGFloat scale)
-        : m_makeCanvas(makeCanvas), m_bitmap(bitmap), m_place(place), m_scale(scale)
+    SurfaceCanvas(Compositor& compositor, Bitmap& bitmap, const PixelRect& place)
+        : DeferredCanvas(compositor.m_canvasSteps), m_compositor(compositor), m_bitmap(bitmap), m_place(place)
     {
     }
 
-    Canvas& get()
-    {
-        if (!m_canvas)
-            m_canvas = m_makeCanvas(m_bitmap, m_place.x, m_place.y, m_scale);
-        return *m_canvas;
-    }
     // The rectangle in points.
     CGRect inPoints(const PixelRect& rect) const
     {
-        return {rect.x / m_scale, rect.y / m_scale, rect.width / m_scale, rect.height / m_scale};
+        const CGFloat scale = m_compositor.m_scale;
+        return {rect.x / scale, rect.y / scale, rect.width / scale, rect.height / scale};
+    }
+
+protected:
+    std::unique_ptr<Canvas> makeCanvas() override
+    {
+        return m_compositor.m_makeCanvas(m_bitmap, m_place.x, m_place.y, m_compositor.m_scale);
     }
 
 private:
-    const MakeCanvas& m_makeCanvas;
+    Compositor& m_compositor;
     Bitmap& m_bitmap;
     PixelRect m_place;
-    CGFloat m_scale;
-    std::unique_ptr<Canvas> m_canvas;
 };
 
 Compositor::Compositor(MakeCanvas makeCanvas, DrawContent drawContent)
@@ -96,13 +94,13 @@ const DamageRegion& Compositor::compose(CGSize area, CGFloat scale)
     } atEnd{m_plan};
     requireFinite("Compositor.compose", "area", area);
     requireFinite("Compositor.compose", "scale", scale);
-    const CGFloat width = std::max(0.0, pixelsAcross(area.width, scale));
-    const CGFloat height = std::max(0.0, pixelsAcross(area.height, scale));
-    if (scale <= 0 || width > Bitmap::largestSide || height > Bitmap::largestSide)
+    const auto bounds = pictureBounds(area, scale);
+    if (!bounds)
         raiseInvalidArgument("Compositor.compose", "an area of " + describe(area) + " at the scale " +
                                                        numberText(scale) + " is no picture");
     m_scale = scale;
-    m_area.setPlace({0, 0, static_cast<int>(width), static_cast<int>(height)});
+    m_canvasSteps.clear(); // what a frame left in which drawing raised
+    m_area.setPlace(*bounds);
     m_plan.make(m_area, scale);
     m_changed = m_area.damage;
     paint(0, static_cast<std::uint32_t>(composition().items().size()), m_area);
@@ -127,11 +125,11 @@ void Compositor::paint(std::uint32_t first, std::uint32_t last, Surface& surface
         else if (!replacesBackground(start)) // it will be painted over as a whole otherwise
             copyPixels(m_plan.group(start).background.placed(), surface.target(), rect);
     }
-    LazyCanvas canvas(m_makeCanvas, surface.bitmap, surface.place, m_scale);
+    SurfaceCanvas canvas(*this, surface.bitmap, surface.place);
     for (std::uint32_t index = start; index < last; ++index) {
         const CompositionItem& item = m_plan.item(index);
         if (item.kind == Kind::group) {
-            if (m_plan.group(index).hasBackground)
+            if (m_plan.group(index).keepsBackground)
                 paintBackground(index, surface);
             if (m_plan.group(index).hasSurface) {
                 paintContent(index, surface);
@@ -148,7 +146,7 @@ void Compositor::paint(std::uint32_t first, std::uint32_t last, Surface& surface
 bool Compositor::replacesBackground(std::uint32_t index) const
 {
     const CompositionGroup& group = m_plan.group(index);
-    return m_plan.item(index).opacity >= 1 && group.backgroundMask.outlines.empty();
+    return group.filtersBackground && m_plan.item(index).opacity >= 1 && group.backgroundMask.outlines.empty();
 }
 
 // The last group behind which nothing changed and whose background is as large as the damage: what was painted below
@@ -161,7 +159,7 @@ std::uint32_t Compositor::firstToPaint(std::uint32_t first, std::uint32_t last, 
         if (m_plan.item(index).kind != Kind::group)
             continue;
         const CompositionGroup& group = m_plan.group(index);
-        if (group.hasBackground && group.background.damage.isEmpty() && group.background.place.contains(damage))
+        if (group.keepsBackground && group.background.damage.isEmpty() && group.background.place.contains(damage))
             start = index;
         if (group.hasSurface)
             index = m_plan.item(index).end;
@@ -169,15 +167,15 @@ std::uint32_t Compositor::firstToPaint(std::uint32_t first, std::uint32_t last, 
     return start;
 }
 
-void Compositor::paintItem(std::uint32_t index, const Surface& surface, LazyCanvas& canvas)
+void Compositor::paintItem(std::uint32_t index, const Surface& surface, SurfaceCanvas& canvas)
 {
     for (const PixelRect& rect : surface.damage.rects()) {
         if (rect.intersection(m_plan.place(index)).isEmpty())
             continue;
-        const CanvasState state(canvas.get());
-        canvas.get().clip({canvas.inPoints(rect), 0});
-        clipToGroups(index, canvas.get());
-        drawItem(m_plan.item(index), canvas.get(), m_drawContent);
+        const CanvasState state(canvas);
+        canvas.clip({canvas.inPoints(rect), 0});
+        clipToGroups(index, canvas);
+        drawItem(m_plan.item(index), canvas, m_drawContent);
     }
 }
 
@@ -199,6 +197,10 @@ void Compositor::paintBackground(std::uint32_t index, Surface& surface)
     CompositionGroup& group = m_plan.group(index);
     for (const PixelRect& rect : group.background.damage.rects())
         copyPixels(surface.placed(), group.background.target(), rect);
+    if (!group.filtersBackground) {
+        group.background.damage.clear();
+        return;
+    }
     group.filterBackground(item.backgroundFilters(composition().steps()), m_scale, m_scratch, m_part);
     blend(group.filteredBackground, group.background.place, item.opacity, group.backgroundMask, PixelBlend::mix,
           surface);
@@ -241,12 +243,12 @@ void Compositor::paintMask(OutlineMask& mask)
         return;
     mask.bitmap.resize(mask.visible.width, mask.visible.height);
     mask.bitmap.clear();
-    LazyCanvas canvas(m_makeCanvas, mask.bitmap, mask.visible, m_scale);
+    SurfaceCanvas canvas(*this, mask.bitmap, mask.visible);
     if (!mask.visible.isEmpty()) {
-        const CanvasState state(canvas.get());
+        const CanvasState state(canvas);
         for (const ClipOutline& outline : mask.outlines)
-            clipTo(outline, canvas.get());
-        canvas.get().fill({canvas.inPoints(mask.visible), 0}, {1, 1, 1, 1});
+            clipTo(outline, canvas);
+        canvas.fill({canvas.inPoints(mask.visible), 0}, {1, 1, 1, 1});
     }
     mask.painted = mask.outlines;
     mask.paintedPlace = mask.visible;

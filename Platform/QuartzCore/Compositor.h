@@ -3,8 +3,10 @@
 #include <CoreGraphics/Canvas.h>
 
 #include <QuartzCore/CompositionPlan.h>
+#include <QuartzCore/DeferredCanvas.h>
 
 #include <functional>
+#include <vector>
 
 namespace RVCore {
 
@@ -15,8 +17,9 @@ namespace RVCore {
 //     const DamageRegion& changed = compositor.compose(size, scale);
 //
 // Groups that are translucent or filtered are painted into surfaces of their own, which stay as they are while only
-// their opacity moves; what lies behind background filters is kept unfiltered, so that nothing of it is drawn again
-// while only the filters move. As long as no content has to be drawn, a frame of the same items allocates nothing.
+// their opacity moves. What lies behind a group whose opacity moves is kept, and so is, unfiltered, what lies behind
+// background filters, so that nothing of it is drawn again while only the opacity or the filters move. As long as no
+// content has to be drawn, a frame of the same items allocates nothing.
 // See Documentation/Compositor.md. For one thread at a time.
 class Compositor {
 public:
@@ -32,7 +35,7 @@ public:
     // Paints the frame and returns what differs from the one before, in pixels. The sides are in points; edges that
     // fall between pixels are moved outward. What drawing raises passes through, and the next frame is painted as a
     // whole. Raises NSInvalidArgumentException for a scale that is not finite and above 0, and for an area of more
-    // than 32,767 pixels on a side.
+    // pixels than bitmaps have.
     const DamageRegion& compose(CGSize area, CGFloat scale);
     // The next frame is painted as a whole.
     void invalidate() { m_plan.forget(); }
@@ -44,12 +47,12 @@ public:
     const Composition& composition() const { return m_plan.composition(); }
 
 private:
-    class LazyCanvas;
+    class SurfaceCanvas;
 
     void paint(std::uint32_t first, std::uint32_t last, Surface& surface);
     std::uint32_t firstToPaint(std::uint32_t first, std::uint32_t last, const Surface& surface) const;
     bool replacesBackground(std::uint32_t index) const;
-    void paintItem(std::uint32_t index, const Surface& surface, LazyCanvas& canvas);
+    void paintItem(std::uint32_t index, const Surface& surface, SurfaceCanvas& canvas);
     void clipToGroups(std::uint32_t index, Canvas& canvas) const;
     void paintBackground(std::uint32_t index, Surface& surface);
     void paintContent(std::uint32_t index, Surface& surface);
@@ -65,6 +68,7 @@ private:
     CGFloat m_scale = 1;
     FilterScratch m_scratch;
     Bitmap m_part;
+    std::vector<DeferredCanvas::Step> m_canvasSteps;
 };
 
 // Draws the composition on a canvas all at once. Filters, which need pixels, are left out.

@@ -263,8 +263,9 @@ TEST(ViewSnapshot, ARepresentationIsMadeForAPartOfAView)
 TEST(ViewSnapshot, WhatHasNoPictureHasNoRepresentation)
 {
     const auto view = make<NSView>(CGRect(0, 0, 10, 10));
-    for (const CGRect& rect : {CGRect(), CGRect(0, 0, 10, 0), CGRect(0, 0, 0, 10), CGRect(0, 0, -5, 5),
-                               CGRect(0, 0, 32768, 1), CGRect(0, 0, 1, 1e9)})
+    for (const CGRect& rect :
+         {CGRect(), CGRect(0, 0, 10, 0), CGRect(0, 0, 0, 10), CGRect(0, 0, -5, 5), CGRect(0, 0, 32768, 1),
+          CGRect(0, 0, 1, 1e9), CGRect(0, 0, 30000, 30000), CGRect(0, 0, 1e-7, 5)})
         EXPECT_EQ(view->bitmapImageRepForCachingDisplay(rect), nullptr) << describe(rect);
     EXPECT_THAT(raised([&] { view->bitmapImageRepForCachingDisplay({0, 0, std::nan(""), 1}); }), HasSubstr("rect"));
 }

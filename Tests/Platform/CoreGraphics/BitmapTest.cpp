@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <limits>
 #include <type_traits>
 
 namespace RVCore {
@@ -64,6 +65,26 @@ TEST(Bitmap, ASideMayBeZeroOrUpTo32767)
               "NSInvalidArgumentException: Bitmap: sides are from 0 to 32767 pixels, got -1 × 3");
     EXPECT_EQ(raised([] { Bitmap(1, 32768); }),
               "NSInvalidArgumentException: Bitmap: sides are from 0 to 32767 pixels, got 1 × 32768");
+}
+
+TEST(Bitmap, AGigabyteIsTheMost)
+{
+    EXPECT_EQ(raised([] { Bitmap(30000, 30000); }),
+              "NSInvalidArgumentException: Bitmap: there are at most 268435456 pixels, got 30000 × 30000");
+}
+
+TEST(Bitmap, PicturesOfPointsAreRoundedUpAndHaveLimits)
+{
+    EXPECT_EQ(pictureBounds({10.5, 3}, 1.5), (PixelRect{0, 0, 16, 5}));
+    EXPECT_EQ(pictureBounds({3.3, 0.1}, 10), (PixelRect{0, 0, 33, 1})) << "3.3 × 10 is a little more than 33";
+    EXPECT_EQ(pictureBounds({1e-9, -4}, 1), (PixelRect{0, 0, 0, 0})) << "within the tolerance, and negative";
+    EXPECT_EQ(pictureBounds({32767, 8192}, 1), (PixelRect{0, 0, 32767, 8192}));
+    EXPECT_EQ(pictureBounds({32768, 1}, 1), std::nullopt);
+    EXPECT_EQ(pictureBounds({30000, 30000}, 1), std::nullopt);
+    EXPECT_EQ(pictureBounds({1, 1}, 0), std::nullopt);
+    EXPECT_EQ(pictureBounds({1, 1}, -1), std::nullopt);
+    EXPECT_EQ(pictureBounds({1, 1}, std::numeric_limits<double>::infinity()), std::nullopt);
+    EXPECT_EQ(pictureBounds({1, 1}, std::numeric_limits<double>::quiet_NaN()), std::nullopt);
 }
 
 TEST(Bitmap, ClearMakesEveryPixelTransparent)

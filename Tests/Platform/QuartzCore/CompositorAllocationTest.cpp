@@ -45,5 +45,31 @@ TEST(CompositorAllocations, AFadeAllocatesNothingOnceItHasBegun)
     EXPECT_EQ(allocationCount(), before);
 }
 
+TEST(CompositorAllocations, APlainFadeOverSomethingThatDrawsAllocatesNothingOnceItHasBegun)
+{
+    Compositor compositor([](Bitmap& bitmap, int x, int y,
+                             CGFloat scale) { return std::make_unique<PixelCanvas>(bitmap, x, y, scale); },
+                          [](NSObject&, Canvas& canvas) {
+                              canvas.fill({{0, 0, 9, 9}, 0}, {0, 1, 0, 1});
+                          });
+    const auto host = make<NSObject>();
+    const auto frame = [&](CGFloat opacity) {
+        using Kind = CompositionItem::Kind;
+        Composition& next = compositor.begin();
+        next.add(Kind::fill, host, {}, {60, 40}).color = {1, 1, 1, 1};
+        next.add(Kind::content, host, {}, {60, 40}).revision = 1;
+        next.beginGroup(host, {.placement = {}, .size = {20, 20}, .opacity = opacity});
+        next.add(Kind::fill, host, {}, {20, 20}).color = {0, 0, 1, 1};
+        next.endGroup();
+        compositor.compose({60, 40}, 1);
+    };
+    for (const CGFloat opacity : {1.0, 0.9, 0.8})
+        frame(opacity);
+    const std::size_t before = allocationCount();
+    for (int step = 7; step >= 0; --step)
+        frame(step / 10.0);
+    EXPECT_EQ(allocationCount(), before);
+}
+
 } // namespace
 } // namespace RVCore

@@ -228,6 +228,44 @@ TEST_F(CompositorTest, WhileOnlyTheOpacityMovesNobodyDraws)
     EXPECT_EQ(pixel(2, 2), 0xFFFF4040u);
 }
 
+TEST_F(CompositorTest, WhatIsBehindAGroupThatFadesIsDrawnWhenThatBeginsAndThenKept)
+{
+    const auto behind = make<Painter>();
+    const auto compose = [&](CGFloat opacity) {
+        begin();
+        addContent(behind, {5, 5});
+        beginGroup({0, 0, 4, 4}, opacity);
+        addFill({0, 0, 10, 10}, blue); // beyond the outline, which does not clip
+        next->endGroup();
+        this->compose();
+        return std::exchange(behind->drawCount, 0);
+    };
+    EXPECT_EQ(compose(1), 1);
+    EXPECT_EQ(compose(0.75), 1);
+    EXPECT_EQ(compose(0.5), 0);
+    EXPECT_EQ(pixel(7, 7), 0xFF7F0080u);
+    EXPECT_EQ(compose(0), 0);
+    EXPECT_EQ(pixel(7, 7), redPixel);
+    EXPECT_EQ(pixel(2, 2), whitePixel);
+    behind->setColor(white);
+    EXPECT_EQ(compose(0.25), 1) << "it changed";
+    EXPECT_EQ(pixel(7, 7), 0xFFBFBFFFu);
+}
+
+TEST_F(CompositorTest, WhatDrawsNothingNeedsNoCanvas)
+{
+    int canvases = 0;
+    Compositor counting(
+        [&](Bitmap& bitmap, int x, int y, CGFloat scale) {
+            ++canvases;
+            return std::make_unique<PixelCanvas>(bitmap, x, y, scale);
+        },
+        [](NSObject&, Canvas& canvas) { const CanvasState state(canvas); });
+    counting.begin().add(Kind::content, host, {}, {10, 10}).revision = Painter::nextRevision();
+    counting.compose({40, 30}, 1);
+    EXPECT_EQ(canvases, 0);
+}
+
 TEST_F(CompositorTest, AGroupIsCutAlongItsOutline)
 {
     begin();
