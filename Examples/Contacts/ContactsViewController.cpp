@@ -182,7 +182,8 @@ void ContactsViewController::coverForm()
 {
     showBlockingView(*m_form, {.title = "Saving", .message = m_document->path().filename().string()});
     // Keys that it takes from the form go on to the window, for its shortcuts.
-    setDisableEventPropagation(*progressBlockingView(*m_form), false);
+    if (const auto cover = progressBlockingView(*m_form)) // who loses the keys may have taken it away
+        setDisableEventPropagation(*cover, false);
 }
 
 void ContactsViewController::endSaving(const std::shared_ptr<const ContactList>& written, const std::string& problem)
