@@ -227,7 +227,8 @@ void CompositionPlan::planBackground(std::uint32_t index, std::uint32_t before)
     const auto steps = item.backgroundFilters(m_now.steps());
     const bool keptBackground = group.keepsBackground;
     const bool filteredBackground = group.filtersBackground;
-    const bool isFading = before != CompositionItem::none && itemBefore(before).opacity != item.opacity;
+    // A translucent group that is new has most likely begun to fade.
+    const bool isFading = item.opacity != (before == CompositionItem::none ? 1 : itemBefore(before).opacity);
     group.filtersBackground = !areNeutral(steps);
     group.keepsBackground = group.filtersBackground || isFading;
     if (!group.keepsBackground) {
