@@ -189,7 +189,7 @@ void NSProgressIndicator::moveLater()
 bool NSProgressIndicator::canBeSeenMoving() const
 {
     const NSWindow* host = window();
-    if (!isMoving() || !host || !host->isVisible() || bounds().isEmpty())
+    if (!isMoving() || !host || !host->isExposed() || bounds().isEmpty())
         return false;
     for (const NSView* view = this; view; view = view->superview()) {
         const CALayer* layer = view->layer().get();

@@ -99,6 +99,8 @@ public:
     // long. Visible it is while it is neither ordered out nor minimised.
     bool isVisible() const { return m_isVisible && !m_isMiniaturized; }
     bool isMiniaturized() const { return m_isMiniaturized; }
+    // Visible, and not out of sight for a reason of the desktop's, such as another workspace.
+    bool isExposed() const { return isVisible() && m_backend && m_backend->isExposed(); }
     // Show the window, with its content laid out, in front of the program's other windows; behind them. A minimised
     // one comes back, without the keys.
     void orderFront();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <CoreGraphics/CGGeometry.h>
+#include <Backend/WindowPlacement.h>
 
 namespace RVCore {
 
@@ -11,7 +11,7 @@ struct WindowGeometry {
     CGFloat toolbarHeight = 0;
     CGSize contentSize;
     CGSize contentMinSize;
-    CGSize contentMaxSize{32767, 32767};
+    CGSize contentMaxSize{largestWindowSide, largestWindowSide};
     CGSize neededSize{1, 1}; // by the content; stands above the largest size
 
     CGRect frame() const { return {origin, frameFor({{}, contentSize}).size}; }

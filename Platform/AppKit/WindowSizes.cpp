@@ -1,4 +1,5 @@
 #include <AppKit/WindowSizes.h>
+#include <Backend/WindowPlacement.h>
 #include <Foundation/NSException.h>
 
 #include <algorithm>
@@ -8,7 +9,7 @@ namespace RVCore {
 
 CGFloat desktopSide(CGFloat side)
 {
-    return std::clamp(std::ceil(side), 1.0, 32767.0);
+    return std::clamp(std::ceil(side), 1.0, largestWindowSide);
 }
 
 CGSize desktopSize(CGSize size)

@@ -83,6 +83,9 @@ public:
     // may see it only when the window is next made visible.
     virtual void setParent(WindowBackend* parent) = 0;
     virtual void setVisible(bool visible) = 0;
+    // Whether anything of it can be seen, as far as the desktop tells; a visible window may be on another workspace.
+    // When that begins, the window gets a frame.
+    virtual bool isExposed() const = 0;
     // What the pointer looks like over the content. The arrow at first.
     virtual void setCursor(CursorShape shape) = 0;
     // Tells assistive technology, if there is any. A null element stands for the window.
@@ -137,8 +140,8 @@ public:
     virtual Clipboard& clipboard() = 0;
 
     // A canvas in points, `scale` pixels each, above 0, on a bitmap that is a part of a larger area: its first pixel
-    // is this one of the area. The bitmap outlives the canvas. A backend without pixels has canvases on which nothing is
-    // drawn.
+    // is this one of the area. The bitmap outlives the canvas. A backend without pixels has canvases on which nothing
+    // is drawn.
     virtual std::unique_ptr<Canvas> makeCanvas(Bitmap& bitmap, int x, int y, CGFloat scale) = 0;
 
     virtual std::unique_ptr<WindowBackend> makeWindow(WindowClient& client, CGSize contentSize) = 0;

@@ -11,6 +11,10 @@ namespace RVCore {
 // How high a title bar is taken to be where no desktop tells, in points.
 inline constexpr CGFloat usualTitleBarHeight = 22;
 
+// The largest side that a window's content can have, and how far from the first screen's corner it can be, in points:
+// what the protocols between programs and desktops count to.
+inline constexpr CGFloat largestWindowSide = 32767;
+
 // What the desktop puts around a window's content, and what it lets the user do. A window that is not titled has no
 // frame at all.
 struct WindowStyle {

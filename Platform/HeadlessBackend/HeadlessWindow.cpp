@@ -12,13 +12,13 @@ namespace {
 // A desktop knows whole points only, and no more of them than its protocol can count.
 CGFloat allowedSide(CGFloat side)
 {
-    return std::clamp(std::ceil(side), 1.0, 32767.0);
+    return std::clamp(std::ceil(side), 1.0, largestWindowSide);
 }
 
 // Nor does it place anything further away.
 CGFloat allowedCoordinate(CGFloat coordinate)
 {
-    return std::clamp(std::round(coordinate), -32767.0, 32767.0);
+    return std::clamp(std::round(coordinate), -largestWindowSide, largestWindowSide);
 }
 
 } // namespace
@@ -191,9 +191,16 @@ std::vector<std::pair<std::string, AccessibleChange>> HeadlessWindow::takeAccess
     return std::exchange(m_accessibilityChanges, {});
 }
 
+void HeadlessWindow::setElsewhere(bool isElsewhere)
+{
+    if (m_isElsewhere && !isElsewhere)
+        m_needsFrame = true;
+    m_isElsewhere = isElsewhere;
+}
+
 bool HeadlessWindow::flushFrame()
 {
-    if (!m_isVisible || !m_needsFrame)
+    if (!isExposed() || !m_needsFrame)
         return false;
     // Preparing or painting may end the window's life; the list, which this call keeps alive, tells.
     const std::shared_ptr<List> list = m_list;

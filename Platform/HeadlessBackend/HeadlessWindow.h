@@ -31,6 +31,7 @@ public:
     void setOrigin(CGPoint origin) override;
     WindowPlacement placement() const override;
     void setVisible(bool visible) override;
+    bool isExposed() const override { return m_isVisible && !m_isElsewhere; }
     void order(WindowOrder order) override;
     void activate() override;
     void setMinimized(bool isMinimized) override { m_isMinimized = isMinimized; }
@@ -78,7 +79,10 @@ public:
     // As a desktop would that puts this around the content.
     void setMargins(const EdgeInsets& margins);
 
-    // Prepares and paints the frame that was asked for if the window is visible. Returns whether there was one.
+    // Puts the window out of sight without the program's doing, as the choice of another workspace does, or back.
+    void setElsewhere(bool isElsewhere);
+
+    // Prepares and paints the frame that was asked for if the window is exposed. Returns whether there was one.
     bool flushFrame();
     // What the latest frame painted.
     const RecordingCanvas& lastFrame() const { return m_lastFrame; }
@@ -95,7 +99,7 @@ private:
     std::string m_title;
     CGSize m_contentSize;
     CGSize m_minimumContentSize{1, 1};
-    CGSize m_maximumContentSize{32767, 32767};
+    CGSize m_maximumContentSize{largestWindowSide, largestWindowSide};
     WindowStyle m_style;
     CGPoint m_origin;
     std::optional<EdgeInsets> m_margins; // unless they follow from the style
@@ -106,6 +110,7 @@ private:
     CGPoint m_textInputOrigin;
     bool m_isVisible = false;
     bool m_isMinimized = false;
+    bool m_isElsewhere = false; // on another workspace
     bool m_isActive = false;
     bool m_needsFrame = false;
     std::vector<std::pair<std::string, AccessibleChange>> m_accessibilityChanges;

@@ -8,8 +8,6 @@ namespace RVCore {
 
 namespace {
 
-constexpr CGFloat largestWindowSide = 32767; // X11 counts no further
-
 // Of text this large, fixed-point advances still count thirty thousand characters in a line.
 constexpr CGFloat largestFontSize = 256;
 

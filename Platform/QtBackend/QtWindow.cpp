@@ -28,6 +28,7 @@ QtWindowSurface::QtWindowSurface(WindowClient& client, QSize size)
     setSurfaceType(QSurface::RasterSurface);
     m_knownScale = devicePixelRatio();
     resize(size);
+    m_clock.start();
     m_frameTimer.setSingleShot(true);
     m_frameTimer.setTimerType(Qt::PreciseTimer);
     m_frameTimer.callOnTimeout(this, [this] { paintFrame(); });
@@ -166,14 +167,22 @@ void QtWindowSurface::requestFrame()
     scheduleFrame();
 }
 
-// As soon as the screen can show the next frame, and at once if it has been waiting for one.
+double QtWindowSurface::frameInterval() const
+{
+    return 1000 / (screen() && screen()->refreshRate() > 0 ? screen()->refreshRate() : 60);
+}
+
+// As soon as the screen can show the next frame, and at once if it has been waiting for one. A desktop that says
+// itself when that is is asked; elsewhere the timer's whole milliseconds come out even, as frames count from when the
+// one before was due.
 void QtWindowSurface::scheduleFrame()
 {
     if (!isVisible() || !isExposed() || m_frameTimer.isActive())
         return;
-    const double rate = screen() && screen()->refreshRate() > 0 ? screen()->refreshRate() : 60;
-    const double elapsed = m_sinceFrame.isValid() ? static_cast<double>(m_sinceFrame.elapsed()) : HUGE_VAL;
-    m_frameTimer.start(static_cast<int>(std::max(0.0, std::ceil(1000 / rate - elapsed))));
+    if (QGuiApplication::platformName().startsWith("wayland"))
+        requestUpdate();
+    else
+        m_frameTimer.start(static_cast<int>(std::lround(std::max(0.0, m_lastFrame + frameInterval() - now()))));
 }
 
 void QtWindowSurface::setTextInput(const std::shared_ptr<QtTextEditor>& editor, CGPoint origin)
@@ -208,7 +217,9 @@ bool QtWindowSurface::event(QEvent* event)
         return true;
     const bool isHandled = QWindow::event(event);
     // What was asked for while nobody could see the window is due when somebody can.
-    if (event->type() == QEvent::Expose && !isExposed())
+    if (event->type() == QEvent::UpdateRequest)
+        paintFrame();
+    else if (event->type() == QEvent::Expose && !isExposed())
         m_frameTimer.stop();
     else if (event->type() == QEvent::Expose && m_needsFrame)
         scheduleFrame();
@@ -317,7 +328,8 @@ void QtWindowSurface::paintFrame()
     // What preparing asked for is in this frame; what painting asks for is the next one.
     m_needsFrame = false;
     m_frameTimer.stop();
-    m_sinceFrame.start();
+    const double due = m_lastFrame + frameInterval();
+    m_lastFrame = now() < due + frameInterval() ? due : now();
     if (!m_client || !isExposed())
         return;
     const std::string title = log ? this->title().toStdString() : std::string();
@@ -465,6 +477,11 @@ void QtWindow::setVisible(bool visible)
 {
     if (hasSurface())
         m_surface->setVisible(visible);
+}
+
+bool QtWindow::isExposed() const
+{
+    return hasSurface() && m_surface->isExposed();
 }
 
 void QtWindow::setCursor(CursorShape shape)

@@ -59,6 +59,8 @@ private:
     void updateLimits(QSize present);
     void report(const InputEvent& event);
     bool handleInputMethod(QEvent& event);
+    double now() const { return static_cast<double>(m_clock.nsecsElapsed()) / 1e6; } // in milliseconds
+    double frameInterval() const;                                                    // of the screen, in milliseconds
     void scheduleFrame();
     void paintFrame();
     void paintContent();
@@ -67,7 +69,7 @@ private:
     WindowClient* m_client;
     CGSize m_knownSize; // what the client believes the content size to be
     QSize m_minimumSize{1, 1};
-    QSize m_maximumSize{32767, 32767};
+    QSize m_maximumSize{static_cast<int>(largestWindowSide), static_cast<int>(largestWindowSide)};
     bool m_isResizable = true;
     std::optional<QPoint> m_askedOrigin;
     WindowPlacement m_knownPlacement; // what the client has been told
@@ -78,7 +80,8 @@ private:
     bool m_isStoreStale = true; // what it holds is not what was painted last
     std::weak_ptr<QtTextEditor> m_textInput;
     QTimer m_frameTimer{this};
-    QElapsedTimer m_sinceFrame;
+    QElapsedTimer m_clock;
+    double m_lastFrame = -1e9; // when it was due, in milliseconds on that clock
     bool m_needsFrame = true;
     int m_callDepth = 0;
 };
@@ -99,6 +102,7 @@ public:
     void setOrigin(CGPoint origin) override;
     WindowPlacement placement() const override;
     void setVisible(bool visible) override;
+    bool isExposed() const override;
     void order(WindowOrder order) override;
     void activate() override;
     void setMinimized(bool isMinimized) override;

@@ -260,6 +260,18 @@ TEST_F(NSProgressIndicatorMotion, WhereMovementMakesPeopleIllItIsSlowerAndDoesNo
     EXPECT_NEAR(wheel->animationPhase(), 0.125, 1e-9);
 }
 
+TEST_F(NSProgressIndicatorMotion, OnAnotherWorkspaceItSchedulesNothingAndBackItGoesOn)
+{
+    wheel->startAnimation();
+    desktop->flushFrames();
+    desktop->windows().front()->setElsewhere(true);
+    clock.advance(1);
+    EXPECT_TRUE(isNothingScheduled());
+    desktop->windows().front()->setElsewhere(false);
+    desktop->flushFrames();
+    EXPECT_FALSE(isNothingScheduled());
+}
+
 TEST_F(NSProgressIndicatorMotion, AnotherPaceStartsFromWhereItIs)
 {
     wheel->startAnimation();

@@ -201,6 +201,7 @@ public:
     void setMinimized(bool) override {}
     void setParent(WindowBackend*) override {}
     void setVisible(bool) override {}
+    bool isExposed() const override { return true; }
     void setCursor(CursorShape) override {}
     void accessibilityChanged(const std::shared_ptr<AccessibleElement>&, AccessibleChange) override {}
     void requestFrame() override {}

@@ -1,4 +1,5 @@
 #include <AppKit/WindowGeometry.h>
+
 #include <gtest/gtest.h>
 
 namespace RVCore {
