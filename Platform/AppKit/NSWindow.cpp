@@ -12,6 +12,7 @@
 #include <AppKit/NSWindow.h>
 #include <AppKit/NSWindowController.h>
 #include <AppKit/PublishedDelegate.h>
+#include <AppKit/ToolbarView.h>
 #include <AppKit/WindowPainter.h>
 #include <AppKit/WindowSizes.h>
 #include <Foundation/NSException.h>
@@ -243,8 +244,9 @@ void NSWindow::layoutIfNeeded()
     m_contentView->layoutSubtreeIfNeeded();
     updateMinimumContentSize(); // first, for it may stand in the way of a smaller size
     takeNeededSize();
-    for (const auto& root : rootViews({}))
-        root->layoutSubtreeIfNeeded();
+    m_contentView->layoutSubtreeIfNeeded();
+    if (m_toolbar)
+        m_toolbar->view({})->layoutSubtreeIfNeeded();
 }
 
 // Grows to what the content needs, or shrinks to the most that it can be. A side that was made 0 stays so as long as

@@ -17,6 +17,13 @@ std::span<const FilterStep> CompositionItem::backgroundFilters(const std::vector
     return std::span(steps).subspan(firstStep + filterCount, backgroundFilterCount);
 }
 
+void Composition::reserveFor(const Composition& other)
+{
+    m_items.reserve(other.m_items.capacity());
+    m_steps.reserve(other.m_steps.capacity());
+    m_owners.reserve(other.m_owners.capacity());
+}
+
 void Composition::clear()
 {
     m_items.clear();

@@ -70,6 +70,8 @@ public:
     };
 
     void clear();
+    // Has room for as much as the other one.
+    void reserveFor(const Composition& other);
     // The item's owner lives until the composition is cleared or lets go.
     CompositionItem& add(CompositionItem::Kind kind, const std::shared_ptr<NSObject>& owner,
                          const CGAffineTransform& placement, CGSize size);

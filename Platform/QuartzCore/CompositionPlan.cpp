@@ -81,6 +81,10 @@ void CompositionPlan::make(Surface& area, CGFloat scale)
     if (m_sameAtStart == count)
         planReplaced();
     std::erase_if(m_groups, [](const auto& group) { return !group->isUsed; });
+    // The next frame uses what the one before had.
+    m_before.reserveFor(m_now);
+    m_placesBefore.reserve(m_places.capacity());
+    m_groupOfBefore.reserve(m_groupOf.capacity());
     area.damage.clip(area.place);
     m_isMade = true;
 }
@@ -227,29 +231,30 @@ void CompositionPlan::planBackground(std::uint32_t index, std::uint32_t before)
     const auto steps = item.backgroundFilters(m_now.steps());
     const bool keptBackground = group.keepsBackground;
     const bool filteredBackground = group.filtersBackground;
-    // A translucent group that is new has most likely begun to fade.
+    // A translucent group that is new has most likely begun to fade, and filters that are neutral will not stay so.
     const bool isFading = item.opacity != (before == CompositionItem::none ? 1 : itemBefore(before).opacity);
     group.filtersBackground = !areNeutral(steps);
-    group.keepsBackground = group.filtersBackground || isFading;
+    group.keepsBackground = !steps.empty() || isFading;
     if (!group.keepsBackground) {
         if (keptBackground)
             group.releaseBackground();
         return;
     }
     Surface& around = innermost();
-    if (group.filtersBackground)
+    if (!steps.empty())
         collectOutlines(index, true, around.place, group.backgroundMask);
     // What is faded may reach beyond the outline.
     const PixelRect visible =
-        group.filtersBackground ? group.backgroundMask.visible : m_places[index].intersection(around.place);
+        steps.empty() ? m_places[index].intersection(around.place) : group.backgroundMask.visible;
+    const bool isNew = !keptBackground || visible != group.background.place;
+    group.background.setPlace(visible);
+    if (isNew && isBehindInSight(index, visible))
+        copyPixels(around.placed(), group.background.target(), visible);
+    else if (isNew)
+        around.damage.add(visible);
     // What was damaged so far is what stands behind the group.
     group.background.damage = around.damage;
     group.background.damage.clip(visible);
-    const PixelRect placeBefore = group.background.place;
-    group.background.setPlace(visible);
-    const bool isNew = !keptBackground || visible != placeBefore;
-    if (isNew)
-        group.background.damageAll();
     if (!group.filtersBackground)
         return;
     if (isNew || !filteredBackground ||
@@ -261,6 +266,20 @@ void CompositionPlan::planBackground(std::uint32_t index, std::uint32_t before)
         group.backgroundReach.clip(visible);
     }
     around.damage.add(group.backgroundReach);
+}
+
+// Whether what stands behind the item, which is new, was to be seen there in the frame before, but for what is
+// damaged: nothing that stays was painted over it.
+bool CompositionPlan::isBehindInSight(std::uint32_t index, const PixelRect& rect) const
+{
+    const auto& before = m_before.items();
+    if (before.empty() || index != m_sameAtStart)
+        return false;
+    for (std::size_t i = before.size() - m_sameAtEnd; i < before.size(); ++i) {
+        if (before[i].kind != Kind::end && !m_placesBefore[i].intersection(rect).isEmpty())
+            return false;
+    }
+    return true;
 }
 
 void CompositionPlan::planEnd(std::uint32_t index)

@@ -37,6 +37,7 @@ private:
     void planDrawn(std::uint32_t index);
     void planGroup(std::uint32_t index);
     void planBackground(std::uint32_t index, std::uint32_t before);
+    bool isBehindInSight(std::uint32_t index, const PixelRect& rect) const;
     const CompositionItem& itemBefore(std::uint32_t index) const { return m_before.items()[index]; }
     void planEnd(std::uint32_t index);
     void collectOutlines(std::uint32_t index, bool withOwn, const PixelRect& around, OutlineMask& mask) const;

@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <random>
 
 namespace RVCore {
@@ -250,6 +251,35 @@ TEST_F(CompositorTest, WhatIsBehindAGroupThatFadesIsDrawnWhenThatBeginsAndThenKe
     behind->setColor(white);
     EXPECT_EQ(compose(0.25), 1) << "it changed";
     EXPECT_EQ(pixel(7, 7), 0xFFBFBFFFu);
+}
+
+TEST_F(CompositorTest, WhatIsBehindSomethingNewInFrontIsTakenFromTheFrameBefore)
+{
+    const auto behind = make<Painter>();
+    const auto filter = make<CIGaussianBlur>();
+    const auto compose = [&](std::optional<CGFloat> radius) {
+        begin();
+        addContent(behind, {5, 5});
+        if (radius) {
+            beginFilteredGroup({0, 0, 40, 30}, {{filter, {*radius}}});
+            addFill({30, 20, 5, 5}, blue);
+            next->endGroup();
+        }
+        this->compose();
+        return std::exchange(behind->drawCount, 0);
+    };
+    EXPECT_EQ(compose(std::nullopt), 1);
+    EXPECT_EQ(compose(0), 0);
+    EXPECT_EQ(compose(2), 0);
+    const std::uint32_t blurred = pixel(4, 10);
+    EXPECT_NE(blurred, whitePixel);
+    EXPECT_NE(blurred, redPixel);
+    EXPECT_EQ(pixel(32, 22), bluePixel);
+    EXPECT_EQ(compose(0), 0);
+    EXPECT_EQ(pixel(4, 10), whitePixel);
+    compositor.invalidate();
+    EXPECT_EQ(compose(2), 1);
+    EXPECT_EQ(pixel(4, 10), blurred) << "as when everything is painted";
 }
 
 TEST_F(CompositorTest, WhatDrawsNothingNeedsNoCanvas)
