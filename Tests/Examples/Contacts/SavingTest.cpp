@@ -39,7 +39,7 @@ protected:
         }
         openFile();
         click(view("Favourite")); // something to save
-        form = &view("form");
+        form = shared(view("form"));
     }
     void save() { press("s", InputModifier::command); }
     void saveFromToolbar() { EXPECT_TRUE(window().toolbar()->items()[2]->sendAction()); }
@@ -77,7 +77,7 @@ protected:
     std::string status() { return field("status").stringValue(); }
 
     ManualDispatchClock clock;
-    NSView* form = nullptr;
+    std::shared_ptr<NSView> form; // also when its window has died
 };
 
 TEST_F(Saving, ASmallListIsInTheFileAtOnceAndTheFormIsNotCovered)
@@ -105,7 +105,7 @@ TEST_F(Saving, ALargeListCoversTheFormForASecondAtLeast)
     EXPECT_TRUE(isFavouriteInFile());
     EXPECT_EQ(readContacts(path).contacts.size(), largeSize);
     clock.advance(1.29);
-    EXPECT_EQ(overlay->superview(), form);
+    EXPECT_EQ(overlay->superview(), form.get());
     clock.advance(0.02);
     EXPECT_EQ(overlay->superview(), nullptr);
 }
