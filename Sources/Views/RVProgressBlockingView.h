@@ -74,7 +74,8 @@ public:
     void layout() override;
     bool acceptsFirstResponder() const override { return m_isTakingKeys; } // a click gives it none
     bool canBecomeKeyView() const override { return false; }
-    // Shortcuts and Tab are offered to what a program has added to the overlay, a button that stops the operation say.
+    // Shortcuts and Tab are offered to what a program has added to the overlay, a button that stops the operation
+    // say.
     void keyDown(NSEvent& event) override;
     void rightMouseDown(NSEvent& event) override;
     void rightMouseUp(NSEvent& event) override;
