@@ -130,8 +130,10 @@ void benchmarkSigma(int sigma, const Bitmap& screen, const Bitmap& part)
     reportError(name, error);
     for (const Contestant& contestant : contestants) {
         const std::string peer = contestant.peer->name();
-        report(name + "." + peer + "_ms", contestant.milliseconds());
-        report(name + ".vs_" + peer, ours / contestant.milliseconds());
+        std::string time = name;
+        report(time.append(".").append(peer).append("_ms"), contestant.milliseconds());
+        std::string ratio = name;
+        report(ratio.append(".vs_").append(peer), ours / contestant.milliseconds());
     }
     reportError(name + ".qgraphicsblur", errorOf(makeQGraphicsBlurPeer(part, sigma)->blurred(), expected, margin));
     reportError(name + ".opencv", errorOf(makeOpenCVPeer(part, sigma)->blurred(), expected, margin));

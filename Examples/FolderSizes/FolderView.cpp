@@ -239,10 +239,10 @@ void FolderView::open(std::size_t row)
 
 void FolderView::keyDown(NSEvent& event)
 {
-    const std::string& key = event.charactersIgnoringModifiers();
-    if (m_entries.empty() || isShortcut(event) || contains(event.modifierFlags(), NSEventModifierFlags::option))
-        RVBaseView::keyDown(event);
-    else if (key == NSKey::down)
+    const bool isForOthers =
+        m_entries.empty() || isShortcut(event) || contains(event.modifierFlags(), NSEventModifierFlags::option);
+    const std::string key = isForOthers ? "" : event.charactersIgnoringModifiers();
+    if (key == NSKey::down)
         chooseAndTakeKeys(std::min(m_chosenRow + 1, m_entries.size() - 1));
     else if (key == NSKey::up)
         chooseAndTakeKeys(m_chosenRow - std::min<std::size_t>(m_chosenRow, 1));

@@ -297,7 +297,7 @@ void NSAnimation::stopAnimation()
 
 std::shared_ptr<NSAnimation::Run> NSAnimation::leave()
 {
-    const auto run = std::exchange(m_run, nullptr);
+    auto run = std::exchange(m_run, nullptr);
     m_thread.reset();
     m_isAnimating = false;
     std::erase(running(), shared(*this));

@@ -78,7 +78,7 @@ void NSProgressIndicator::removeWheel()
 
 std::shared_ptr<CALayer> NSProgressIndicator::makeBackingLayer()
 {
-    const auto layer = NSView::makeBackingLayer();
+    auto layer = NSView::makeBackingLayer();
     if (m_wheel)
         m_wheel->addTo(*layer);
     return layer;

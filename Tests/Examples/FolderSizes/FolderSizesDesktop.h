@@ -77,7 +77,8 @@ protected:
     }
     void awaitEnd()
     {
-        controller->scan()->wait();
+        if (FolderScan* scan = controller->scan()) // it may have ended while the queue was served
+            scan->wait();
         wait();
     }
 
