@@ -77,6 +77,18 @@ std::optional<PixelRect> pictureBounds(CGSize points, CGFloat scale)
     return PixelRect{0, 0, static_cast<int>(width), static_cast<int>(height)};
 }
 
+void copyPixels(const Bitmap& source, Bitmap& target)
+{
+    if (source.width() != target.width() || source.height() != target.height())
+        fatalError("a bitmap of " + std::to_string(target.width()) + " × " + std::to_string(target.height()) +
+                   " pixels cannot take those of one of " + std::to_string(source.width()) + " × " +
+                   std::to_string(source.height()));
+    if (&source == &target)
+        return;
+    for (int y = 0; y < source.height(); y++)
+        std::ranges::copy(source.row(y), target.row(y).begin());
+}
+
 CGImageRef makeImage(const Bitmap& bitmap)
 {
     std::vector<std::uint8_t> pixels;

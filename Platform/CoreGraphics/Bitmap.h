@@ -66,6 +66,9 @@ private:
 // is negative as nothing. Nothing where the scale is not above 0, or where there are more pixels than bitmaps have.
 std::optional<PixelRect> pictureBounds(CGSize points, CGFloat scale);
 
+// Gives the target, which is as large (any other stops the program) and may be the source, the source's pixels.
+void copyPixels(const Bitmap& source, Bitmap& target);
+
 // A picture of the pixels as they are now. Raises NSInvalidArgumentException for an empty bitmap.
 CGImageRef makeImage(const Bitmap& bitmap);
 

@@ -1,5 +1,6 @@
 #include <CoreGraphics/Bitmap.h>
 #include <CoreImage/CIColorControls.h>
+#include <CoreImage/FilterWorkers.h>
 #include <CoreImage/RowKernels.h>
 #include <Foundation/NSException.h>
 
@@ -61,7 +62,8 @@ std::span<const std::string_view> CIColorControls::inputKeys() const
     return keys;
 }
 
-void CIColorControls::applyInputs(const FilterInputs& inputs, Bitmap& image, CGFloat, FilterScratch&) const
+void CIColorControls::applyInputs(const FilterInputs& inputs, const Bitmap& source, Bitmap& result, CGFloat,
+                                  FilterScratch&) const
 {
     // All three steps are linear in c and 1, so they are one; multiplied by alpha they are linear in colour and
     // alpha.
@@ -71,8 +73,10 @@ void CIColorControls::applyInputs(const FilterInputs& inputs, Bitmap& image, CGF
     const ColorMixture mixture{.color = contrast * saturation,
                                .luma = contrast * (1 - saturation),
                                .alpha = contrast * (brightness - 0.5F) + 0.5F};
-    for (int y = 0; y < image.height(); y++)
-        rowKernels().mixColors(image.row(y).data(), image.row(y).size(), mixture);
+    FilterWorkers::shared().runBands(source.width(), source.height(), [&](int first, int end) {
+        for (int y = first; y < end; y++)
+            rowKernels().mixColors(source.row(y).data(), result.row(y).data(), source.row(y).size(), mixture);
+    });
 }
 
 } // namespace RVCore

@@ -32,7 +32,8 @@ public:
     bool isNeutral(const FilterInputs& inputs) const override { return inputs == FilterInputs{1, 0, 1}; }
 
 protected:
-    void applyInputs(const FilterInputs& inputs, Bitmap& image, CGFloat scale, FilterScratch& scratch) const override;
+    void applyInputs(const FilterInputs& inputs, const Bitmap& source, Bitmap& result, CGFloat scale,
+                     FilterScratch& scratch) const override;
     CGFloat reachOfInputs(const FilterInputs&, CGFloat) const override { return 0; }
 
 private:

@@ -63,11 +63,14 @@ void CIFilter::setValueForKey(const Value& value, std::string_view key)
     setValueForKeyPath(*this, key, value);
 }
 
-void CIFilter::apply(const FilterInputs& inputs, Bitmap& image, CGFloat scale, FilterScratch& scratch) const
+void CIFilter::apply(const FilterInputs& inputs, const Bitmap& source, Bitmap& result, CGFloat scale,
+                     FilterScratch& scratch) const
 {
     requireScale("CIFilter.apply", scale);
-    if (!image.isEmpty() && !isNeutral(inputs))
-        applyInputs(inputs, image, scale, scratch);
+    if (isNeutral(inputs))
+        copyPixels(source, result);
+    else if (!source.isEmpty())
+        applyInputs(inputs, source, result, scale, scratch);
 }
 
 CGFloat CIFilter::reach(const FilterInputs& inputs, CGFloat scale) const

@@ -45,9 +45,14 @@ public:
     // Applies the filter in place; `scale` is in pixels per point. Where it looks beyond the picture's edges, the
     // outermost pixels go on for ever. Allocates nothing once the scratch memory has served a picture as large.
     // Raises NSInvalidArgumentException for a scale that is not finite and above 0. The second form goes by other
-    // inputs than the filter's own, such as those on the way from one value to another; they are finite.
-    void apply(Bitmap& image, CGFloat scale, FilterScratch& scratch) const { apply(inputs(), image, scale, scratch); }
-    void apply(const FilterInputs& inputs, Bitmap& image, CGFloat scale, FilterScratch& scratch) const;
+    // inputs than the filter's own, such as those on the way from one value to another, which are finite; and it puts
+    // what comes out into `result`, a picture as large, which may be the source.
+    void apply(Bitmap& image, CGFloat scale, FilterScratch& scratch) const
+    {
+        apply(inputs(), image, image, scale, scratch);
+    }
+    void apply(const FilterInputs& inputs, const Bitmap& source, Bitmap& result, CGFloat scale,
+               FilterScratch& scratch) const;
     // How many pixels around an area have an influence on it: 0 when each pixel stands alone. Raises as above.
     CGFloat reach(CGFloat scale) const { return reach(inputs(), scale); }
     CGFloat reach(const FilterInputs& inputs, CGFloat scale) const;
@@ -68,7 +73,7 @@ protected:
     void store(CGFloat& input, CGFloat value);
 
     // The work of the above, for inputs that are not neutral and a scale that is right.
-    virtual void applyInputs(const FilterInputs& inputs, Bitmap& image, CGFloat scale,
+    virtual void applyInputs(const FilterInputs& inputs, const Bitmap& source, Bitmap& result, CGFloat scale,
                              FilterScratch& scratch) const = 0;
     virtual CGFloat reachOfInputs(const FilterInputs& inputs, CGFloat scale) const = 0;
     virtual int gridOfInputs(const FilterInputs&, CGFloat) const { return 1; }

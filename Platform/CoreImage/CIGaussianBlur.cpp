@@ -26,10 +26,10 @@ std::span<const std::string_view> CIGaussianBlur::inputKeys() const
     return keys;
 }
 
-void CIGaussianBlur::applyInputs(const FilterInputs& inputs, Bitmap& image, CGFloat scale,
+void CIGaussianBlur::applyInputs(const FilterInputs& inputs, const Bitmap& source, Bitmap& result, CGFloat scale,
                                  FilterScratch& scratch) const
 {
-    gaussianBlur(image, GaussianPlan(inputs[0] * scale), scratch, rowKernels(), &FilterWorkers::shared());
+    gaussianBlur(source, result, GaussianPlan(inputs[0] * scale), scratch, rowKernels(), &FilterWorkers::shared());
 }
 
 CGFloat CIGaussianBlur::reachOfInputs(const FilterInputs& inputs, CGFloat scale) const

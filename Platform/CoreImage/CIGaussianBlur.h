@@ -24,7 +24,8 @@ public:
     bool isNeutral(const FilterInputs& inputs) const override { return inputs[0] <= 0; }
 
 protected:
-    void applyInputs(const FilterInputs& inputs, Bitmap& image, CGFloat scale, FilterScratch& scratch) const override;
+    void applyInputs(const FilterInputs& inputs, const Bitmap& source, Bitmap& result, CGFloat scale,
+                     FilterScratch& scratch) const override;
     CGFloat reachOfInputs(const FilterInputs& inputs, CGFloat scale) const override;
     int gridOfInputs(const FilterInputs& inputs, CGFloat scale) const override;
 

@@ -36,10 +36,14 @@ bool areNeutral(std::span<const FilterStep> steps)
     return std::ranges::all_of(steps, &FilterStep::isNeutral);
 }
 
-void apply(std::span<const FilterStep> steps, Bitmap& image, CGFloat scale, FilterScratch& scratch)
+void apply(std::span<const FilterStep> steps, const Bitmap& source, Bitmap& result, CGFloat scale,
+           FilterScratch& scratch)
 {
-    for (const FilterStep& step : steps)
-        step.filter->apply(step.inputs, image, scale, scratch);
+    const Bitmap* from = &source;
+    for (const FilterStep& step : steps) {
+        step.filter->apply(step.inputs, *from, result, scale, scratch);
+        from = &result;
+    }
 }
 
 } // namespace RVCore

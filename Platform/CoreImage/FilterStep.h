@@ -26,6 +26,8 @@ int reachOf(std::span<const FilterStep> steps, CGFloat scale);
 int gridOf(std::span<const FilterStep> steps, CGFloat scale);
 // Whether none of the steps changes anything.
 bool areNeutral(std::span<const FilterStep> steps);
-void apply(std::span<const FilterStep> steps, Bitmap& image, CGFloat scale, FilterScratch& scratch);
+// At least one step, from the source to a result of the same size.
+void apply(std::span<const FilterStep> steps, const Bitmap& source, Bitmap& result, CGFloat scale,
+           FilterScratch& scratch);
 
 } // namespace RVCore

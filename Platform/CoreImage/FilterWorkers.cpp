@@ -33,6 +33,13 @@ FilterWorkers& FilterWorkers::shared()
     return workers;
 }
 
+int FilterWorkers::bandCount(int width, int height) const
+{
+    constexpr int leastPixels = 1 << 16;
+    constexpr int leastRows = 32; // of a band
+    return width * height >= leastPixels && height >= leastRows * shareCount() ? shareCount() : 1;
+}
+
 void FilterWorkers::runShares(Call call, void* context)
 {
     const std::unique_lock caller(m_caller, std::try_to_lock);

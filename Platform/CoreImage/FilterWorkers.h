@@ -9,9 +9,9 @@
 
 namespace RVCore {
 
-// Threads that wait to do a share of a filter's work each, so that a large picture takes all the cores there are.
+// Threads that wait to do a share of the work on a large picture each, so that it takes all the cores there are.
 //
-//     workers.run([&](int share) { … the rows of this share … });
+//     workers.runBands(width, height, [&](int first, int end) { … the rows from first to before end … });
 class FilterWorkers {
 public:
     static constexpr int most = 4;
@@ -34,6 +34,19 @@ public:
     {
         runShares([](void* context, int share) { (*static_cast<std::remove_reference_t<Work>*>(context))(share); },
                   const_cast<void*>(static_cast<const void*>(std::addressof(work))));
+    }
+
+    // In how many bands of rows a picture of these sides is done soonest: one for each share where that outweighs the
+    // hundredths of a millisecond that threads cost, otherwise one.
+    int bandCount(int width, int height) const;
+    // Calls the work with the first row of every band and the one behind its last, as `run` does.
+    template <class Work> void runBands(int width, int height, Work&& work)
+    {
+        const int count = bandCount(width, height);
+        if (count == 1)
+            work(0, height);
+        else
+            run([&](int share) { work(height * share / count, height * (share + 1) / count); });
     }
 
 private:

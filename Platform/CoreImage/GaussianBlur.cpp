@@ -144,19 +144,29 @@ void extend(Word* row, int count, int pixels)
     }
 }
 
+const std::uint8_t* bytesOf(const Bitmap& picture, int y)
+{
+    return reinterpret_cast<const std::uint8_t*>(picture.row(y).data());
+}
+
+std::uint8_t* bytesOf(Bitmap& picture, int y)
+{
+    return reinterpret_cast<std::uint8_t*>(picture.row(y).data());
+}
+
 // What the convolution works on: the picture itself.
 struct PictureRows {
-    Bitmap& picture;
+    const Bitmap& source;
+    Bitmap& result;
     const RowKernels& kernels;
 
-    int width() const { return picture.width(); }
-    int height() const { return picture.height(); }
-    void read(int y, Word* to) const { kernels.widen(bytes(y), to, lanes(width())); }
+    int width() const { return source.width(); }
+    int height() const { return source.height(); }
+    void read(int y, Word* to) const { kernels.widen(bytesOf(source, y), to, lanes(width())); }
     void write(int y, std::size_t begin, const Word* from, std::size_t count) const
     {
-        kernels.narrow(from, bytes(y) + begin, count);
+        kernels.narrow(from, bytesOf(result, y) + begin, count);
     }
-    std::uint8_t* bytes(int y) const { return reinterpret_cast<std::uint8_t*>(picture.row(y).data()); }
 };
 
 // Or a level of it.
@@ -255,8 +265,8 @@ private:
 // just been written is read from the nearest cache, and a few rows of each level are all that is kept.
 class Passage {
 public:
-    Passage(Bitmap& picture, int last, const Band& band, const RowKernels& kernels)
-        : m_picture{picture, kernels}, m_last(last), m_levels(band.levels), m_line(band.line), m_kernels(kernels)
+    Passage(int last, const Band& band, const RowKernels& kernels)
+        : m_last(last), m_levels(band.levels), m_line(band.line), m_kernels(kernels)
     {
     }
 
@@ -277,7 +287,6 @@ protected:
         return next++;
     }
 
-    const PictureRows m_picture;
     const int m_last;
     const Band::Levels& m_levels;
     Word* const m_line;
@@ -290,7 +299,10 @@ private:
 // From the picture down to the last level.
 class Descent : public Passage {
 public:
-    using Passage::Passage;
+    Descent(const Bitmap& source, int last, const Band& band, const RowKernels& kernels)
+        : Passage(last, band, kernels), m_source(source)
+    {
+    }
 
     // The last level's rows from `first` to before `end`.
     void run(int first, int end)
@@ -307,7 +319,7 @@ private:
         while (const auto y = takeNext(number, upTo)) {
             if (number == 1) {
                 joinPictureRows(*y);
-                joinLine({0, m_picture.width() - 1}, level(1), *y);
+                joinLine({0, m_source.width() - 1}, level(1), *y);
             } else {
                 make(number - 1, 2 * *y + 2);
                 joinLevelRows(level(number - 1), *y);
@@ -320,8 +332,8 @@ private:
     {
         const std::uint8_t* four[4];
         for (int i = 0; i < 4; i++)
-            four[i] = m_picture.bytes(std::clamp(2 * y - 1 + i, 0, m_picture.height() - 1));
-        m_kernels.joinByteRows(four, m_line, lanes(m_picture.width()));
+            four[i] = bytesOf(m_source, std::clamp(2 * y - 1 + i, 0, m_source.height() - 1));
+        m_kernels.joinByteRows(four, m_line, lanes(m_source.width()));
     }
 
     void joinLevelRows(const Level& from, int y)
@@ -338,12 +350,17 @@ private:
         extend(m_line, from.count(), 4);
         m_kernels.joinColumns(m_line + distance(2 * half.x.first - from.first), half.row(y), lanes(half.x.count()));
     }
+
+    const Bitmap& m_source;
 };
 
 // And back up.
 class Ascent : public Passage {
 public:
-    using Passage::Passage;
+    Ascent(Bitmap& result, int last, const Band& band, const RowKernels& kernels)
+        : Passage(last, band, kernels), m_result(result)
+    {
+    }
 
     // The picture's rows from `first` to before `end`.
     void run(int first, int end)
@@ -354,8 +371,8 @@ public:
         const Extent& half = level(1).x;
         for (int y = first; y < end; y++) {
             mixLine(1, y);
-            m_kernels.spreadColumnsToBytes(m_line - distance(half.first), m_picture.bytes(y),
-                                           lanes(halfUp(m_picture.width())));
+            m_kernels.spreadColumnsToBytes(m_line - distance(half.first), bytesOf(m_result, y),
+                                           lanes(halfUp(m_result.width())));
         }
     }
 
@@ -382,17 +399,9 @@ private:
         const Level& from = level(number);
         m_kernels.mixRows(from.row(near), from.row(far), m_line, lanes(from.x.count()));
     }
-};
 
-// Threads cost some hundredths of a millisecond.
-int bandCountFor(const Bitmap& picture, const FilterWorkers* workers)
-{
-    constexpr int leastPixels = 1 << 16;
-    constexpr int leastRows = 32; // of a band
-    const bool pays = workers && picture.width() * picture.height() >= leastPixels &&
-                      picture.height() >= leastRows * workers->shareCount();
-    return pays ? workers->shareCount() : 1;
-}
+    Bitmap& m_result;
+};
 
 } // namespace
 
@@ -439,13 +448,15 @@ int GaussianPlan::reach() const
     return (radius << levels) + 3 * ((1 << levels) - 1);
 }
 
-void gaussianBlur(Bitmap& picture, const GaussianPlan& plan, FilterScratch& scratch, const RowKernels& kernels,
-                  FilterWorkers* workers)
+void gaussianBlur(const Bitmap& source, Bitmap& result, const GaussianPlan& plan, FilterScratch& scratch,
+                  const RowKernels& kernels, FilterWorkers* workers)
 {
-    if (picture.isEmpty() || plan.isNeutral())
+    if (plan.isNeutral() || source.isEmpty()) {
+        copyPixels(source, result);
         return;
-    const int bandCount = bandCountFor(picture, workers);
-    const Workspace workspace(picture, plan, bandCount, scratch);
+    }
+    const int bandCount = workers ? workers->bandCount(source.width(), source.height()) : 1;
+    const Workspace workspace(source, plan, bandCount, scratch);
     // Does the rows from `first` to before `end` in bands, and returns when all are done.
     const auto inBands = [&](int first, int end, const auto& work) {
         const auto doBand = [&](int band) {
@@ -467,16 +478,16 @@ void gaussianBlur(Bitmap& picture, const GaussianPlan& plan, FilterScratch& scra
                 [&](const Band& band, int from, int to) { Convolution(rows, from, to, plan, band, kernels).run(); });
     };
     if (plan.levels == 0) {
-        convolve(PictureRows{picture, kernels});
+        convolve(PictureRows{source, result, kernels});
         return;
     }
 
     const Level& last = workspace.bands[0].levels[static_cast<std::size_t>(plan.levels)];
     inBands(last.y.first, last.y.last + 1,
-            [&](const Band& band, int from, int to) { Descent(picture, plan.levels, band, kernels).run(from, to); });
+            [&](const Band& band, int from, int to) { Descent(source, plan.levels, band, kernels).run(from, to); });
     convolve(LevelRows{last});
-    inBands(0, picture.height(),
-            [&](const Band& band, int from, int to) { Ascent(picture, plan.levels, band, kernels).run(from, to); });
+    inBands(0, result.height(),
+            [&](const Band& band, int from, int to) { Ascent(result, plan.levels, band, kernels).run(from, to); });
 }
 
 } // namespace RVCore

@@ -37,7 +37,8 @@ struct GaussianPlan {
     std::array<std::uint16_t, largestRadius + 1> weights{};
 };
 
-// Blurs the picture in place; beyond its edges the outermost pixels go on for ever. Off the Gaussian (its density at
+// Blurs the source into the result, which is as large and may be the source; beyond the edges the outermost pixels go
+// on for ever. Off the Gaussian (its density at
 // the pixels' centres, normalised) by less than 2/255 whatever the picture shows, for standard deviations up to what
 // a plan cuts off. A colour never comes out above its alpha, an even area is left as it is.
 //
@@ -46,7 +47,12 @@ struct GaussianPlan {
 //
 // With workers, pictures for which it pays are blurred in bands of rows, one for each share; what comes out is the
 // same to the bit. Without any, the calling thread does it all.
-void gaussianBlur(Bitmap& picture, const GaussianPlan& plan, FilterScratch& scratch,
+void gaussianBlur(const Bitmap& source, Bitmap& result, const GaussianPlan& plan, FilterScratch& scratch,
                   const RowKernels& kernels = rowKernels(), FilterWorkers* workers = nullptr);
+inline void gaussianBlur(Bitmap& picture, const GaussianPlan& plan, FilterScratch& scratch,
+                         const RowKernels& kernels = rowKernels(), FilterWorkers* workers = nullptr)
+{
+    gaussianBlur(picture, picture, plan, scratch, kernels, workers);
+}
 
 } // namespace RVCore

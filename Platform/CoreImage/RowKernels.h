@@ -46,8 +46,8 @@ struct RowKernels {
     void (*spreadColumnsToBytes)(const std::uint16_t* in, std::uint8_t* out, std::size_t count);
 
     // The colours of pixels 0xAARRGGBB, rounded, none below 0 or above its alpha; here `count` is in pixels, and no
-    // other one is touched.
-    void (*mixColors)(std::uint32_t* pixels, std::size_t count, const ColorMixture& mixture);
+    // other one is touched. `out` may be `in`.
+    void (*mixColors)(const std::uint32_t* in, std::uint32_t* out, std::size_t count, const ColorMixture& mixture);
 };
 
 // In plain C++, for every processor; what the others must equal.

@@ -186,9 +186,9 @@ void spreadColumnsToBytes(const Word* in, Byte* out, std::size_t count)
     }
 }
 
-void mixColors(std::uint32_t* pixels, std::size_t count, const ColorMixture& mixture)
+void mixColors(const std::uint32_t* in, std::uint32_t* out, std::size_t count, const ColorMixture& mixture)
 {
-    mixColorRow(pixels, count, mixture);
+    mixColorRow(in, out, count, mixture);
 }
 
 constexpr RowKernels kernels{.widen = &widen,

@@ -38,8 +38,7 @@ void CompositionGroup::releaseBackground()
 void CompositionGroup::filterContent(std::span<const FilterStep> steps, CGFloat scale, FilterScratch& scratch)
 {
     filteredContent.resize(content.place.width, content.place.height);
-    copyPixels(content.placed(), {filteredContent, content.place.x, content.place.y}, content.place);
-    apply(steps, filteredContent, scale, scratch);
+    apply(steps, content.bitmap, filteredContent, scale, scratch);
 }
 
 void CompositionGroup::filterBackground(std::span<const FilterStep> steps, CGFloat scale, FilterScratch& scratch,
@@ -49,8 +48,7 @@ void CompositionGroup::filterBackground(std::span<const FilterStep> steps, CGFlo
     const MutablePlacedBitmap shown{filteredBackground, place.x, place.y};
     if (std::ranges::count(backgroundReach.rects(), place) > 0) {
         filteredBackground.resize(place.width, place.height);
-        copyPixels(background.placed(), shown, place);
-        apply(steps, filteredBackground, scale, scratch);
+        apply(steps, background.bitmap, filteredBackground, scale, scratch);
     } else {
         const int reach = reachOf(steps, scale);
         const int grid = gridOf(steps, scale);
@@ -62,7 +60,7 @@ void CompositionGroup::filterBackground(std::span<const FilterStep> steps, CGFlo
             seen = {seen.x - left, seen.y - top, seen.width + left, seen.height + top};
             part.resize(seen.width, seen.height);
             copyPixels(background.placed(), {part, seen.x, seen.y}, seen);
-            apply(steps, part, scale, scratch);
+            apply(steps, part, part, scale, scratch);
             copyPixels({part, seen.x, seen.y}, shown, rect);
         }
     }

@@ -1,4 +1,5 @@
 #include <CoreGraphics/Bitmap.h>
+#include <CoreImage/FilterWorkers.h>
 
 #include <QuartzCore/PixelBlend.h>
 
@@ -52,14 +53,16 @@ void forEachRow(const PlacedBitmap& source, const PlacedBitmap* mask, const Muta
                .intersection(placeOf(target.bitmap, target.x, target.y));
     if (mask)
         rect = rect.intersection(placeOf(mask->bitmap, mask->x, mask->y));
-    for (int y = rect.y; y < rect.maxY(); ++y) {
-        const auto from = [&](const PlacedBitmap& placed) {
-            return placed.bitmap.row(y - placed.y).data() + (rect.x - placed.x);
-        };
-        work(Rows{from(source), mask ? from(*mask) : nullptr,
-                  target.bitmap.row(y - target.y).data() + (rect.x - target.x),
-                  static_cast<std::size_t>(rect.width)});
-    }
+    FilterWorkers::shared().runBands(rect.width, rect.height, [&](int first, int end) {
+        for (int y = rect.y + first; y < rect.y + end; ++y) {
+            const auto from = [&](const PlacedBitmap& placed) {
+                return placed.bitmap.row(y - placed.y).data() + (rect.x - placed.x);
+            };
+            work(Rows{from(source), mask ? from(*mask) : nullptr,
+                      target.bitmap.row(y - target.y).data() + (rect.x - target.x),
+                      static_cast<std::size_t>(rect.width)});
+        }
+    });
 }
 
 template <PixelBlend Blend> void blendRow(const Rows& rows, std::uint32_t weight)

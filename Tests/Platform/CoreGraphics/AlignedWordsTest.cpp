@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-namespace RVCore {
+namespace RVCore::AlignedWordsTests {
 namespace {
 
 TEST(AlignedWords, HoldNothingUntilTheyAreAsked)
@@ -42,4 +42,4 @@ TEST(AlignedWords, LeaveNothingBehindWhereTheyMovedFrom)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::AlignedWordsTests

@@ -7,7 +7,7 @@
 #include <limits>
 #include <type_traits>
 
-namespace RVCore {
+namespace RVCore::BitmapTests {
 namespace {
 
 using testing::Each;
@@ -138,6 +138,26 @@ TEST(Bitmap, MovesWithItsPixelsAndLeavesAnEmptyOne)
     EXPECT_THAT(bitmap.row(0), ElementsAre(9, 9));
 }
 
+TEST(Bitmap, TakesThePixelsOfAnotherOneAsLarge)
+{
+    Bitmap source(3, 2);
+    fill(source, 0xff123456);
+    source.row(1)[2] = 0x80000000;
+    Bitmap target(3, 2);
+    copyPixels(source, target);
+    EXPECT_THAT(target.row(0), Each(0xff123456));
+    EXPECT_THAT(target.row(1), ElementsAre(0xff123456, 0xff123456, 0x80000000));
+    copyPixels(target, target);
+    EXPECT_THAT(target.row(1), ElementsAre(0xff123456, 0xff123456, 0x80000000));
+}
+
+TEST(BitmapDeathTest, TakingThePixelsOfOneThatIsNotAsLargeStopsTheProgram)
+{
+    const Bitmap source(3, 2);
+    Bitmap target(2, 3);
+    EXPECT_DEATH(copyPixels(source, target), "a bitmap of 2 × 3 pixels cannot take those of one of 3 × 2");
+}
+
 TEST(BitmapDeathTest, ARowThatItDoesNotHaveStopsTheProgram)
 {
     Bitmap bitmap(2, 3);
@@ -165,4 +185,4 @@ TEST(Bitmap, AnEmptyOneMakesNoImage)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::BitmapTests

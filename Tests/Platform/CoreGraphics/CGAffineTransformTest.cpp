@@ -8,7 +8,7 @@
 #include <numbers>
 #include <random>
 
-namespace RVCore {
+namespace RVCore::CGAffineTransformTests {
 namespace {
 
 constexpr CGFloat pi = std::numbers::pi;
@@ -137,4 +137,4 @@ TEST(CGAffineTransform, AComponentThatIsNotFiniteRaises)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::CGAffineTransformTests

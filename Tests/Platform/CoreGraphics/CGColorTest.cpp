@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::CGColorTests {
 namespace {
 
 TEST(CGColor, IsOpaqueBlackByDefault)
@@ -32,4 +32,4 @@ TEST(CGColor, TravelsAsAValue)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::CGColorTests

@@ -8,7 +8,7 @@
 #include <limits>
 #include <sstream>
 
-namespace RVCore {
+namespace RVCore::CGGeometryTests {
 namespace {
 
 constexpr CGFloat notANumber = std::numeric_limits<CGFloat>::quiet_NaN();
@@ -133,4 +133,4 @@ TEST(CGGeometry, TravelsAsAValue)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::CGGeometryTests

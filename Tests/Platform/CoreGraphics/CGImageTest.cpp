@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::CGImageTests {
 namespace {
 
 TEST(CGImage, HoldsItsPixelsRowByRow)
@@ -33,4 +33,4 @@ TEST(CGImage, TheBytesAreAsManyAsThePixelsTake)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::CGImageTests

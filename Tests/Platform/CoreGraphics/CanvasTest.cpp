@@ -6,7 +6,7 @@
 
 #include <stdexcept>
 
-namespace RVCore {
+namespace RVCore::CanvasTests {
 namespace {
 
 TEST(CanvasState, RestoresAtTheEndOfItsScope)
@@ -31,4 +31,4 @@ TEST(CanvasState, RestoresWhenPaintingRaises)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::CanvasTests

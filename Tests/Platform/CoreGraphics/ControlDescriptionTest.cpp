@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::ControlDescriptionTests {
 namespace {
 
 TEST(ControlDescription, SaysWhatDiffersFromTheDefault)
@@ -41,4 +41,4 @@ TEST(ControlDescription, NamesEveryKind)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::ControlDescriptionTests

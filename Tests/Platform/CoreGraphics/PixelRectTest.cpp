@@ -4,7 +4,7 @@
 
 #include <sstream>
 
-namespace RVCore {
+namespace RVCore::PixelRectTests {
 namespace {
 
 TEST(PixelRect, IsEmptyUntilBothSidesAreAboveZero)
@@ -61,4 +61,4 @@ TEST(PixelRect, PrintsOriginAndSize)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::PixelRectTests

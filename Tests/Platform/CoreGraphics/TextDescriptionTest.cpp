@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::TextDescriptionTests {
 namespace {
 
 TEST(TextDescription, OnlyTheWrappingModesWrap)
@@ -43,4 +43,4 @@ TEST(TextDescription, IsEqualOnlyWithTheSameFont)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::TextDescriptionTests

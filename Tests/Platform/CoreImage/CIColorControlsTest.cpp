@@ -10,7 +10,7 @@
 #include <cmath>
 #include <limits>
 
-namespace RVCore {
+namespace RVCore::CIColorControlsTests {
 namespace {
 
 using testing::HasSubstr;
@@ -161,4 +161,4 @@ TEST(CIColorControls, EveryInputIsReadAndWrittenByName)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::CIColorControlsTests

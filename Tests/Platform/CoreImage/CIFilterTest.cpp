@@ -11,7 +11,7 @@
 
 #include <limits>
 
-namespace RVCore {
+namespace RVCore::CIFilterTests {
 namespace {
 
 using testing::AllOf;
@@ -108,7 +108,7 @@ public:
     bool isNeutral(const FilterInputs&) const override { return true; }
 
 protected:
-    void applyInputs(const FilterInputs&, Bitmap&, CGFloat, FilterScratch&) const override {}
+    void applyInputs(const FilterInputs&, const Bitmap&, Bitmap&, CGFloat, FilterScratch&) const override {}
     CGFloat reachOfInputs(const FilterInputs&, CGFloat) const override { return 0; }
 };
 
@@ -198,5 +198,32 @@ TEST(CIFilter, HasNothingToDoInAnEmptyPictureOrWhenNeutral)
     EXPECT_EQ(scratch.capacity(), 0U);
 }
 
+TEST(CIFilter, LeavesASourceThatIsNotTheResultAsItIs)
+{
+    const auto color = make<CIColorControls>();
+    color->setInputSaturation(2.5);
+    const auto blur = make<CIGaussianBlur>();
+    FilterScratch scratch;
+    // As large as is done in bands, and smaller; the last radius is neutral in pixels, if not by its number.
+    for (const auto& [width, height] : {std::pair(400, 260), std::pair(21, 17)}) {
+        const Bitmap source = std::move(makeTestPictures(width, height)[1].bitmap);
+        const auto expectSame = [&](const CIFilter& filter) {
+            Bitmap inPlace = copied(source);
+            filter.apply(inPlace, 1, scratch);
+            const Bitmap before = copied(source);
+            Bitmap result(width, height);
+            filter.apply(filter.inputs(), source, result, 1, scratch);
+            EXPECT_TRUE(isSame(result, inPlace)) << filter.name();
+            EXPECT_TRUE(isSame(source, before)) << filter.name();
+        };
+        expectSame(*color);
+        expectSame(*make<CIColorControls>());
+        for (const CGFloat radius : {0.0, 2.0, 8.0, 30.0, 0.001}) {
+            blur->setInputRadius(radius);
+            expectSame(*blur);
+        }
+    }
+}
+
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::CIFilterTests

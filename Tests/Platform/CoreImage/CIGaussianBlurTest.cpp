@@ -8,7 +8,7 @@
 
 #include <limits>
 
-namespace RVCore {
+namespace RVCore::CIGaussianBlurTests {
 namespace {
 
 using testing::HasSubstr;
@@ -87,4 +87,4 @@ TEST(CIGaussianBlur, AHugeRadiusTakesNoMoreMemoryThanASmallOne)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::CIGaussianBlurTests

@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::FilterAllocationTests {
 namespace {
 
 TEST(FilterAllocations, AFadeAllocatesNothingAfterItsFirstFrame)
@@ -38,4 +38,4 @@ TEST(FilterAllocations, AFadeAllocatesNothingAfterItsFirstFrame)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::FilterAllocationTests

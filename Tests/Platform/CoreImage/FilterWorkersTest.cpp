@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <atomic>
 #include <thread>
+#include <vector>
 
-namespace RVCore {
+namespace RVCore::FilterWorkersTests {
 namespace {
 
 TEST(FilterWorkers, DoEveryShareOnceEachOnAThreadOfItsOwn)
@@ -42,6 +44,41 @@ TEST(FilterWorkers, ThatAreBusyLeaveTheWorkToTheCaller)
     });
 }
 
+TEST(FilterWorkers, DoEveryRowOfAPictureInOneBandOfEach)
+{
+    for (int count = 1; count <= FilterWorkers::most; ++count) {
+        FilterWorkers workers(count);
+        for (const int height : {32 * count, 32 * count + 1, 32767}) {
+            std::vector<int> calls(static_cast<std::size_t>(height));
+            std::atomic<int> bands = 0;
+            workers.runBands(4096, height, [&](int first, int end) {
+                ++bands;
+                EXPECT_GE(end - first, 32);
+                for (int y = first; y < end; ++y)
+                    ++calls.at(static_cast<std::size_t>(y));
+            });
+            EXPECT_EQ(bands, count);
+            EXPECT_THAT(calls, testing::Each(1));
+        }
+    }
+}
+
+TEST(FilterWorkers, DoSmallAndLowPicturesInOneBand)
+{
+    FilterWorkers workers(2);
+    EXPECT_EQ(workers.bandCount(256, 255), 1);
+    EXPECT_EQ(workers.bandCount(256, 256), 2);
+    EXPECT_EQ(workers.bandCount(32767, 63), 1);
+    EXPECT_EQ(workers.bandCount(0, 0), 1);
+    int calls = 0;
+    workers.runBands(10, 7, [&](int first, int end) {
+        ++calls;
+        EXPECT_EQ(first, 0);
+        EXPECT_EQ(end, 7);
+    });
+    EXPECT_EQ(calls, 1);
+}
+
 TEST(FilterWorkers, OfTheProgramAreNoMoreThanItsCores)
 {
     EXPECT_GE(FilterWorkers::shared().shareCount(), 1);
@@ -57,4 +94,4 @@ TEST(FilterWorkers, OfNoShareOrTooManyStopTheProgram)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::FilterWorkersTests

@@ -9,7 +9,7 @@
 #include <cmath>
 #include <map>
 
-namespace RVCore {
+namespace RVCore::GaussianBlurTests {
 namespace {
 
 constexpr double sigmas[] = {0.5, 0.7, 1, 1.5, 2, 3, 4, 6, 8, 12, 16, 24, 32, 48, 64};
@@ -298,4 +298,4 @@ TEST(GaussianPlan, WeightsAddUpToOne)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::GaussianBlurTests

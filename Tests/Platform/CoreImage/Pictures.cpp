@@ -43,8 +43,7 @@ std::vector<TestPicture> makeTestPictures(int width, int height)
 Bitmap copied(const Bitmap& bitmap)
 {
     Bitmap result(bitmap.width(), bitmap.height());
-    for (int y = 0; y < bitmap.height(); y++)
-        std::ranges::copy(bitmap.row(y), result.row(y).begin());
+    copyPixels(bitmap, result);
     return result;
 }
 

@@ -8,7 +8,7 @@
 #include <array>
 #include <vector>
 
-namespace RVCore {
+namespace RVCore::RowKernelsTests {
 namespace {
 
 using testing::ElementsAre;
@@ -103,8 +103,8 @@ TEST_P(WideRowKernels, MixColorsTheSameToTheBitAndTouchNoOtherPixel)
             const Bitmap noise = std::move(makeTestPictures(48, 1)[1].bitmap);
             std::vector<std::uint32_t> wide(noise.row(0).begin(), noise.row(0).end());
             std::vector<std::uint32_t> plain = wide;
-            GetParam()->mixColors(wide.data(), count, mixture);
-            portableRowKernels().mixColors(plain.data(), count, mixture);
+            GetParam()->mixColors(wide.data(), wide.data(), count, mixture);
+            portableRowKernels().mixColors(plain.data(), plain.data(), count, mixture);
             EXPECT_EQ(wide, plain);
             EXPECT_TRUE(std::equal(wide.begin() + static_cast<std::ptrdiff_t>(count), wide.end(),
                                    noise.row(0).begin() + static_cast<std::ptrdiff_t>(count)));
@@ -118,4 +118,4 @@ TEST(RowKernels, TheQuickestAreUsed)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::RowKernelsTests

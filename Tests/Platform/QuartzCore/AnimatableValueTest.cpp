@@ -4,7 +4,7 @@
 #include <cmath>
 #include <numbers>
 
-namespace RVCore {
+namespace RVCore::AnimatableValueTests {
 namespace {
 
 template <class T> T at(double progress, const T& from, const T& to)
@@ -75,4 +75,4 @@ TEST(AnimatableValue, ValuesOfDifferentKindsGiveTheEnd)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::AnimatableValueTests

@@ -7,7 +7,7 @@
 
 #include <limits>
 
-namespace RVCore {
+namespace RVCore::CALayerTests {
 namespace {
 
 using testing::ElementsAre;
@@ -276,4 +276,4 @@ TEST(CALayer, EveryPropertyIsReadAndWrittenByName)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::CALayerTests

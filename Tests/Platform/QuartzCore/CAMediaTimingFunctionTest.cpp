@@ -7,7 +7,7 @@
 #include <limits>
 #include <random>
 
-namespace RVCore {
+namespace RVCore::CAMediaTimingFunctionTests {
 namespace {
 
 using testing::HasSubstr;
@@ -156,4 +156,4 @@ TEST(CAMediaTimingFunction, IsMadeAndAskedByName)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::CAMediaTimingFunctionTests

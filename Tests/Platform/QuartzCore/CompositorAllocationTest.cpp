@@ -8,7 +8,7 @@
 #include <QuartzCore/Compositor.h>
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::CompositorAllocationTests {
 namespace {
 
 // A ground, something behind, and a group in front that fades while it blurs what is behind it.
@@ -71,4 +71,4 @@ TEST(CompositorAllocations, APlainFadeOverSomethingThatDrawsAllocatesNothingOnce
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::CompositorAllocationTests

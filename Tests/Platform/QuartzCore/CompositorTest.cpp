@@ -11,7 +11,7 @@
 #include <optional>
 #include <random>
 
-namespace RVCore {
+namespace RVCore::CompositorTests {
 namespace {
 
 using Kind = CompositionItem::Kind;
@@ -721,4 +721,4 @@ TEST(CompositorLaw, PaintingWhatChangedEndsWherePaintingEverythingDoes)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::CompositorTests

@@ -4,7 +4,7 @@
 
 #include <random>
 
-namespace RVCore {
+namespace RVCore::DamageRegionTests {
 namespace {
 
 using testing::ElementsAre;
@@ -73,4 +73,4 @@ TEST(DamageRegion, CoversEverythingThatWasAddedAndNeverOverlaps)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::DamageRegionTests

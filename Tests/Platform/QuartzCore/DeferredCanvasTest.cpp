@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::DeferredCanvasTests {
 namespace {
 
 using testing::ElementsAre;
@@ -106,4 +106,4 @@ TEST_F(DeferredCanvasTest, ItsTargetIsTheCanvasWithAllThatWaited)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::DeferredCanvasTests

@@ -9,7 +9,7 @@
 
 #include <thread>
 
-namespace RVCore {
+namespace RVCore::LayerMotionTests {
 namespace {
 
 using testing::ElementsAre;
@@ -459,4 +459,4 @@ TEST_F(LayerMotionTest, UnknownFiltersAndInputsRaiseAndChangeNothing)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::LayerMotionTests

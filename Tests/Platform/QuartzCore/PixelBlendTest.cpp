@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <random>
 
-namespace RVCore {
+namespace RVCore::PixelBlendTests {
 namespace {
 
 Bitmap filled(int width, int height, std::uint32_t pixel)
@@ -87,4 +87,4 @@ TEST(PixelBlend, NoOpacityLeavesTheTarget)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::PixelBlendTests

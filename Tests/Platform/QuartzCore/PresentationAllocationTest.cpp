@@ -8,7 +8,7 @@
 #include <QuartzCore/LayerPresentation.h>
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::PresentationAllocationTests {
 namespace {
 
 TEST(PresentationAllocations, AskingALayerThatMovesForEachFrameAllocatesNothing)
@@ -47,4 +47,4 @@ TEST(PresentationAllocations, AskingALayerThatMovesForEachFrameAllocatesNothing)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::PresentationAllocationTests

@@ -30,7 +30,7 @@ public:
     bool isNeutral(const FilterInputs&) const override { return true; }
 
 protected:
-    void applyInputs(const FilterInputs&, Bitmap&, CGFloat, FilterScratch&) const override {}
+    void applyInputs(const FilterInputs&, const Bitmap&, Bitmap&, CGFloat, FilterScratch&) const override {}
     CGFloat reachOfInputs(const FilterInputs&, CGFloat) const override { return 0; }
 
 private:
