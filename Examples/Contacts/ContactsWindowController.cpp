@@ -1,3 +1,4 @@
+#include <Common/ToolbarItem.h>
 #include <Contacts/ContactsWindowController.h>
 #include <Contacts/Icons.h>
 #include <Contacts/PreferencesViewController.h>
@@ -5,21 +6,7 @@
 namespace Contacts {
 
 using namespace RVCore;
-
-namespace {
-
-std::shared_ptr<NSToolbarItem> makeItem(const std::string& label, Icon icon, const ObjectRef& target,
-                                        const Selector& action)
-{
-    auto item = make<NSToolbarItem>(label);
-    item->setLabel(label);
-    item->setImage(makeIcon(icon));
-    item->setTarget(target);
-    item->setAction(action);
-    return item;
-}
-
-} // namespace
+using Examples::makeToolbarItem;
 
 Class& ContactsWindowController::staticClass()
 {
@@ -51,9 +38,11 @@ void ContactsWindowController::makeToolbar()
     const auto self = shared(*this);
     m_toolbar = make<NSToolbar>("contacts");
     const std::shared_ptr<NSToolbarItem> items[] = {
-        makeItem("New", Icon::add, self, "newContact"), makeItem("Delete", Icon::remove, self, "deleteContact"),
-        makeItem("Save", Icon::save, self, "save"), make<NSToolbarItem>(NSToolbarFlexibleSpaceItemIdentifier),
-        makeItem("Preferences", Icon::preferences, self, "showPreferences")};
+        makeToolbarItem("New", makeIcon(Icon::add), self, "newContact"),
+        makeToolbarItem("Delete", makeIcon(Icon::remove), self, "deleteContact"),
+        makeToolbarItem("Save", makeIcon(Icon::save), self, "save"),
+        make<NSToolbarItem>(NSToolbarFlexibleSpaceItemIdentifier),
+        makeToolbarItem("Preferences", makeIcon(Icon::preferences), self, "showPreferences")};
     for (const auto& item : items)
         m_toolbar->insertItem(item, m_toolbar->items().size());
     window()->setToolbar(m_toolbar);

@@ -1,3 +1,4 @@
+#include <Common/ToolbarItem.h>
 #include <FolderSizes/Colors.h>
 #include <FolderSizes/FolderWindowController.h>
 #include <FolderSizes/Icons.h>
@@ -6,6 +7,7 @@
 namespace FolderSizes {
 
 using namespace RVCore;
+using Examples::makeToolbarItem;
 
 namespace {
 
@@ -16,17 +18,6 @@ constexpr std::size_t nameLimit = 40; // characters
 constexpr std::size_t messageLimit = 64;
 
 const std::string f5 = "\xef\x9c\x88"; // see NSKey::f1
-
-std::shared_ptr<NSToolbarItem> makeItem(const std::string& label, Icon icon, const ObjectRef& target,
-                                        const Selector& action)
-{
-    auto item = make<NSToolbarItem>(label);
-    item->setLabel(label);
-    item->setImage(makeIcon(icon));
-    item->setTarget(target);
-    item->setAction(action);
-    return item;
-}
 
 std::string nameOf(const std::filesystem::path& folder)
 {
@@ -98,8 +89,9 @@ void FolderWindowController::makeToolbar()
 {
     const auto self = shared(*this);
     m_toolbar = make<NSToolbar>("folder");
-    m_toolbar->insertItem(makeItem("Enclosing Folder", Icon::enclosingFolder, self, "openEnclosingFolder"), 0);
-    m_toolbar->insertItem(makeItem("Read Again", Icon::readAgain, self, "readAgain"), 1);
+    m_toolbar->insertItem(
+        makeToolbarItem("Enclosing Folder", makeIcon(Icon::enclosingFolder), self, "openEnclosingFolder"), 0);
+    m_toolbar->insertItem(makeToolbarItem("Read Again", makeIcon(Icon::readAgain), self, "readAgain"), 1);
     window()->setToolbar(m_toolbar);
     updateToolbar();
 }
