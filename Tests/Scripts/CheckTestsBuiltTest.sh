@@ -7,8 +7,11 @@ trap 'rm -rf "$house"' EXIT
 
 mkdir -p "$house/Scripts" "$house/Tests/Platform" "$house/Tests/Consumer" "$house/build"
 cp "$1" "$house/Scripts/check-tests-built"
-touch "$house/Tests/Platform/BuiltTest.cpp" "$house/Tests/Consumer/main.cpp"
-printf '[{ "file": "%s/Tests/Platform/BuiltTest.cpp" }]\n' "$(cd "$house" && pwd)" |
+house=$(cd "$house" && pwd)
+mkdir "$house/build/Unity"
+touch "$house/Tests/Platform/BuiltTest.cpp" "$house/Tests/Platform/JoinedTest.cpp" "$house/Tests/Consumer/main.cpp"
+printf '#include "%s/Tests/Platform/JoinedTest.cpp"\n' "$house" >"$house/build/Unity/unity_0_cxx.cxx"
+printf '[{ "file": "%s/Tests/Platform/BuiltTest.cpp" },{ "file": "%s/build/Unity/unity_0_cxx.cxx" }]\n' "$house" "$house" |
     tr '{' '\n' >"$house/build/compile_commands.json"
 
 "$house/Scripts/check-tests-built" "$house/build" ||

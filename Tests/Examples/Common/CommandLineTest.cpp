@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-namespace Examples {
+namespace Examples::CommandLineTests {
 namespace {
 
 // The first argument is an option; what reading its value complains about.
@@ -90,4 +90,4 @@ TEST(RunProgram, turnsWhatIsThrownIntoAMessageAndAStatus)
 }
 
 } // namespace
-} // namespace Examples
+} // namespace Examples::CommandLineTests

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace Contacts {
+namespace Contacts::ColorTextTests {
 namespace {
 
 TEST(ColorText, givesBackWhatWasRead)
@@ -17,4 +17,4 @@ TEST(ColorText, readsRedGreenAndBlueInThisOrderInEitherCase)
 }
 
 } // namespace
-} // namespace Contacts
+} // namespace Contacts::ColorTextTests

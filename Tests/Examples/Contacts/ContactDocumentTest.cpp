@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace Contacts {
+namespace Contacts::ContactDocumentTests {
 namespace {
 
 using testing::ElementsAre;
@@ -122,4 +122,4 @@ TEST_F(ContactDocumentTest, AfterRemovalTheNextOneInTheListIsChosenThenTheLastTh
 }
 
 } // namespace
-} // namespace Contacts
+} // namespace Contacts::ContactDocumentTests

@@ -10,7 +10,7 @@
 #include <iterator>
 #include <unistd.h>
 
-namespace Contacts {
+namespace Contacts::ContactFileTests {
 namespace {
 
 using testing::AllOf;
@@ -203,4 +203,4 @@ TEST_F(ContactFile, ofTextThatIsNoUtf8IsNotWritten)
 }
 
 } // namespace
-} // namespace Contacts
+} // namespace Contacts::ContactFileTests

@@ -2,7 +2,7 @@
 
 #include <Dispatch/ManualDispatchClock.h>
 
-namespace Contacts {
+namespace Contacts::ContactsWindowTests {
 namespace {
 
 using namespace RVCore;
@@ -219,4 +219,4 @@ TEST_F(ContactsWindow, PreferencesGrowWithTheSectionThatIsShown)
 }
 
 } // namespace
-} // namespace Contacts
+} // namespace Contacts::ContactsWindowTests

@@ -2,7 +2,7 @@
 
 #include <Platform/AppKit/EventStorm.h>
 
-namespace Contacts {
+namespace Contacts::EventStormTests {
 namespace {
 
 class ContactsStorm : public ContactsDesktop, public testing::WithParamInterface<unsigned> {};
@@ -25,4 +25,4 @@ TEST_P(ContactsStorm, leavesTheProgramInOrder)
 INSTANTIATE_TEST_SUITE_P(Seeds, ContactsStorm, testing::Values(1U, 2U, 3U, 4U));
 
 } // namespace
-} // namespace Contacts
+} // namespace Contacts::EventStormTests

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-namespace Contacts {
+namespace Contacts::OptionsTests {
 namespace {
 
 std::string problemOf(const std::vector<std::string>& arguments)
@@ -54,4 +54,4 @@ TEST(ContactsOptions, helpNeedsNoFile)
 }
 
 } // namespace
-} // namespace Contacts
+} // namespace Contacts::OptionsTests

@@ -7,7 +7,7 @@
 #include <fstream>
 #include <thread>
 
-namespace Contacts {
+namespace Contacts::SavingTests {
 namespace {
 
 using namespace RVCore;
@@ -298,4 +298,4 @@ TEST_F(Saving, AWindowThatGoesMeanwhileLeavesAWholeFile)
 }
 
 } // namespace
-} // namespace Contacts
+} // namespace Contacts::SavingTests

@@ -8,7 +8,7 @@
 #include <fstream>
 #include <sstream>
 
-namespace FolderSizes {
+namespace FolderSizes::CoveredWindowTests {
 namespace {
 
 constexpr double fadeDuration = 0.3;    // seconds
@@ -149,4 +149,4 @@ TEST(FolderSizesWindow, NothingBeneathTheCoverIsReachedWithPointerAndKeyboard)
 }
 
 } // namespace
-} // namespace FolderSizes
+} // namespace FolderSizes::CoveredWindowTests

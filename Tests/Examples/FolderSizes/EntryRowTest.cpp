@@ -1,6 +1,6 @@
 #include <FolderSizes/EntryRow.h>
 
-namespace FolderSizes {
+namespace FolderSizes::EntryRowTests {
 namespace {
 
 using namespace RVCore;
@@ -31,4 +31,4 @@ TEST(EntryRow, saysNothingOfTheSizeOfWhatCannotBeRead)
 }
 
 } // namespace
-} // namespace FolderSizes
+} // namespace FolderSizes::EntryRowTests

@@ -2,7 +2,7 @@
 
 #include <Platform/AppKit/EventStorm.h>
 
-namespace FolderSizes {
+namespace FolderSizes::EventStormTests {
 namespace {
 
 using namespace RVCore;
@@ -48,4 +48,4 @@ TEST_P(FolderSizesStorm, leavesTheProgramInOrder)
 INSTANTIATE_TEST_SUITE_P(Seeds, FolderSizesStorm, testing::Values(1U, 2U, 3U, 4U));
 
 } // namespace
-} // namespace FolderSizes
+} // namespace FolderSizes::EventStormTests

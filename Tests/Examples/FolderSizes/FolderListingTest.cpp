@@ -3,7 +3,7 @@
 
 #include <unistd.h>
 
-namespace FolderSizes {
+namespace FolderSizes::FolderListingTests {
 namespace {
 
 std::vector<std::string> names(const FolderListing& listing)
@@ -152,4 +152,4 @@ TEST(FolderListing, stoppedBeforeItBeginsFindsNothing)
 }
 
 } // namespace
-} // namespace FolderSizes
+} // namespace FolderSizes::FolderListingTests

@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace FolderSizes {
+namespace FolderSizes::FolderScanTests {
 namespace {
 
 using namespace RVCore;
@@ -140,4 +140,4 @@ TEST_F(FolderScanTest, MayEndInWhatItCalls)
 }
 
 } // namespace
-} // namespace FolderSizes
+} // namespace FolderSizes::FolderScanTests

@@ -1,6 +1,6 @@
 #include <FolderSizes/FolderView.h>
 
-namespace FolderSizes {
+namespace FolderSizes::FolderViewTests {
 namespace {
 
 using namespace RVCore;
@@ -197,4 +197,4 @@ TEST(FolderView, laysOutTwoHundredRows)
 }
 
 } // namespace
-} // namespace FolderSizes
+} // namespace FolderSizes::FolderViewTests

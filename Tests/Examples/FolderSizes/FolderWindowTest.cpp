@@ -1,6 +1,6 @@
 #include "FolderSizesDesktop.h"
 
-namespace FolderSizes {
+namespace FolderSizes::FolderWindowTests {
 namespace {
 
 using namespace RVCore;
@@ -374,4 +374,4 @@ TEST_F(FolderWindow, AsksForNothingWhileNobodyDoesAnything)
 }
 
 } // namespace
-} // namespace FolderSizes
+} // namespace FolderSizes::FolderWindowTests

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace FolderSizes {
+namespace FolderSizes::LiveResizeTests {
 namespace {
 
 constexpr int margin = 16; // of the content, at scale 1
@@ -68,4 +68,4 @@ TEST(FolderSizesWindow, IsLaidOutWhileAUserDragsItsCorner)
 }
 
 } // namespace
-} // namespace FolderSizes
+} // namespace FolderSizes::LiveResizeTests

@@ -1,7 +1,7 @@
 #include <Examples/Common/UsageProblem.h>
 #include <FolderSizes/Options.h>
 
-namespace FolderSizes {
+namespace FolderSizes::OptionsTests {
 namespace {
 
 std::string problemOf(const std::vector<std::string>& arguments)
@@ -60,4 +60,4 @@ TEST(Options, sayWhatIsWrong)
 }
 
 } // namespace
-} // namespace FolderSizes
+} // namespace FolderSizes::OptionsTests

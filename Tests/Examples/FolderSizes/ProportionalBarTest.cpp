@@ -1,6 +1,6 @@
 #include <FolderSizes/ProportionalBar.h>
 
-namespace FolderSizes {
+namespace FolderSizes::ProportionalBarTests {
 namespace {
 
 using namespace RVCore;
@@ -20,4 +20,4 @@ TEST(ProportionalBar, fillsItsFractionFromTheLeft)
 }
 
 } // namespace
-} // namespace FolderSizes
+} // namespace FolderSizes::ProportionalBarTests

@@ -2,7 +2,7 @@
 
 #include <limits>
 
-namespace FolderSizes {
+namespace FolderSizes::SizeTextTests {
 namespace {
 
 TEST(SizeText, countsBytesBelowAThousand)
@@ -73,4 +73,4 @@ TEST(SizeText, longTextsLoseTheirMiddle)
 }
 
 } // namespace
-} // namespace FolderSizes
+} // namespace FolderSizes::SizeTextTests

@@ -13,7 +13,7 @@
 
 #include <array>
 
-namespace RVCore {
+namespace RVCore::OverlayPicturesTests {
 namespace {
 
 constexpr std::array moments{0.0, 0.075, 0.15, 0.225, 0.3}; // seconds since an overlay was put up; then it is there
@@ -237,4 +237,4 @@ INSTANTIATE_TEST_SUITE_P(Looks, OverlayPictures,
                          &nameOf);
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::OverlayPicturesTests

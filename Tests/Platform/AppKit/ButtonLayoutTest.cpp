@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::ButtonLayoutTests {
 namespace {
 
 using Position = NSCellImagePosition;
@@ -95,4 +95,4 @@ TEST(ButtonLayout, WhatIsNotThereTakesNoRoom)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::ButtonLayoutTests

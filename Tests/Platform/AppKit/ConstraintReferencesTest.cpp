@@ -2,7 +2,7 @@
 
 #include <AppKit/ConstraintReferences.h>
 
-namespace RVCore {
+namespace RVCore::ConstraintReferencesTests {
 namespace {
 
 TEST(ConstraintReferences, EachKeepsItsPlaceWhileOthersComeAndGo)
@@ -59,4 +59,4 @@ TEST(ConstraintReferences, AnEmptyListBeginsAnew)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::ConstraintReferencesTests

@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-namespace RVCore {
+namespace RVCore::KeyViewLoopTests {
 namespace {
 
 using testing::ElementsAre;
@@ -130,4 +130,4 @@ TEST(KeyViewLoop, passesOverWhatIsTransparent)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::KeyViewLoopTests

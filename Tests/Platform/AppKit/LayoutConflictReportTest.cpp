@@ -1,6 +1,6 @@
 #include "ViewTesting.h"
 
-namespace RVCore {
+namespace RVCore::LayoutConflictReportTests {
 namespace {
 
 using testing::HasSubstr;
@@ -77,4 +77,4 @@ TEST(LayoutConflictReport, WhatWasLeftOutComesBackWhenTheConflictIsGone)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::LayoutConflictReportTests

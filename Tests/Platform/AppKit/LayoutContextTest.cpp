@@ -2,7 +2,7 @@
 
 #include <AppKit/ViewDump.h>
 
-namespace RVCore {
+namespace RVCore::LayoutContextTests {
 namespace {
 
 using testing::HasSubstr;
@@ -76,4 +76,4 @@ TEST(LayoutContext, AddedAndRemovedIsTheSameAsNeverThere)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::LayoutContextTests

@@ -2,7 +2,7 @@
 
 #include <AppKit/LayoutDerivation.h>
 
-namespace RVCore {
+namespace RVCore::LayoutDerivationTests {
 namespace {
 
 constexpr LayoutVariable a{0}, b{1}, c{2};
@@ -51,4 +51,4 @@ TEST(LayoutDerivation, WhatTheRowsDoNotSettleIsLeftWithAllOfThem)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::LayoutDerivationTests

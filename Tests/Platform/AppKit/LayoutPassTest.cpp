@@ -5,7 +5,7 @@
 #include <Foundation/NSException.h>
 #include <Platform/Foundation/Raised.h>
 
-namespace RVCore {
+namespace RVCore::LayoutPassTests {
 namespace {
 
 using testing::ElementsAre;
@@ -291,4 +291,4 @@ TEST(LayoutPass, AnOverrideMayEndAConstraintThatIsInConflict)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::LayoutPassTests

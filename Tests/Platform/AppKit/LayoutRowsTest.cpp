@@ -1,6 +1,6 @@
 #include "ViewTesting.h"
 
-namespace RVCore {
+namespace RVCore::LayoutRowsTests {
 namespace {
 
 using Mask = NSAutoresizingMask;
@@ -127,4 +127,4 @@ TEST(AutoresizingMask, ConstraintsMayReferToAViewThatHoldsItsFrame)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::LayoutRowsTests

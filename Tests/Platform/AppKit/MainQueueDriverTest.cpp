@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <thread>
 
-namespace RVCore {
+namespace RVCore::MainQueueDriverTests {
 namespace {
 
 using testing::ElementsAre;
@@ -134,4 +134,4 @@ TEST_F(MainQueueDriverTest, TheApplicationsRunServesTheQueue)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::MainQueueDriverTests

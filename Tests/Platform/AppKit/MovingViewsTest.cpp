@@ -6,7 +6,7 @@
 
 #include <QuartzCore/LayerPresentation.h>
 
-namespace RVCore {
+namespace RVCore::MovingViewsTests {
 namespace {
 
 // A window that is shown, with a view in it, and a desktop that has a frame every tenth of a second for who asks.
@@ -189,4 +189,4 @@ TEST_F(MovingViewsTest, AViewThatIsRemovedByWhoHearsOfItsMoveIsNoTrouble)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::MovingViewsTests

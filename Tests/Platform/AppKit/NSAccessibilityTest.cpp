@@ -6,7 +6,7 @@
 
 #include <gmock/gmock.h>
 
-namespace RVCore {
+namespace RVCore::NSAccessibilityTests {
 namespace {
 
 using testing::ElementsAre;
@@ -245,4 +245,4 @@ TEST_F(NSAccessibilityTest, whatAPressRaisesIsPrinted)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSAccessibilityTests

@@ -10,7 +10,7 @@
 
 #include <cmath>
 
-namespace RVCore {
+namespace RVCore::NSAnimationContextTests {
 namespace {
 
 using testing::ElementsAre;
@@ -317,4 +317,4 @@ TEST_F(NSAnimationContextTest, EverythingIsReachedByName)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSAnimationContextTests

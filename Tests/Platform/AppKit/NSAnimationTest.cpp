@@ -13,7 +13,7 @@
 #include <mutex>
 #include <thread>
 
-namespace RVCore {
+namespace RVCore::NSAnimationTests {
 namespace {
 
 using testing::ElementsAre;
@@ -497,4 +497,4 @@ TEST(NSAnimation, EverythingIsReachedByName)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSAnimationTests

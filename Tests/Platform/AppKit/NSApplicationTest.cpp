@@ -4,7 +4,7 @@
 #include <Foundation/Message.h>
 #include <HeadlessBackend/HeadlessBackend.h>
 
-namespace RVCore {
+namespace RVCore::NSApplicationTests {
 namespace {
 
 using testing::ElementsAre;
@@ -163,4 +163,4 @@ TEST_F(NSApplicationTest, IsReachedByName)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSApplicationTests

@@ -10,7 +10,7 @@
 
 #include <cmath>
 
-namespace RVCore {
+namespace RVCore::NSBitmapImageRepTests {
 namespace {
 
 using testing::HasSubstr;
@@ -94,4 +94,4 @@ TEST(NSBitmapImageRep, EveryPropertyIsReachedByName)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSBitmapImageRepTests

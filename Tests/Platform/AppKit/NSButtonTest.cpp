@@ -9,7 +9,7 @@
 #include <HeadlessBackend/RecordingCanvas.h>
 #include <Platform/Foundation/Raised.h>
 
-namespace RVCore {
+namespace RVCore::NSButtonTests {
 namespace {
 
 using testing::ElementsAre;
@@ -702,4 +702,4 @@ TEST(NSButton, ComesBackFromAnArchiveWithoutItsImages)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSButtonTests

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-namespace RVCore {
+namespace RVCore::NSColorTests {
 namespace {
 
 using testing::HasSubstr;
@@ -46,4 +46,4 @@ TEST(NSColor, IsMadeAndReadByName)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSColorTests

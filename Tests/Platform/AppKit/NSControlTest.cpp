@@ -5,7 +5,7 @@
 #include <Foundation/NSCoder.h>
 #include <Platform/Foundation/Raised.h>
 
-namespace RVCore {
+namespace RVCore::NSControlTests {
 namespace {
 
 using testing::ElementsAre;
@@ -207,4 +207,4 @@ TEST(NSControl, ComesBackFromAnArchiveWithoutItsTarget)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSControlTests

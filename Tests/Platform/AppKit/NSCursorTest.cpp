@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::NSCursorTests {
 namespace {
 
 TEST(NSCursor, isEqualToOneOfTheSameShape)
@@ -14,4 +14,4 @@ TEST(NSCursor, isEqualToOneOfTheSameShape)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSCursorTests

@@ -7,7 +7,7 @@
 
 #include <cmath>
 
-namespace RVCore {
+namespace RVCore::NSEventTests {
 namespace {
 
 using testing::HasSubstr;
@@ -68,4 +68,4 @@ TEST(NSEvent, numbersThatAreNoneRaise)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSEventTests

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-namespace RVCore {
+namespace RVCore::NSFontTests {
 namespace {
 
 using testing::HasSubstr;
@@ -41,4 +41,4 @@ TEST(NSFont, IsMadeAndReadByName)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSFontTests

@@ -12,7 +12,7 @@
 #include <filesystem>
 #include <fstream>
 
-namespace RVCore {
+namespace RVCore::NSImageTests {
 namespace {
 
 using testing::HasSubstr;
@@ -159,4 +159,4 @@ TEST(NSImage, EveryPropertyIsReachedByName)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSImageTests

@@ -6,7 +6,7 @@
 #include <HeadlessBackend/RecordingCanvas.h>
 #include <Platform/Foundation/Raised.h>
 
-namespace RVCore {
+namespace RVCore::NSImageViewTests {
 namespace {
 
 std::shared_ptr<NSImage> image(CGFloat width, CGFloat height)
@@ -127,4 +127,4 @@ TEST(NSImageView, ComesBackFromAnArchiveWithoutItsImage)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSImageViewTests

@@ -6,7 +6,7 @@
 
 #include <limits>
 
-namespace RVCore {
+namespace RVCore::NSLayoutConstraintTests {
 namespace {
 
 using testing::ElementsAre;
@@ -311,4 +311,4 @@ TEST(NSLayoutConstraint, EveryPropertyIsReachedByName)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSLayoutConstraintTests

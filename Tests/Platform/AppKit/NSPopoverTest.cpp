@@ -10,7 +10,7 @@
 #include <cmath>
 #include <cstdlib>
 
-namespace RVCore {
+namespace RVCore::NSPopoverTests {
 namespace {
 
 using testing::ElementsAre;
@@ -431,4 +431,4 @@ TEST_F(NSPopoverDeathTest, aProgramMayEndWhileOneIsShown)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSPopoverTests

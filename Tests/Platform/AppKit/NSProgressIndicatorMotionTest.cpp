@@ -10,7 +10,7 @@
 #include <cmath>
 #include <thread>
 
-namespace RVCore {
+namespace RVCore::NSProgressIndicatorMotionTests {
 namespace {
 
 using testing::ElementsAre;
@@ -403,4 +403,4 @@ TEST_F(NSProgressIndicatorMotion, AClockThatIsReplacedDoesNotHoldTheValueBack)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSProgressIndicatorMotionTests

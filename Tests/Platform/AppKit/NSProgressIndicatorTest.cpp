@@ -16,7 +16,7 @@
 #include <cmath>
 #include <limits>
 
-namespace RVCore {
+namespace RVCore::NSProgressIndicatorTests {
 namespace {
 
 using testing::ElementsAre;
@@ -332,4 +332,4 @@ TEST(NSProgressIndicator, ComesBackFromAnArchiveAsItWas)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSProgressIndicatorTests

@@ -1,7 +1,7 @@
 #include <AppKit/NSResponder.h>
 #include <Foundation/Message.h>
 
-namespace RVCore {
+namespace RVCore::NSResponderTests {
 namespace {
 
 TEST(NSResponder, AcceptsNoKeysUnlessASubclassSaysSo)
@@ -12,4 +12,4 @@ TEST(NSResponder, AcceptsNoKeysUnlessASubclassSaysSo)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSResponderTests

@@ -3,7 +3,7 @@
 #include <AppKit/NSScreen.h>
 #include <Foundation/Message.h>
 
-namespace RVCore {
+namespace RVCore::NSScreenTests {
 namespace {
 
 class NSScreenTest : public WindowTest {};
@@ -33,4 +33,4 @@ TEST_F(NSScreenTest, IsReachedByName)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSScreenTests

@@ -10,7 +10,7 @@
 #include <Platform/Backend/TextInput.h>
 #include <Platform/Foundation/Raised.h>
 
-namespace RVCore {
+namespace RVCore::NSTextFieldInputTests {
 namespace {
 
 using testing::ElementsAre;
@@ -644,4 +644,4 @@ TEST_F(NSTextFieldInputTest, TheFocusRingIsOnlyInTheWindowThatHasTheKeys)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSTextFieldInputTests

@@ -12,7 +12,7 @@
 
 #include <cmath>
 
-namespace RVCore {
+namespace RVCore::NSTextFieldTests {
 namespace {
 
 using testing::HasSubstr;
@@ -425,4 +425,4 @@ TEST(NSTextField, AColourThatItShowsAnywayBecomesItsOwn)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSTextFieldTests

@@ -9,7 +9,7 @@
 
 #include <unordered_map>
 
-namespace RVCore {
+namespace RVCore::NSToolbarItemTests {
 namespace {
 
 using testing::ElementsAre;
@@ -197,4 +197,4 @@ TEST_F(NSToolbarItemTest, everythingCanBeReachedByName)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSToolbarItemTests

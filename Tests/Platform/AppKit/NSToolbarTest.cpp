@@ -7,7 +7,7 @@
 
 #include <gmock/gmock.h>
 
-namespace RVCore {
+namespace RVCore::NSToolbarTests {
 namespace {
 
 using testing::ElementsAre;
@@ -150,4 +150,4 @@ TEST_F(NSToolbarTest, everythingCanBeReachedByName)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSToolbarTests

@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-namespace RVCore {
+namespace RVCore::NSTrackingAreaTests {
 namespace {
 
 using testing::HasSubstr;
@@ -43,4 +43,4 @@ TEST(NSTrackingArea, optionsContainWhatTheyHaveAllOf)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSTrackingAreaTests

@@ -11,7 +11,7 @@
 
 #include <cmath>
 
-namespace RVCore {
+namespace RVCore::NSViewAnimatorTests {
 namespace {
 
 using testing::ElementsAre;
@@ -198,4 +198,4 @@ TEST_F(NSViewAnimatorTest, EverythingIsReachedByName)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSViewAnimatorTests

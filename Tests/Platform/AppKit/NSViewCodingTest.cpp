@@ -4,7 +4,7 @@
 #include <Foundation/NSCoder.h>
 #include <Platform/Foundation/Raised.h>
 
-namespace RVCore {
+namespace RVCore::NSViewCodingTests {
 namespace {
 
 using testing::HasSubstr;
@@ -126,4 +126,4 @@ TEST(NSViewCoding, AMalformedConstraintRaises)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSViewCodingTests

@@ -7,7 +7,7 @@
 
 #include <cmath>
 
-namespace RVCore {
+namespace RVCore::NSViewControllerTests {
 namespace {
 
 using testing::ElementsAre;
@@ -222,4 +222,4 @@ TEST_F(NSViewControllerDeathTest, ALoadViewThatMakesNoViewStopsTheProgram)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSViewControllerTests

@@ -10,7 +10,7 @@
 
 #include <cmath>
 
-namespace RVCore {
+namespace RVCore::NSViewInputTests {
 namespace {
 
 using testing::ElementsAre;
@@ -146,4 +146,4 @@ TEST(NSViewInput, cursorRectanglesThatAreNoneRaise)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSViewInputTests

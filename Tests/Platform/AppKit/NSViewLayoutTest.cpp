@@ -4,7 +4,7 @@
 
 #include <limits>
 
-namespace RVCore {
+namespace RVCore::NSViewLayoutTests {
 namespace {
 
 using testing::ElementsAre;
@@ -283,4 +283,4 @@ TEST(NSViewMarks, AChangeAsksTheSuperviewAndWhatIsResizedForLayoutAndNobodyElse)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSViewLayoutTests

@@ -9,7 +9,7 @@
 #include <chrono>
 #include <limits>
 
-namespace RVCore {
+namespace RVCore::NSViewTests {
 namespace {
 
 using testing::ElementsAre;
@@ -422,4 +422,4 @@ TEST(NSViewScale, AThousandLevelsAreLaidOutAskedAndTakenApart)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSViewTests

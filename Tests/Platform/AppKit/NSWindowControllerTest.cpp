@@ -6,7 +6,7 @@
 #include <Foundation/Message.h>
 #include <Platform/Foundation/Raised.h>
 
-namespace RVCore {
+namespace RVCore::NSWindowControllerTests {
 namespace {
 
 using testing::HasSubstr;
@@ -128,4 +128,4 @@ TEST_F(NSWindowControllerTest, IsReachedByName)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSWindowControllerTests

@@ -9,7 +9,7 @@
 #include <cmath>
 #include <set>
 
-namespace RVCore {
+namespace RVCore::NSWindowFrameTests {
 namespace {
 
 using testing::ElementsAre;
@@ -427,4 +427,4 @@ TEST_F(NSWindowFrameTest, IsReachedByName)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSWindowFrameTests

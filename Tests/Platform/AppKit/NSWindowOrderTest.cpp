@@ -5,7 +5,7 @@
 #include <Foundation/Message.h>
 #include <Platform/Foundation/Raised.h>
 
-namespace RVCore {
+namespace RVCore::NSWindowOrderTests {
 namespace {
 
 using testing::ElementsAre;
@@ -489,4 +489,4 @@ TEST_F(NSWindowOrderTest, IsReachedByName)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSWindowOrderTests

@@ -9,7 +9,7 @@
 
 #include <cmath>
 
-namespace RVCore {
+namespace RVCore::NSWindowTests {
 namespace {
 
 using testing::HasSubstr;
@@ -393,4 +393,4 @@ TEST_F(NSWindowTest, TheDelegateIsReadAndWrittenByName)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSWindowTests

@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-namespace RVCore {
+namespace RVCore::NSWindowToolbarTests {
 namespace {
 
 using testing::ElementsAre;
@@ -222,4 +222,4 @@ TEST_F(NSWindowToolbarTest, anInputMethodComposesBelowTheToolbar)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSWindowToolbarTests

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::PopoverPlacementTests {
 namespace {
 
 constexpr CGRect screen(0, 0, 1000, 800);
@@ -63,4 +63,4 @@ TEST(PopoverPlacement, anArrowOnANarrowPopoverIsInItsMiddle)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::PopoverPlacementTests

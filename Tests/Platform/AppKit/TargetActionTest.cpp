@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::TargetActionTests {
 namespace {
 
 TEST(TargetAction, ATargetIsNotHeld)
@@ -51,4 +51,4 @@ TEST(TargetAction, AnActionTakesTheSenderAtMost)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::TargetActionTests

@@ -7,7 +7,7 @@
 
 #include <cstdlib>
 
-namespace RVCore {
+namespace RVCore::ToolbarOverflowTests {
 namespace {
 
 using testing::ElementsAre;
@@ -201,4 +201,4 @@ TEST_F(ToolbarOverflowTest, aLongListShowsAPartThatFollowsFocusAndWheel)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::ToolbarOverflowTests

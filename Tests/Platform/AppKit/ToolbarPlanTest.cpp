@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::ToolbarPlanTests {
 namespace {
 
 using testing::ElementsAre;
@@ -86,4 +86,4 @@ TEST(ToolbarPlan, PartsThatHaveNoRoomAreNotMeasured)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::ToolbarPlanTests

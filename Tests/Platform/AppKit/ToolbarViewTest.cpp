@@ -8,7 +8,7 @@
 
 #include <gmock/gmock.h>
 
-namespace RVCore {
+namespace RVCore::ToolbarViewTests {
 namespace {
 
 using testing::ElementsAre;
@@ -266,4 +266,4 @@ TEST_F(ToolbarViewTest, aThousandItemsAreHandledByTheFewThatShow)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::ToolbarViewTests

@@ -7,7 +7,7 @@
 #include <HeadlessBackend/RecordingCanvas.h>
 #include <Platform/Foundation/Raised.h>
 
-namespace RVCore {
+namespace RVCore::ViewDiagramTests {
 namespace {
 
 using testing::HasSubstr;
@@ -215,4 +215,4 @@ TEST(ViewDiagram, WhatCannotBeWrittenRaises)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::ViewDiagramTests

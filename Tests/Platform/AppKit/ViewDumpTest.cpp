@@ -3,7 +3,7 @@
 #include <AppKit/NSTextField.h>
 #include <AppKit/ViewDump.h>
 
-namespace RVCore {
+namespace RVCore::ViewDumpTests {
 namespace {
 
 using testing::EndsWith;
@@ -60,4 +60,4 @@ TEST(ViewDump, AThousandLevelsAreWritten)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::ViewDumpTests

@@ -5,7 +5,7 @@
 #include <AppKit/ViewExplanation.h>
 #include <Foundation/Message.h>
 
-namespace RVCore {
+namespace RVCore::ViewExplanationTests {
 namespace {
 
 using testing::ElementsAre;
@@ -239,4 +239,4 @@ TEST_F(ViewExplanation, AmbiguousViewsAreListedInTreeOrder)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::ViewExplanationTests

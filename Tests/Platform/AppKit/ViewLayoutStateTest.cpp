@@ -2,7 +2,7 @@
 
 #include <AppKit/ViewLayoutState.h>
 
-namespace RVCore {
+namespace RVCore::ViewLayoutStateTests {
 namespace {
 
 using testing::ElementsAre;
@@ -79,4 +79,4 @@ TEST(ViewLayoutState, AHolderThatDiesLeavesWhatItHeldBetweenOthersInactive)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::ViewLayoutStateTests

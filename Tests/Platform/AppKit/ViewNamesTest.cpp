@@ -2,7 +2,7 @@
 
 #include <AppKit/ViewNames.h>
 
-namespace RVCore {
+namespace RVCore::ViewNamesTests {
 namespace {
 
 TEST(ViewNames, NumberViewsInTreeOrderAndNameThemByTheirIdentifiers)
@@ -18,4 +18,4 @@ TEST(ViewNames, NumberViewsInTreeOrderAndNameThemByTheirIdentifiers)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::ViewNamesTests

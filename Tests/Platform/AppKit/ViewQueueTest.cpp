@@ -2,7 +2,7 @@
 
 #include <AppKit/ViewQueue.h>
 
-namespace RVCore {
+namespace RVCore::ViewQueueTests {
 namespace {
 
 TEST(ViewQueue, ServesViewsInTheOrderInWhichTheyCameAndEachOnce)
@@ -50,4 +50,4 @@ TEST(ViewQueue, KeepsNoPlacesOfViewsThatCameAndWent)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::ViewQueueTests

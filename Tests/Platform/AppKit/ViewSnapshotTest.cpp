@@ -15,7 +15,7 @@
 #include <cmath>
 #include <numbers>
 
-namespace RVCore {
+namespace RVCore::ViewSnapshotTests {
 namespace {
 
 using testing::HasSubstr;
@@ -300,4 +300,4 @@ TEST(ViewSnapshot, APictureNeedsABackendThatPaints)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::ViewSnapshotTests

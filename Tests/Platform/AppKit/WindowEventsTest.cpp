@@ -6,7 +6,7 @@
 #include <QuartzCore/CALayer.h>
 #include <gmock/gmock.h>
 
-namespace RVCore {
+namespace RVCore::WindowEventsTests {
 namespace {
 
 using testing::ElementsAre;
@@ -657,4 +657,4 @@ TEST_F(WindowEventsTest, aFirstResponderThatIsHiddenLetsGoOfTheKeys)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::WindowEventsTests

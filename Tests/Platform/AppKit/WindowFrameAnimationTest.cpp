@@ -1,7 +1,7 @@
 #include <AppKit/WindowFrameAnimation.h>
 #include <Dispatch/ManualDispatchClock.h>
 
-namespace RVCore {
+namespace RVCore::WindowFrameAnimationTests {
 namespace {
 
 TEST(WindowFrameAnimation, GoesFromTheStartToExactlyTheEnd)
@@ -38,4 +38,4 @@ TEST(WindowFrameAnimation, TakesTheTimeOfTheLargestChange)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::WindowFrameAnimationTests

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::WindowGeometryTests {
 namespace {
 
 WindowGeometry decorated()
@@ -60,4 +60,4 @@ TEST(WindowGeometry, AFrameThatIsLimitedKeepsItsTopLeftCorner)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::WindowGeometryTests

@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-namespace RVCore {
+namespace RVCore::WindowSizesTests {
 namespace {
 
 TEST(WindowSizes, ADesktopCountsWholePointsUpToALimit)
@@ -35,4 +35,4 @@ TEST(WindowSizes, WhatIsNoSizeOrPlaceRaisesWithItsName)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::WindowSizesTests

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::BackendMissingTests {
 namespace {
 
 TEST(BackendMissingDeathTest, AProgramWithoutABackendIsToldWhatToLink)
@@ -13,4 +13,4 @@ TEST(BackendMissingDeathTest, AProgramWithoutABackendIsToldWhatToLink)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::BackendMissingTests

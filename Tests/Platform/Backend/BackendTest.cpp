@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::BackendTests {
 namespace {
 
 class BackendTest : public testing::Test {
@@ -47,4 +47,4 @@ TEST_F(BackendTest, RegisteringTwiceChangesNothing)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::BackendTests

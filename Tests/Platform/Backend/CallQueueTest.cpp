@@ -7,7 +7,7 @@
 #include <thread>
 #include <vector>
 
-namespace RVCore {
+namespace RVCore::CallQueueTests {
 namespace {
 
 using testing::ElementsAre;
@@ -127,4 +127,4 @@ TEST_F(CallQueueTest, NothingIsLostThatManyThreadsAdd)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::CallQueueTests

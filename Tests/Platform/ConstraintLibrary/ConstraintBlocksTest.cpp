@@ -7,7 +7,7 @@
 #include <limits>
 #include <thread>
 
-namespace RVCore {
+namespace RVCore::ConstraintBlocksTests {
 
 namespace {
 
@@ -263,4 +263,4 @@ TEST_F(ConstraintBlocksTest, theClassOfConstraintsAnswersTheSelectors)
 
 } // namespace
 
-} // namespace RVCore
+} // namespace RVCore::ConstraintBlocksTests

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::NSArrayConstraintLibraryTests {
 
 namespace {
 
@@ -83,4 +83,4 @@ TEST_F(ArrayConstraintLibraryTest, theSelectorsDoTheSame)
 
 } // namespace
 
-} // namespace RVCore
+} // namespace RVCore::NSArrayConstraintLibraryTests

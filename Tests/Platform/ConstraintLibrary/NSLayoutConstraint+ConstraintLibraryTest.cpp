@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::NSLayoutConstraintConstraintLibraryTests {
 
 namespace {
 
@@ -51,4 +51,4 @@ TEST(LayoutConstraintLibrary, theSelectorsDoTheSame)
 
 } // namespace
 
-} // namespace RVCore
+} // namespace RVCore::NSLayoutConstraintConstraintLibraryTests

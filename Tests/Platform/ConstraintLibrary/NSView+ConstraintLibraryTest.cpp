@@ -6,7 +6,7 @@
 
 #include <limits>
 
-namespace RVCore {
+namespace RVCore::NSViewConstraintLibraryTests {
 
 namespace {
 
@@ -333,4 +333,4 @@ TEST_F(ViewConstraintLibraryTest, layoutFollowsTheConstraints)
 
 } // namespace
 
-} // namespace RVCore
+} // namespace RVCore::NSViewConstraintLibraryTests

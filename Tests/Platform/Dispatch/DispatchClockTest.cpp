@@ -3,7 +3,7 @@
 
 #include <ctime>
 
-namespace RVCore {
+namespace RVCore::DispatchClockTests {
 namespace {
 
 TEST(DispatchClock, IsTheSystemsUnlessAnotherOneIsInstalled)
@@ -27,4 +27,4 @@ TEST(DispatchClock, TheSystemsNeverGoesBackAndKnowsTheDate)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::DispatchClockTests

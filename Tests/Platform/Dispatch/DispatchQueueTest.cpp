@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <thread>
 
-namespace RVCore {
+namespace RVCore::DispatchQueueTests {
 namespace {
 
 using testing::ElementsAre;
@@ -144,4 +144,4 @@ TEST_F(DispatchQueueTest, ATimeThatNeverComesIsRefused)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::DispatchQueueTests

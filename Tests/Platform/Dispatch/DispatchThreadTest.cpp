@@ -7,7 +7,7 @@
 #include <future>
 #include <mutex>
 
-namespace RVCore {
+namespace RVCore::DispatchThreadTests {
 namespace {
 
 using testing::ElementsAre;
@@ -158,4 +158,4 @@ TEST(DispatchThread, NoWorkRaises)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::DispatchThreadTests

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-namespace RVCore {
+namespace RVCore::DispatchTimeTests {
 namespace {
 
 TEST(DispatchTime, IsReadFromTheClockAndMovedBySeconds)
@@ -35,4 +35,4 @@ TEST(DispatchTime, IsANumber)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::DispatchTimeTests

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <stdexcept>
 
-namespace RVCore {
+namespace RVCore::ManualDispatchClockTests {
 namespace {
 
 using testing::ElementsAre;
@@ -113,4 +113,4 @@ TEST(ManualDispatchClock, WhatWaitsKeepsItsDistanceWhenTheClockIsReplaced)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::ManualDispatchClockTests

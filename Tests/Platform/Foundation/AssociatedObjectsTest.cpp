@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::AssociatedObjectsTests {
 
 namespace {
 
@@ -174,4 +174,4 @@ TEST(AssociatedObjectsTest, IsSafeOnAnyThread)
     EXPECT_TRUE(associatedObject(*common, secondKey).object());
 }
 
-} // namespace RVCore
+} // namespace RVCore::AssociatedObjectsTests

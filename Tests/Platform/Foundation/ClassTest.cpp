@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::ClassTests {
 
 namespace {
 
@@ -177,4 +177,4 @@ TEST(ClassTest, LookingUpWhilePublishingIsSafeOnAnyThread)
     EXPECT_EQ(send(bicycle, "busyMethod").as<int>(), 199);
 }
 
-} // namespace RVCore
+} // namespace RVCore::ClassTests

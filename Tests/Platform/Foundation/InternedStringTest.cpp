@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::InternedStringTests {
 namespace {
 
 TEST(InternedString, EqualTextsAreOneAndOthersAreNot)
@@ -29,4 +29,4 @@ TEST(ShortName, EqualTextsHaveOneNumberAndGiveTheTextBack)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::InternedStringTests

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::KeyPathTests {
 
 namespace {
 
@@ -185,4 +185,4 @@ TEST(KeyPathTest, AnObjectThatWritesForItselfIsSentTheRestOfThePath)
               std::string::npos);
 }
 
-} // namespace RVCore
+} // namespace RVCore::KeyPathTests

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::MessageTests {
 
 namespace {
 
@@ -200,4 +200,4 @@ TEST(MessageTest, MessagesAreSentFromAnyThread)
     });
 }
 
-} // namespace RVCore
+} // namespace RVCore::MessageTests

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::NSCoderTests {
 
 namespace {
 
@@ -275,4 +275,4 @@ TEST(NSCoderTest, IsReachedByName)
               (Value::Array{1, true, nullptr, false}));
 }
 
-} // namespace RVCore
+} // namespace RVCore::NSCoderTests

@@ -10,7 +10,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
-namespace RVCore {
+namespace RVCore::NSObjectTests {
 
 namespace {
 
@@ -173,4 +173,4 @@ TEST(NSObjectTest, AClassThatDoesNotSupportArchivesSaysSo)
               "NSInvalidArgumentException: Room.encodeWithCoder:: this class cannot be archived");
 }
 
-} // namespace RVCore
+} // namespace RVCore::NSObjectTests

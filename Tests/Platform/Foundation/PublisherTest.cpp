@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::PublisherTests {
 
 namespace {
 
@@ -193,4 +193,4 @@ TEST(PublisherDeathTest, ASelectorHasAsManyColonsAsTheOperationTakesArguments)
                  "Fatal error: Counter publishes setCount: with 0 arguments\n$");
 }
 
-} // namespace RVCore
+} // namespace RVCore::PublisherTests

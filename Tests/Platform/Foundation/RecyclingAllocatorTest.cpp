@@ -9,7 +9,7 @@
 #include <random>
 #include <thread>
 
-namespace RVCore {
+namespace RVCore::RecyclingAllocatorTests {
 namespace {
 
 struct Record {
@@ -100,4 +100,4 @@ TEST(RecyclingAllocator, AnObjectMayEndOnAnotherThreadThanItBegan)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::RecyclingAllocatorTests

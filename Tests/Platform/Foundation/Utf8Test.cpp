@@ -5,7 +5,7 @@
 
 #include <vector>
 
-namespace RVCore {
+namespace RVCore::Utf8Tests {
 namespace {
 
 using testing::ElementsAre;
@@ -66,4 +66,4 @@ TEST(Utf8, WellFormedTextKeepsItsBytesAndOtherBytesBecomeReplacements)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::Utf8Tests

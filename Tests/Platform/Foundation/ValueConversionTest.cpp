@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::ValueConversionTests {
 
 namespace {
 
@@ -205,4 +205,4 @@ TEST(CallbackConversionTest, ATypedFunctionOutlivesTheValueItCameFrom)
     EXPECT_EQ(function(), 9);
 }
 
-} // namespace RVCore
+} // namespace RVCore::ValueConversionTests

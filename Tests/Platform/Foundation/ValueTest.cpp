@@ -7,7 +7,7 @@
 
 #include <cmath>
 
-namespace RVCore {
+namespace RVCore::ValueTests {
 
 namespace {
 
@@ -228,4 +228,4 @@ TEST(ValueTest, AsSaysWhatWasExpectedAndWhatCame)
               "NSInvalidArgumentException: Value.as: expected NSArray or nothing, got NSObject");
 }
 
-} // namespace RVCore
+} // namespace RVCore::ValueTests

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::CharacterWidthTests {
 namespace {
 
 TEST(CharacterWidth, LettersOfNarrowScriptsCountOne)
@@ -47,4 +47,4 @@ TEST(CharacterWidth, TheEndsOfARangeBelongToIt)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::CharacterWidthTests

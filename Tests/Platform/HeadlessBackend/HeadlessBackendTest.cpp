@@ -9,7 +9,7 @@
 #include <stdexcept>
 #include <thread>
 
-namespace RVCore {
+namespace RVCore::HeadlessBackendTests {
 namespace {
 
 using testing::ElementsAre;
@@ -202,4 +202,4 @@ TEST(HeadlessBackend, HasOneScreenUnlessItIsGivenOthers)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::HeadlessBackendTests

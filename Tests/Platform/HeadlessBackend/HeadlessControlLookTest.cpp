@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::HeadlessControlLookTests {
 namespace {
 
 ControlDescription control(ControlKind kind, bool hasText = true)
@@ -84,4 +84,4 @@ TEST(HeadlessControlLook, ContentStandsOutFromTheWindow)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::HeadlessControlLookTests

@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::HeadlessTextEditorTests {
 namespace {
 
 using testing::HasSubstr;
@@ -313,4 +313,4 @@ TEST_F(HeadlessTextEditorTest, DrawsSelectionTextAndCaret)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::HeadlessTextEditorTests

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <limits>
 
-namespace RVCore {
+namespace RVCore::HeadlessTextTests {
 namespace {
 
 using testing::ElementsAre;
@@ -193,4 +193,4 @@ TEST(HeadlessText, AFontWithoutASizeRaises)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::HeadlessTextTests

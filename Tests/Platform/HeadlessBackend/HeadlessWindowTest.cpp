@@ -7,7 +7,7 @@
 
 #include <cmath>
 
-namespace RVCore {
+namespace RVCore::HeadlessWindowTests {
 namespace {
 
 using testing::ElementsAre;
@@ -313,4 +313,4 @@ TEST_F(HeadlessWindowTest, AnotherScreensScaleIsTold)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::HeadlessWindowTests

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::RecordingCanvasTests {
 namespace {
 
 using testing::ElementsAre;
@@ -112,4 +112,4 @@ TEST(RecordingCanvasDeathTest, WhatDoesNotMatchStopsTheProgram)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::RecordingCanvasTests

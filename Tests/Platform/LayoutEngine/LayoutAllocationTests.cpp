@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::LayoutAllocationTests {
 namespace {
 
 // A row of members, one of which takes what is left, each centred across.
@@ -69,4 +69,4 @@ TEST(LayoutAllocation, isCounted)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::LayoutAllocationTests

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::LayoutAmbiguityTests {
 namespace {
 
 TEST(LayoutAmbiguity, aVariableThatIsAddedAfterTheQuestionIsAmbiguousToo)
@@ -83,4 +83,4 @@ TEST(LayoutAmbiguity, askingTakesNoWorkWhereEverythingIsSettled)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::LayoutAmbiguityTests

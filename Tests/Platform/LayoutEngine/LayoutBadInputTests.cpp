@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <set>
 
-namespace RVCore {
+namespace RVCore::LayoutBadInputTests {
 namespace {
 
 using Tags = std::vector<std::uint64_t>;
@@ -206,4 +206,4 @@ TEST(LayoutBadInput, variablesInNoConstraintAreZeroAndNoWork)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::LayoutBadInputTests

@@ -5,7 +5,7 @@
 
 #include <cmath>
 
-namespace RVCore {
+namespace RVCore::LayoutComparisonTests {
 namespace {
 
 TEST(LayoutOracle, knowsTextbookAnswers)
@@ -46,4 +46,4 @@ TEST(LayoutComparison, namesEveryDifference)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::LayoutComparisonTests

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::LayoutConflictTests {
 namespace {
 
 using Tags = std::vector<std::uint64_t>;
@@ -169,4 +169,4 @@ TEST(LayoutConflict, hundredsOfContradictingConstraintsOnOneVariable)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::LayoutConflictTests

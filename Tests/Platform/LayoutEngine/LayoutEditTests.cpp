@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::LayoutEditTests {
 namespace {
 
 // The seeds are spread over cases that run side by side. LAYOUT_FIRST_SEED and LAYOUT_EDIT_SEEDS ask for others.
@@ -63,4 +63,4 @@ TEST_P(LayoutEdits, giveTheSameBitsEveryTime)
 INSTANTIATE_TEST_SUITE_P(Seeds, LayoutEdits, testing::Range(0u, shards));
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::LayoutEditTests

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-namespace RVCore {
+namespace RVCore::LayoutEngineOracleTests {
 namespace {
 
 // The seeds are spread over cases that run side by side. LAYOUT_FIRST_SEED and LAYOUT_SEEDS ask for others.
@@ -70,4 +70,4 @@ TEST(LayoutEngineOracle, crowdsOfContradictionsAreSettledInOrderOfInstallation)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::LayoutEngineOracleTests

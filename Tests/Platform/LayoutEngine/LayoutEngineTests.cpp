@@ -5,7 +5,7 @@
 #include <cmath>
 #include <limits>
 
-namespace RVCore {
+namespace RVCore::LayoutEngineTests {
 namespace {
 
 TEST(LayoutEngine, aVariableInNoConstraintIsZeroAndAmbiguous)
@@ -270,4 +270,4 @@ TEST(LayoutEngineDeathTest, stopsOnWhatIsNotOfThisEngine)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::LayoutEngineTests

@@ -5,7 +5,7 @@
 #include <bit>
 #include <cmath>
 
-namespace RVCore {
+namespace RVCore::LayoutGroupEditTests {
 namespace {
 
 // What a group view asks of the engine, as a function of its state: the constraints by name, so that two states
@@ -312,4 +312,4 @@ TEST_P(LayoutGroupEdits, giveTheSameBitsEveryTime)
 INSTANTIATE_TEST_SUITE_P(Seeds, LayoutGroupEdits, testing::Range(0u, shards));
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::LayoutGroupEditTests

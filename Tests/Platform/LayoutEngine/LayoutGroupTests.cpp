@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::LayoutGroupTests {
 namespace {
 
 // What a group view asks for: elements (spacers and members in turn) chained along the main axis and centred across
@@ -161,4 +161,4 @@ TEST(LayoutGroup, nestingAThousandDeepWorks)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::LayoutGroupTests

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-namespace RVCore {
+namespace RVCore::LayoutNumberTests {
 namespace {
 
 // What coordinates may be off by, in points, wherever they are.
@@ -155,4 +155,4 @@ TEST(LayoutNumbers, hidingAndShowingAHundredThousandTimesLeavesNoDrift)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::LayoutNumberTests

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::LayoutReportTests {
 namespace {
 
 using Tags = std::vector<std::uint64_t>;
@@ -109,4 +109,4 @@ TEST(LayoutReport, theDescriptionIsStableText)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::LayoutReportTests

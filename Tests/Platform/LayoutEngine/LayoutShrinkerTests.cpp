@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace RVCore {
+namespace RVCore::LayoutShrinkerTests {
 namespace {
 
 TEST(LayoutShrinker, leavesOutWhateverIsNotNeeded)
@@ -73,4 +73,4 @@ TEST(LayoutShrinker, printsNumbersThatReadBackAsTheSame)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::LayoutShrinkerTests

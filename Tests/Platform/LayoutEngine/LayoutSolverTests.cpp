@@ -5,7 +5,7 @@
 
 #include <bit>
 
-namespace RVCore {
+namespace RVCore::LayoutSolverTests {
 namespace {
 
 std::vector<LayoutVariable> changedOf(const LayoutEngine& engine)
@@ -165,4 +165,4 @@ TEST(LayoutSolver, changedVariablesAreEachNamedOnceInOrder)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::LayoutSolverTests

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstdio>
 
-namespace RVCore {
+namespace RVCore::LayoutWorstCaseTests {
 namespace {
 
 // n x n variables at least 0, whose rows and columns sum up to 1; every one of them costs something. All vertices are
@@ -173,4 +173,4 @@ TEST(LayoutWorstCase, denseConesAreSolvedOrTheLimitIsReported)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::LayoutWorstCaseTests

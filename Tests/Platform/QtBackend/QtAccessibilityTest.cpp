@@ -9,7 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::QtAccessibilityTests {
 namespace {
 
 using testing::ElementsAre;
@@ -234,4 +234,4 @@ TEST_F(QtAccessibilityTest, everyRoleHasOneOfTheDesktops)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::QtAccessibilityTests

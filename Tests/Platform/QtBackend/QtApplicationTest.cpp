@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <memory>
 
-namespace RVCore {
+namespace RVCore::QtApplicationTests {
 namespace {
 
 using testing::ExitedWithCode;
@@ -100,4 +100,4 @@ TEST_F(QtApplicationDeathTest, AProgramMayEndWhileItPaints)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::QtApplicationTests

@@ -10,7 +10,7 @@
 #include <thread>
 #include <vector>
 
-namespace RVCore {
+namespace RVCore::QtBackendTests {
 namespace {
 
 using testing::ElementsAre;
@@ -186,4 +186,4 @@ TEST(QtBackend, KnowsItsScreens)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::QtBackendTests

@@ -9,7 +9,7 @@
 #include <numbers>
 #include <stdexcept>
 
-namespace RVCore {
+namespace RVCore::QtCanvasTests {
 namespace {
 
 constexpr CGColor red{1, 0, 0, 1}, green{0, 1, 0, 1}, blue{0, 0, 1, 1};
@@ -322,4 +322,4 @@ TEST(QtCanvasDeathTest, WhatDoesNotMatchStopsTheProgram)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::QtCanvasTests

@@ -5,7 +5,7 @@
 
 #include <set>
 
-namespace RVCore {
+namespace RVCore::QtControlLookTests {
 namespace {
 
 constexpr ControlKind everyKind[] = {ControlKind::pushButton,  ControlKind::checkBox,  ControlKind::radioButton,
@@ -272,4 +272,4 @@ TEST_P(QtControlLookScales, SignsGrowWithTheScale)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::QtControlLookTests

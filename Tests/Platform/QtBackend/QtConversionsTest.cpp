@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::QtConversionsTests {
 namespace {
 
 TEST(QtConversions, GeometryKeepsItsNumbers)
@@ -97,4 +97,4 @@ TEST(QtConversions, AStyleIsWhatTheDesktopPutsAroundAWindow)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::QtConversionsTests

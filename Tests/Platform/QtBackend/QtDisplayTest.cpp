@@ -16,7 +16,7 @@
 // These run under Tests/VirtualDisplay/with-virtual-display: an X server, a window manager and a pointer of their
 // own.
 
-namespace RVCore {
+namespace RVCore::QtDisplayTests {
 namespace {
 
 constexpr int patience = 20000; // milliseconds until a test that waits for the desktop gives up
@@ -302,4 +302,4 @@ TEST(QtDisplayDeathTest, AProgramMayEndWithItsWindowOpen)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::QtDisplayTests

@@ -15,7 +15,7 @@
 
 // Whole windows on a real X server with a window manager; see Tests/VirtualDisplay/with-virtual-display.
 
-namespace RVCore {
+namespace RVCore::QtDisplayWindowsTests {
 namespace {
 
 using testing::ElementsAre;
@@ -166,4 +166,4 @@ TEST_F(QtDisplayWindows, TheDesktopSaysWhichOneHasTheKeys)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::QtDisplayWindowsTests

@@ -9,7 +9,7 @@
 #include <sstream>
 #include <unistd.h>
 
-namespace RVCore {
+namespace RVCore::QtFrameLogTests {
 namespace {
 
 // The log is looked for once in a program's life, so each program below paints its frames in a process of its own.
@@ -72,4 +72,4 @@ TEST_F(QtFrameLogTest, AFileThatCannotBeWrittenIsNamed)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::QtFrameLogTests

@@ -7,7 +7,7 @@
 
 #include <fstream>
 
-namespace RVCore {
+namespace RVCore::QtImageTests {
 namespace {
 
 // Opaque green at the top, blue of half opacity below; so many pixels a side.
@@ -89,4 +89,4 @@ TEST_P(QtImageScales, EdgesFallOntoDevicePixels)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::QtImageTests

@@ -9,7 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::QtInputTests {
 namespace {
 
 using testing::ElementsAre;
@@ -181,4 +181,4 @@ TEST_F(QtInputTest, everyShapeOfThePointerIsTheDesktops)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::QtInputTests

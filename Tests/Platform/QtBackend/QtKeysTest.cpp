@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::QtKeysTests {
 namespace {
 
 // Events belong to a keyboard, and that to an application, which the backend makes.
@@ -54,4 +54,4 @@ TEST_F(QtKeys, AKeyThatStandsForNothingIsNone)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::QtKeysTests

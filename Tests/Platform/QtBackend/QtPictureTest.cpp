@@ -13,7 +13,7 @@
 #include <iterator>
 #include <stdexcept>
 
-namespace RVCore {
+namespace RVCore::QtPictureTests {
 namespace {
 
 using testing::HasSubstr;
@@ -164,4 +164,4 @@ TEST(QtPicture, WhatPaintingRaisesPassesAndLeavesTheOldFileWhole)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::QtPictureTests

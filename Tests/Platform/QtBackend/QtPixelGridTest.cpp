@@ -2,7 +2,7 @@
 #include <QtBackend/QtPixelGrid.h>
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::QtPixelGridTests {
 namespace {
 
 TEST(QtPixelGrid, OnlyWhatLiesStraightIsMovedToPixels)
@@ -52,4 +52,4 @@ TEST(QtPixelGrid, LinesAreWholePixelsThick)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::QtPixelGridTests

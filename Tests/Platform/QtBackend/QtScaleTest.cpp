@@ -8,7 +8,7 @@
 
 #include <cstdlib>
 
-namespace RVCore {
+namespace RVCore::QtScaleTests {
 namespace {
 
 [[maybe_unused]] const bool isScaled = setenv("QT_SCALE_FACTOR", "1.5", 1) == 0;
@@ -52,4 +52,4 @@ TEST(QtScale, MeasuresAreInPointsAllTheSame)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::QtScaleTests

@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::QtSnapshotTests {
 namespace {
 
 using testing::ElementsAre;
@@ -78,4 +78,4 @@ TEST(QtSnapshot, HasThePixelsOfItsScale)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::QtSnapshotTests

@@ -10,7 +10,7 @@
 // These run under Tests/VirtualDisplay/with-virtual-display: an X server, a window manager, a pointer and a keyboard
 // of their own.
 
-namespace RVCore {
+namespace RVCore::QtTextDisplayTests {
 namespace {
 
 constexpr int patience = 20000; // milliseconds until a test that waits for the desktop gives up
@@ -102,4 +102,4 @@ TEST_F(QtTextDisplay, ADoubleClickAndADragSelect)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::QtTextDisplayTests

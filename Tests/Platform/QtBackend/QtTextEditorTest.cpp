@@ -17,7 +17,7 @@
 #include <cmath>
 #include <ctime>
 
-namespace RVCore {
+namespace RVCore::QtTextEditorTests {
 namespace {
 
 using testing::HasSubstr;
@@ -719,4 +719,4 @@ TEST_F(QtTextEditorTest, DrawsInsideItsRectangleOnly)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::QtTextEditorTests

@@ -13,7 +13,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::QtTextInputTests {
 namespace {
 
 // An editor in a window, as an input method sees it.
@@ -245,4 +245,4 @@ TEST_F(QtTextFieldTest, ReturnSendsItsActionOnce)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::QtTextInputTests

@@ -9,7 +9,7 @@
 #include <cmath>
 #include <limits>
 
-namespace RVCore {
+namespace RVCore::QtTextTests {
 namespace {
 
 // A font that Scripts/install-dependencies brings.
@@ -440,4 +440,4 @@ TEST(QtText, LongTextIsMeasured)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::QtTextTests

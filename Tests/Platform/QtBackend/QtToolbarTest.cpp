@@ -13,7 +13,7 @@
 #include <QtBackend/QtWindow.h>
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::QtToolbarTests {
 namespace {
 
 // A window with a toolbar whose one item is a blue square, as the desktop's style and assistive technology have it.
@@ -110,4 +110,4 @@ TEST_F(QtToolbarTest, assistiveTechnologyFindsAndPressesTheItem)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::QtToolbarTests

@@ -13,7 +13,7 @@
 
 #include <random>
 
-namespace RVCore {
+namespace RVCore::QtWindowPainterTests {
 namespace {
 
 // A window with labels, buttons and plates that change at random.
@@ -174,4 +174,4 @@ TEST(QtWindowPainter, ABlurHasNoRimAtTheWindowsEdges)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::QtWindowPainterTests

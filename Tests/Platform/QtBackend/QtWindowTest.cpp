@@ -14,7 +14,7 @@
 
 #include <cmath>
 
-namespace RVCore {
+namespace RVCore::QtWindowTests {
 namespace {
 
 using testing::ElementsAre;
@@ -351,4 +351,4 @@ TEST_F(QtWindowDeathTest, AnExceptionThatLeavesTheClientStopsTheProgramWithItsMe
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::QtWindowTests

@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-namespace RVCore {
+namespace RVCore::RVScreenshotControllerTests {
 namespace {
 
 using testing::ElementsAre;
@@ -168,4 +168,4 @@ TEST(RVScreenshotControllerDeathTest, aViewWithoutASizeStopsTheProgramWhenItIsPi
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::RVScreenshotControllerTests

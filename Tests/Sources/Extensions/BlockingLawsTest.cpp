@@ -11,7 +11,7 @@
 #include <random>
 #include <thread>
 
-namespace RVCore {
+namespace RVCore::BlockingLawsTests {
 namespace {
 
 constexpr double fade = 0.3;
@@ -430,4 +430,4 @@ TEST_F(BlockingGrowth, showingAndHidingTenThousandTimesLeavesNothing)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::BlockingLawsTests

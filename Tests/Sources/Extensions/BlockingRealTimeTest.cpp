@@ -9,7 +9,7 @@
 
 #include <thread>
 
-namespace RVCore {
+namespace RVCore::BlockingRealTimeTests {
 namespace {
 
 using testing::Contains;
@@ -87,4 +87,4 @@ TEST_F(BlockingRealTime, aShortOperationIsCoveredForASecondAndThenAllIsAsItWas)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::BlockingRealTimeTests

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-namespace RVCore {
+namespace RVCore::CollectionsTests {
 
 namespace {
 
@@ -119,4 +119,4 @@ TEST(SafeElement, elementsThatCannotBePointedAtAreCopied)
 
 } // namespace
 
-} // namespace RVCore
+} // namespace RVCore::CollectionsTests

@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::NSButtonRVCoreTests {
 namespace {
 
 using testing::ElementsAre;
@@ -195,4 +195,4 @@ TEST_F(NSButtonFactories, whatIsNoTitleIsRefused)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSButtonRVCoreTests

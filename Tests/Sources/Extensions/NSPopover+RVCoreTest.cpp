@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-namespace RVCore {
+namespace RVCore::NSPopoverRVCoreTests {
 namespace {
 
 using testing::ElementsAre;
@@ -132,4 +132,4 @@ TEST(PopoverFactory, withoutAViewRaises)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSPopoverRVCoreTests

@@ -14,7 +14,7 @@
 #include <mutex>
 #include <thread>
 
-namespace RVCore {
+namespace RVCore::NSProgressIndicatorRVCoreTests {
 namespace {
 
 using testing::ElementsAre;
@@ -331,4 +331,4 @@ TEST(RVProgressBarAnimationDeathTest, AnArchiveIsNoWayToMakeOne)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSProgressIndicatorRVCoreTests

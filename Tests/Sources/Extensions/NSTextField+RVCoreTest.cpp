@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::NSTextFieldRVCoreTests {
 namespace {
 
 using testing::ElementsAre;
@@ -181,4 +181,4 @@ TEST(NSTextFieldRVCore, ByNameATextThatIsNoneRaises)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSTextFieldRVCoreTests

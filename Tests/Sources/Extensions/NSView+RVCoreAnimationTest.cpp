@@ -9,7 +9,7 @@
 
 #include <limits>
 
-namespace RVCore {
+namespace RVCore::NSViewRVCoreAnimationTests {
 namespace {
 
 using testing::ElementsAre;
@@ -271,4 +271,4 @@ TEST_F(ViewScreenshotDeathTest, ofAViewWithEmptyBoundsStopsTheProgram)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSViewRVCoreAnimationTests

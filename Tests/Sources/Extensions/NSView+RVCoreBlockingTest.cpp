@@ -9,7 +9,7 @@
 
 #include <limits>
 
-namespace RVCore {
+namespace RVCore::NSViewRVCoreBlockingTests {
 namespace {
 
 using testing::ElementsAre;
@@ -510,4 +510,4 @@ TEST_F(CoveredInput, assistiveTechnologyReachesTheOverlayAndNotWhatItCovers)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSViewRVCoreBlockingTests

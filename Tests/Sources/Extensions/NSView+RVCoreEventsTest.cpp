@@ -6,7 +6,7 @@
 
 #include <gmock/gmock.h>
 
-namespace RVCore {
+namespace RVCore::NSViewRVCoreEventsTests {
 namespace {
 
 using testing::ElementsAre;
@@ -210,4 +210,4 @@ TEST(GroupKeyOrder, isTheMembersOwnWhateverTheirFrames)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSViewRVCoreEventsTests

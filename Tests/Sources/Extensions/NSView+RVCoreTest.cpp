@@ -5,7 +5,7 @@
 
 #include <limits>
 
-namespace RVCore {
+namespace RVCore::NSViewRVCoreTests {
 
 namespace {
 
@@ -332,4 +332,4 @@ TEST(ViewSelectors, aViewIsMadeInASuperview)
 
 } // namespace
 
-} // namespace RVCore
+} // namespace RVCore::NSViewRVCoreTests

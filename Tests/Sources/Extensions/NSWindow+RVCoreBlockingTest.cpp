@@ -6,7 +6,7 @@
 
 #include <gmock/gmock.h>
 
-namespace RVCore {
+namespace RVCore::NSWindowRVCoreBlockingTests {
 namespace {
 
 using testing::ElementsAre;
@@ -381,4 +381,4 @@ TEST_F(CoveredWindowInput, nothingOfTheContentIsReached)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSWindowRVCoreBlockingTests

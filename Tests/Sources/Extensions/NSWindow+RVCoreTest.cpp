@@ -7,7 +7,7 @@
 
 #include <cmath>
 
-namespace RVCore {
+namespace RVCore::NSWindowRVCoreTests {
 namespace {
 
 using testing::HasSubstr;
@@ -238,4 +238,4 @@ TEST_F(NSWindowRVCore, IsReachedByName)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSWindowRVCoreTests

@@ -4,7 +4,7 @@
 #include <Platform/AppKit/WindowTesting.h>
 #include <Platform/Foundation/Raised.h>
 
-namespace RVCore {
+namespace RVCore::NSWindowControllerRVCoreTests {
 namespace {
 
 using testing::ElementsAre;
@@ -206,4 +206,4 @@ TEST_F(NSWindowControllerRVCore, AChildWindowOfItsOwnCannotBeStayedOnTopOf)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::NSWindowControllerRVCoreTests

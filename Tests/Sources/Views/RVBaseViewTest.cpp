@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::RVBaseViewTests {
 
 namespace {
 
@@ -47,4 +47,4 @@ TEST(RVBaseView, itsOriginIsAtTheTopLeft)
 
 } // namespace
 
-} // namespace RVCore
+} // namespace RVCore::RVBaseViewTests

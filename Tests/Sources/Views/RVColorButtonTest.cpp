@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::RVColorButtonTests {
 namespace {
 
 using testing::ElementsAre;
@@ -340,4 +340,4 @@ TEST(RVColorButtonDeathTest, anArchiveIsNoWayToMakeOne)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::RVColorButtonTests

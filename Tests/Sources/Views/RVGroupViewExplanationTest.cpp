@@ -4,7 +4,7 @@
 
 #include <fstream>
 
-namespace RVCore {
+namespace RVCore::RVGroupViewExplanationTests {
 namespace {
 
 std::string goldenText()
@@ -49,4 +49,4 @@ TEST_F(RVGroupViewExplanation, whatAHiddenMemberTakesWithItIsAmbiguous)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::RVGroupViewExplanationTests

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::RVGroupViewFramesTests {
 
 namespace {
 
@@ -323,4 +323,4 @@ TEST_F(RVGroupViewFrames, theSameStepsGiveTheSameFramesToTheBit)
 
 } // namespace
 
-} // namespace RVCore
+} // namespace RVCore::RVGroupViewFramesTests

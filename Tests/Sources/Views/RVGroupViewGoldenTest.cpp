@@ -6,7 +6,7 @@
 #include <fstream>
 #include <map>
 
-namespace RVCore {
+namespace RVCore::RVGroupViewGoldenTests {
 
 namespace {
 
@@ -179,4 +179,4 @@ INSTANTIATE_TEST_SUITE_P(Orientations, RVGroupViewGolden,
 
 } // namespace
 
-} // namespace RVCore
+} // namespace RVCore::RVGroupViewGoldenTests

@@ -6,7 +6,7 @@
 
 #include <gmock/gmock.h>
 
-namespace RVCore {
+namespace RVCore::RVGroupViewInputTests {
 namespace {
 
 using testing::ElementsAre;
@@ -117,4 +117,4 @@ TEST_F(RVGroupViewInputTest, aMemberThatIsHiddenLetsGoOfTheKeys)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::RVGroupViewInputTests

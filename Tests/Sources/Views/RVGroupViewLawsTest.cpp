@@ -11,7 +11,7 @@
 #include <cstdlib>
 #include <map>
 
-namespace RVCore {
+namespace RVCore::RVGroupViewLawsTests {
 
 namespace {
 
@@ -365,4 +365,4 @@ RC_GTEST_PROP(RVGroupViewLaws, treesThatAreBuiltAlikeAreDescribedAlike, ())
 
 } // namespace
 
-} // namespace RVCore
+} // namespace RVCore::RVGroupViewLawsTests

@@ -6,7 +6,7 @@
 
 #include <limits>
 
-namespace RVCore {
+namespace RVCore::RVGroupViewLayoutTests {
 
 namespace {
 
@@ -347,4 +347,4 @@ TEST(RVGroupViewLayout, aRebuildPutsEqualConstraintsInPlaceOfTheOldOnes)
 
 } // namespace
 
-} // namespace RVCore
+} // namespace RVCore::RVGroupViewLayoutTests

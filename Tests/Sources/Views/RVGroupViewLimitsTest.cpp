@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace RVCore {
+namespace RVCore::RVGroupViewLimitsTests {
 
 namespace {
 
@@ -49,4 +49,4 @@ TEST(RVGroupViewLimits, tenThousandMembersAreLaidOut)
 
 } // namespace
 
-} // namespace RVCore
+} // namespace RVCore::RVGroupViewLimitsTests

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::RVGroupViewSizeTests {
 
 namespace {
 
@@ -179,4 +179,4 @@ TEST(RVGroupViewSize, anOuterGroupFollowsAnInnerOne)
 
 } // namespace
 
-} // namespace RVCore
+} // namespace RVCore::RVGroupViewSizeTests

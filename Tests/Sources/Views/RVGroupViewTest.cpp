@@ -6,7 +6,7 @@
 
 #include <limits>
 
-namespace RVCore {
+namespace RVCore::RVGroupViewTests {
 
 namespace {
 
@@ -587,4 +587,4 @@ TEST(RVGroupView, letsGoOfEverythingWhenItDies)
 
 } // namespace
 
-} // namespace RVCore
+} // namespace RVCore::RVGroupViewTests

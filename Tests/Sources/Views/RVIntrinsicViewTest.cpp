@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace RVCore {
+namespace RVCore::RVIntrinsicViewTests {
 
 namespace {
 
@@ -112,4 +112,4 @@ TEST(RVIntrinsicViewDeathTest, anArchiveIsNoWayToMakeOne)
 
 } // namespace
 
-} // namespace RVCore
+} // namespace RVCore::RVIntrinsicViewTests

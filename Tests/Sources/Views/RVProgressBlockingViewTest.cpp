@@ -8,7 +8,7 @@
 
 #include <limits>
 
-namespace RVCore {
+namespace RVCore::RVProgressBlockingViewTests {
 namespace {
 
 using testing::ElementsAre;
@@ -545,4 +545,4 @@ TEST(RVProgressBlockingViewDeathTest, otherInitialisersStopTheProgram)
 }
 
 } // namespace
-} // namespace RVCore
+} // namespace RVCore::RVProgressBlockingViewTests

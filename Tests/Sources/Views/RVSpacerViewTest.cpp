@@ -5,7 +5,7 @@
 
 #include <limits>
 
-namespace RVCore {
+namespace RVCore::RVSpacerViewTests {
 
 namespace {
 
@@ -111,4 +111,4 @@ TEST(RVSpacerViewDeathTest, anArchiveIsNoWayToMakeOne)
 
 } // namespace
 
-} // namespace RVCore
+} // namespace RVCore::RVSpacerViewTests

@@ -6,7 +6,7 @@
 
 #include <set>
 
-namespace RVCore {
+namespace RVCore::GlobalFunctionsTests {
 
 namespace {
 
@@ -263,4 +263,4 @@ TEST(EdgeInsetsMaker, horizontalGivesLeftAndRightVerticalGivesTopAndBottom)
 
 } // namespace
 
-} // namespace RVCore
+} // namespace RVCore::GlobalFunctionsTests
