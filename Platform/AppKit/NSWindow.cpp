@@ -15,6 +15,7 @@
 #include <AppKit/ToolbarView.h>
 #include <AppKit/WindowPainter.h>
 #include <AppKit/WindowSizes.h>
+#include <Dispatch/DispatchQueue.h>
 #include <Foundation/NSException.h>
 
 namespace RVCore {
@@ -74,6 +75,7 @@ template <class Publisher> void publishOrder(Publisher& publish)
         "parentWindow", [](NSWindow& self) { return self.parentWindow() ? shared(*self.parentWindow()) : nullptr; });
 }
 
+constexpr double largestMinimumCost = 0.002; // in seconds, of a frame
 constexpr std::uint32_t knownStyleBits = 1 | 2 | 4 | 8 | 256 | 4096 | 32768;
 
 void requireKnownStyle(NSWindowStyleMask mask)
@@ -241,9 +243,14 @@ void NSWindow::subtreeWillLeave(NSView& subtree, AppKitKey)
 void NSWindow::layoutIfNeeded()
 {
     const auto alive = shared(*this); // overrides may close the window
-    m_contentView->layoutSubtreeIfNeeded();
+    layoutViews();
     updateMinimumContentSize(); // first, for it may stand in the way of a smaller size
     takeNeededSize();
+    layoutViews();
+}
+
+void NSWindow::layoutViews()
+{
     m_contentView->layoutSubtreeIfNeeded();
     if (m_toolbar)
         m_toolbar->view({})->layoutSubtreeIfNeeded();
@@ -277,8 +284,30 @@ void NSWindow::updateMinimumContentSize()
     if (context.revision() == m_constraintRevision)
         return;
     m_constraintRevision = context.revision();
+    const DispatchTime begin = DispatchTime::now();
     m_geometry.neededSize = desktopSize(m_contentView->fittingSize(NSLayoutPriorityWindowSizeStayPut));
+    m_minimumCost = DispatchTime::now() - begin;
     limitsChanged();
+}
+
+// Nobody sees how small the content can be, so where that takes long to find out, no frame waits for it: it is done
+// when there have been none for a while.
+void NSWindow::updateMinimumAtRest()
+{
+    constexpr double rest = 0.2; // seconds
+    if (m_waitsForRest || LayoutContext::ofTree(*m_contentView).revision() == m_constraintRevision)
+        return;
+    m_waitsForRest = true;
+    DispatchQueue::main().asyncAfter(m_lastFrame + rest, [weak = std::weak_ptr(shared(*this))] {
+        const auto window = weak.lock();
+        if (!window)
+            return;
+        window->m_waitsForRest = false;
+        if (DispatchTime::now() < window->m_lastFrame + rest)
+            window->updateMinimumAtRest();
+        else
+            window->layoutIfNeeded();
+    });
 }
 
 void NSWindow::contentNeedsFrame(AppKitKey)
@@ -290,8 +319,13 @@ void NSWindow::contentNeedsFrame(AppKitKey)
 void NSWindow::prepareFrame()
 {
     const auto alive = shared(*this);
-    layoutIfNeeded();
+    layoutViews();
     MovingViews::prepareFrame(*this);
+    m_lastFrame = DispatchTime::now();
+    if (m_minimumCost <= largestMinimumCost || m_contentView->frame().size != m_geometry.contentSize)
+        layoutIfNeeded();
+    else
+        updateMinimumAtRest();
     m_events.contentMoved();
     const auto popovers = m_popovers; // they may close
     for (const auto& popover : popovers) {

@@ -15,7 +15,9 @@ class WindowPainter;
 
 // A window with a content view. The content view has the size of the window's content, and the window is never
 // smaller than what the constraints of its content need; it never grows by itself otherwise. A desktop that refuses
-// the size that the content needs is asked once. Main thread only.
+// the size that the content needs is asked once. How small the user can make it follows the content at once, or where
+// that takes more than two milliseconds to find out, when there have been no frames for a fifth of a second. Main
+// thread only.
 //
 //      ┌─────────────────┐ top        frame: with the title bar and borders, in screen coordinates, whose
 //      │    title bar    │            origin is at the main screen's bottom left corner, y upward, in points
@@ -188,9 +190,11 @@ private:
     void orderFamily(WindowOrder order);
     void replaceContent(const std::shared_ptr<NSView>& view, const std::shared_ptr<NSViewController>& controller);
     void takeContentView(const std::shared_ptr<NSView>& view);
+    void layoutViews();
     void takeNeededSize();
     void requestNextFrame();
     void updateMinimumContentSize();
+    void updateMinimumAtRest();
 
     void contentSizeChanged(CGSize size) override;
     void closeRequested() override { performClose(); }
@@ -221,7 +225,10 @@ private:
     WindowGeometry m_geometry;
     CGSize m_askedSize;                     // what the content last made the window ask for; 0 where it fits
     std::uint64_t m_constraintRevision = 0; // that the minimum was found for; 0 when there is none
-    bool m_isPlaced = false;                // by the program or the user
+    double m_minimumCost = 0;               // how long that took, in seconds
+    DispatchTime m_lastFrame{0};
+    bool m_waitsForRest = false; // to find the minimum
+    bool m_isPlaced = false;     // by the program or the user
     bool m_isOpen = false;
     bool m_isVisible = false; // or minimised
     bool m_isMiniaturized = false;

@@ -2,6 +2,8 @@
 
 #include <AppKit/NSApplication.h>
 #include <AppKit/NSWindow.h>
+#include <Dispatch/DispatchQueue.h>
+#include <Dispatch/ManualDispatchClock.h>
 #include <Foundation/Message.h>
 #include <Foundation/NSException.h>
 #include <HeadlessBackend/HeadlessBackend.h>
@@ -131,6 +133,67 @@ TEST_F(NSWindowTest, TheMinimumIsWhatTheContentNeedsAlsoWhenItWasCompleteBefore)
     desktop->flushFrames();
     EXPECT_EQ(screen().minimumContentSize(), (CGSize{40, 40}));
     EXPECT_EQ(window->contentSize(), (CGSize{70, 50})); // never by itself
+}
+
+// Whose measuring takes ten milliseconds.
+class SlowView : public NSView {
+    RVCORE_CLASS(SlowView)
+
+public:
+    void init(ManualDispatchClock& clock)
+    {
+        NSView::init(CGRect(0, 0, 10, 10));
+        m_clock = &clock;
+    }
+    CGSize intrinsicContentSize() const override
+    {
+        m_clock->advance(0.01);
+        return NSView::intrinsicContentSize();
+    }
+
+private:
+    ManualDispatchClock* m_clock = nullptr;
+};
+
+Class& SlowView::staticClass()
+{
+    static Class& theClass = defineClass<SlowView>("NSWindowTests.SlowView", NSView::staticClass(), [](auto&) {});
+    return theClass;
+}
+
+TEST_F(NSWindowTest, AMinimumThatTakesLongToFindWaitsUntilThereHaveBeenNoFramesForAWhile)
+{
+    ManualDispatchClock clock;
+    const auto view = make<NSView>(CGRect(0, 0, 50, 30));
+    content().addSubview(make<SlowView>(clock));
+    content().addSubview(view);
+    hold(*view, Attribute::right, content(), Attribute::right, {.relation = Relation::lessThanOrEqual});
+    window->makeKeyAndOrderFront();
+    EXPECT_EQ(screen().minimumContentSize().width, 50);
+
+    for (const CGFloat width : {80, 70, 60}) {
+        view->setFrame({0, 0, width, 30});
+        desktop->flushFrames();
+        clock.advance(0.15);
+        EXPECT_EQ(screen().minimumContentSize().width, 50) << width;
+    }
+    clock.advance(0.1);
+    EXPECT_EQ(screen().minimumContentSize().width, 60);
+    EXPECT_FALSE(DispatchQueue::main().nextDeadline());
+
+    view->setFrame({0, 0, 90, 30});
+    window->layoutIfNeeded();
+    EXPECT_EQ(screen().minimumContentSize().width, 90) << "whoever asks for it does not wait";
+    view->setFrame({0, 0, 500, 30});
+    desktop->flushFrames();
+    EXPECT_EQ(window->contentSize().width, 500) << "nor does what the content needs now";
+    EXPECT_EQ(screen().minimumContentSize().width, 500);
+
+    view->setFrame({0, 0, 70, 30});
+    desktop->flushFrames();
+    window->close();
+    window.reset();
+    clock.advance(1);
 }
 
 TEST_F(NSWindowTest, AFrameThatIsGivenCountsForTheMinimum)
