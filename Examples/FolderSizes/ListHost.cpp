@@ -13,24 +13,24 @@ Class& ListHost::staticClass()
 
 void ListHost::show(const std::shared_ptr<FolderView>& list)
 {
-    const auto before = std::exchange(m_scroll, make<ScrollView>(list));
+    // What follows is laid out once, without the old list and before anything moves, so that no frame is late.
+    const auto picture = m_scroll ? replaceByPicture(*m_scroll) : nullptr;
     m_list = list;
-    insertSubview(m_scroll, 0); // below an overlay
+    m_scroll = make<ScrollView>(list);
+    insertSubview(m_scroll, 0); // below the picture and an overlay
     autoPinEdgesToSuperviewEdges(*m_scroll);
-    // Laid out before anything moves, so that the first frames are not late.
     rootView().layoutSubtreeIfNeeded();
-    if (before)
-        fadeOut(before);
+    if (picture)
+        hideAnimated(*picture->view(), [picture] { picture->view()->removeFromSuperview(); });
 }
 
-void ListHost::fadeOut(const std::shared_ptr<NSView>& before)
+std::shared_ptr<RVScreenshotController> ListHost::replaceByPicture(NSView& list)
 {
-    const auto controller = make<RVScreenshotController>(before);
-    const auto picture = controller->view();
-    setBackgroundColor(*picture, windowColor()); // the list has no ground of its own, the picture hides another one
-    before->removeFromSuperview();
-    insertSubview(picture, 1);
-    hideAnimated(*picture, [controller, picture] { picture->removeFromSuperview(); });
+    auto controller = make<RVScreenshotController>(std::static_pointer_cast<NSView>(shared(list)));
+    setBackgroundColor(*controller->view(), windowColor()); // the list has no ground of its own
+    list.removeFromSuperview();
+    insertSubview(controller->view(), 0);
+    return controller;
 }
 
 void ListHost::holdKeys()

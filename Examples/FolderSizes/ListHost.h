@@ -31,7 +31,7 @@ public:
     bool becomeFirstResponder() override;
 
 private:
-    void fadeOut(const std::shared_ptr<RVCore::NSView>& before);
+    std::shared_ptr<RVCore::RVScreenshotController> replaceByPicture(RVCore::NSView& list);
 
     std::shared_ptr<FolderView> m_list;
     std::shared_ptr<ScrollView> m_scroll;
