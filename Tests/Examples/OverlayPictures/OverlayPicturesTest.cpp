@@ -12,6 +12,8 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cmath>
+#include <numbers>
 
 namespace RVCore::OverlayPicturesTests {
 namespace {
@@ -223,6 +225,53 @@ TEST_P(OverlayPictures, OverOneColourHaveNoRim)
                             1)
                     << name << ", the edge at " << outer.x() << ", " << outer.y();
     }
+}
+
+// A button that is white on its left half and black on its right one.
+class HalvedButton : public NSButton {
+public:
+    void draw(Canvas& canvas, const CGRect&) override
+    {
+        const CGSize size = bounds().size;
+        canvas.fill({{0, 0, size.width / 2, size.height}, 0}, {1, 1, 1, 1});
+        canvas.fill({{size.width / 2, 0, size.width / 2, size.height}, 0}, {0, 0, 0, 1});
+    }
+};
+
+// What is to be seen is the edge between the halves as a Gaussian of 8 points makes it, and nothing but that.
+TEST_P(OverlayPictures, WithNothingToShowBlurAndBlock)
+{
+    const auto window = make<NSWindow>(CGSize{200, 60});
+    const auto button = make<HalvedButton>();
+    int clicks = 0;
+    button->setOnAction([&] { ++clicks; });
+    window->contentView()->addSubview(button);
+    autoPinEdgesToSuperviewEdges(*button);
+    window->orderFront();
+    const auto click = [&] {
+        for (const NSEventType type : {NSEventType::leftMouseDown, NSEventType::leftMouseUp}) {
+            NSEventContent content;
+            content.type = type;
+            content.locationInWindow = {50, 30};
+            window->sendEvent(*make<NSEvent>(content));
+        }
+    };
+    click();
+    ASSERT_EQ(clicks, 1);
+
+    showBlockingView(*window, {.showProgress = false});
+    clock.advance(moments.back());
+    click();
+    EXPECT_EQ(clicks, 1);
+    const QImage covered = picture(*window, "nothing");
+    for (int y = 0; y < covered.height(); ++y) {
+        for (int x = 0; x < covered.width(); ++x) {
+            const double distance = (x + 0.5) / scale() - 100; // from the middle, in points
+            const double expected = 255 * 0.5 * std::erfc(distance / (8 * std::numbers::sqrt2));
+            ASSERT_NEAR(qGreen(covered.pixel(x, y)), expected, 3) << x << ", " << y;
+        }
+    }
+    window->close();
 }
 
 std::string nameOf(const testing::TestParamInfo<Parameters>& info)
