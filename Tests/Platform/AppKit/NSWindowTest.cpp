@@ -34,6 +34,7 @@ protected:
     HeadlessWindow& screen() { return *desktop->windows().front(); }
     NSView& content() { return *window->contentView(); }
 
+    ManualDispatchClock clock; // by which nothing takes long
     HeadlessBackend* desktop = nullptr;
     std::shared_ptr<NSWindow> window = make<NSWindow>(CGSize{200, 100});
 };
@@ -163,7 +164,6 @@ Class& SlowView::staticClass()
 
 TEST_F(NSWindowTest, AMinimumThatTakesLongToFindWaitsUntilThereHaveBeenNoFramesForAWhile)
 {
-    ManualDispatchClock clock;
     const auto view = make<NSView>(CGRect(0, 0, 50, 30));
     content().addSubview(make<SlowView>(clock));
     content().addSubview(view);

@@ -83,7 +83,12 @@ Class& RecordingIndicator::staticClass()
 
 class SetDoubleValueAnimated : public testing::Test {
 protected:
-    ~SetDoubleValueAnimated() override { clock.advance(10); }
+    ~SetDoubleValueAnimated() override
+    {
+        clock.advance(10);
+        if (bar)
+            bar->animations.clear(); // which hold the indicator
+    }
 
     NSAnimation& running() { return *bar->animations.back(); }
 
@@ -301,6 +306,7 @@ TEST_F(SetDoubleValueAnimated, EachIndicatorHasItsOwn)
     clock.advance(0.2);
     EXPECT_EQ(bar->doubleValue(), 0.5);
     EXPECT_EQ(other->doubleValue(), 0.25);
+    other->animations.clear();
 }
 
 TEST_F(SetDoubleValueAnimated, IsPublishedInTwoCategories)
