@@ -21,7 +21,8 @@ namespace RVCore {
         const auto cut = [&](float color) {
             const float mixed = ofColor * color + rest;
             const float above = mixed > 0 ? mixed : 0;
-            return static_cast<std::uint32_t>(static_cast<int>((above < alpha ? above : alpha) + 0.5F));
+            const float raised = (above < alpha ? above : alpha) + 0.5F;
+            return static_cast<std::uint32_t>(static_cast<int>(raised));
         };
         out[i] = (pixel & 0xff000000) | cut(red) << 16 | cut(green) << 8 | cut(blue);
     }

@@ -86,16 +86,16 @@ void mixRows(const Word* near, const Word* far, Word* out, std::size_t count)
 }
 
 // The sums of one pixel with its neighbours, four times their value, shifted to what the output holds.
-template <int shift, class Out> void spread(const Word* in, Out* out, std::size_t count)
+template <int Shift, class Out> void spread(const Word* in, Out* out, std::size_t count)
 {
-    constexpr int half = 1 << (shift - 1);
+    constexpr int half = 1 << (Shift - 1);
     for (std::size_t pixel = 0; pixel < count; pixel += channels) {
         const Word* const at = in + pixel;
         Out* const pair = out + 2 * pixel;
         for (std::size_t i = 0; i < channels; i++) {
             const int threefold = 3 * at[i] + half;
-            pair[i] = static_cast<Out>((threefold + *(at + i - channels)) >> shift);
-            pair[i + channels] = static_cast<Out>((threefold + at[i + channels]) >> shift);
+            pair[i] = static_cast<Out>((threefold + *(at + i - channels)) >> Shift);
+            pair[i + channels] = static_cast<Out>((threefold + at[i + channels]) >> Shift);
         }
     }
 }

@@ -8,7 +8,7 @@ namespace RVCore {
 std::shared_ptr<RVProgressBlockingView> putOverlayOver(NSView& covered, const BlockingViewContent& content)
 {
     const LayerMotion::Scope none(nullptr); // in a group that moves all that is set, the content would fade out first
-    const auto overlay = make<RVProgressBlockingView>(content);
+    auto overlay = make<RVProgressBlockingView>(content);
     overlay->setFrame(covered.bounds()); // so that no click gets past it before the next layout
     covered.addSubview(overlay);
     autoPinEdgesToSuperviewEdges(*overlay);
