@@ -66,6 +66,7 @@ TEST_F(ContactsWindow, TheListFollowsWhatIsTyped)
 
 TEST_F(ContactsWindow, AsksForNothingWhileNobodyDoesAnything)
 {
+    const ManualDispatchClock clock; // by which nothing takes long, so that nothing is put off
     open({{.name = "Ada"}});
     EXPECT_EQ(desktop->flushFrames(), 0);
     EXPECT_FALSE(desktop->runPending());
