@@ -295,7 +295,7 @@ TEST_F(FolderWindow, AProblemIsShownAsTextAndTheListStays)
     const auto before = controller->list();
     for (const bool coversWindow : {false, true}) {
         coversWindow ? controller->openEnclosingFolder() : controller->readAgain();
-        gate.fail({"", "/home/sample", std::make_error_code(std::errc::permission_denied)});
+        gate.fail("/home/sample", std::errc::permission_denied);
         awaitEnd();
         wait(2);
         EXPECT_EQ(controller->list(), before);
@@ -315,7 +315,7 @@ TEST_F(FolderWindow, AProblemIsShownAsTextAndTheListStays)
 TEST_F(FolderWindow, AFirstFolderThatCannotBeReadLeavesAnEmptyWindow)
 {
     controller->showWindow(nullptr);
-    gate.fail({"", "/home/sample", std::make_error_code(std::errc::permission_denied)});
+    gate.fail("/home/sample", std::errc::permission_denied);
     awaitEnd();
     wait(2);
     EXPECT_EQ(controller->list(), nullptr);

@@ -25,7 +25,7 @@ public:
 
     void report(const FolderProgress& progress) { tell(progress); }
     void finish(FolderListing listing) { tell(std::move(listing)); }
-    void fail(const std::filesystem::filesystem_error& error) { tell(error); }
+    void fail(const std::filesystem::path& path, std::errc problem) { tell(Failure{path, problem}); }
     // How many readings there have been, the one under way included.
     std::size_t count()
     {
@@ -42,7 +42,12 @@ public:
     }
 
 private:
-    using Order = std::variant<FolderProgress, FolderListing, std::filesystem::filesystem_error>;
+    // The thread makes the exception itself: copies share what the standard library lets go of unseen.
+    struct Failure {
+        std::filesystem::path path;
+        std::errc problem;
+    };
+    using Order = std::variant<FolderProgress, FolderListing, Failure>;
 
     static constexpr std::chrono::seconds patience{20}; // until the test gives up
 
@@ -69,8 +74,8 @@ private:
             m_changed.notify_all();
             if (const auto* listing = std::get_if<FolderListing>(&order))
                 return *listing;
-            if (const auto* error = std::get_if<std::filesystem::filesystem_error>(&order))
-                throw std::filesystem::filesystem_error(*error);
+            if (const auto* failure = std::get_if<Failure>(&order))
+                throw std::filesystem::filesystem_error("", failure->path, std::make_error_code(failure->problem));
         }
     }
 
