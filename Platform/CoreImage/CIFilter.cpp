@@ -67,6 +67,8 @@ void CIFilter::apply(const FilterInputs& inputs, const Bitmap& source, Bitmap& r
                      FilterScratch& scratch) const
 {
     requireScale("CIFilter.apply", scale);
+    if (source.width() != result.width() || source.height() != result.height())
+        fatalError("CIFilter.apply: the result is not as large as the source");
     if (isNeutral(inputs))
         copyPixels(source, result);
     else if (!source.isEmpty())

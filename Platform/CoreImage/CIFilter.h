@@ -46,7 +46,7 @@ public:
     // outermost pixels go on for ever. Allocates nothing once the scratch memory has served a picture as large.
     // Raises NSInvalidArgumentException for a scale that is not finite and above 0. The second form goes by other
     // inputs than the filter's own, such as those on the way from one value to another, which are finite; and it puts
-    // what comes out into `result`, a picture as large, which may be the source.
+    // what comes out into `result`, which may be the source; one that is not as large stops the program.
     void apply(Bitmap& image, CGFloat scale, FilterScratch& scratch) const
     {
         apply(inputs(), image, image, scale, scratch);

@@ -37,10 +37,10 @@ struct GaussianPlan {
     std::array<std::uint16_t, largestRadius + 1> weights{};
 };
 
-// Blurs the source into the result, which is as large and may be the source; beyond the edges the outermost pixels go
-// on for ever. Off the Gaussian (its density at
-// the pixels' centres, normalised) by less than 2/255 whatever the picture shows, for standard deviations up to what
-// a plan cuts off. A colour never comes out above its alpha, an even area is left as it is.
+// Blurs the source into the result, which is as large (the caller sees to that) and may be the source; beyond the
+// edges the outermost pixels go on for ever. Off the Gaussian (its density at the pixels' centres, normalised) by
+// less than 2/255 whatever the picture shows, for standard deviations up to what a plan cuts off. A colour never
+// comes out above its alpha, an even area is left as it is.
 //
 // The coarse grid begins at the picture's corner. A part that is cut out with the plan's reach on each side comes out
 // as in the whole, to the bit, when its corner lies at a multiple of 2^levels; elsewhere it may differ by a little.

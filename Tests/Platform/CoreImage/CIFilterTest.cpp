@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <limits>
 
 namespace RVCore::CIFilterTests {
@@ -196,6 +197,18 @@ TEST(CIFilter, HasNothingToDoInAnEmptyPictureOrWhenNeutral)
     makeFilter("CIColorControls")->apply(picture, 1, scratch);
     EXPECT_TRUE(isSame(picture, before));
     EXPECT_EQ(scratch.capacity(), 0U);
+}
+
+TEST(CIFilterDeathTest, AResultThatIsNotAsLargeStopsTheProgram)
+{
+    FilterScratch scratch;
+    const Bitmap source(3, 2);
+    for (const char* name : {"CIColorControls", "CIGaussianBlur"}) {
+        const auto filter = makeFilter(name);
+        for (Bitmap& result : std::array{Bitmap(2, 2), Bitmap(3, 3), Bitmap()})
+            EXPECT_DEATH(filter->apply(filter->inputs(), source, result, 1, scratch),
+                         "CIFilter.apply: the result is not as large as the source");
+    }
 }
 
 TEST(CIFilter, LeavesASourceThatIsNotTheResultAsItIs)
